@@ -1,0 +1,211 @@
+"""Measures the whole program on a private Xvfb with a window manager: start, memory, latencies, CPU.
+
+usage: VANTRY_PROGRAM=build/release/vantry python3 bench/program.py [--beside PROGRAM] [--runs N]
+"""
+
+import argparse
+import os
+import statistics
+import sys
+import time
+
+from Xlib import X, Xatom, display
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
+from session import PROGRAM, Session, eventually  # noqa: E402
+
+
+def cpu_seconds(pid):
+    """Of all its threads, from the scheduler's own account (nanoseconds)."""
+    total = 0
+    for task in os.listdir(f"/proc/{pid}/task"):
+        with open(f"/proc/{pid}/task/{task}/schedstat", encoding="ascii") as file:
+            total += int(file.read().split()[0])
+    return total / 1e9
+
+
+def pss_mib(pid):
+    with open(f"/proc/{pid}/smaps_rollup", encoding="ascii") as file:
+        return next(int(line.split()[1]) for line in file if line.startswith("Pss:")) / 1024
+
+
+def report(what, samples, unit, bound=""):
+    print(f"{what:55} median {statistics.median(samples):8.2f} {unit:6} min {min(samples):8.2f} "
+          f"max {max(samples):8.2f}  ({len(samples)} runs){bound}", flush=True)
+
+
+def start_to_mapped(session, program, is_it):
+    """Milliseconds from starting the process to its window's MapNotify."""
+    watcher = display.Display(session.environment["DISPLAY"])
+    watcher.screen().root.change_attributes(event_mask=X.SubstructureNotifyMask)
+    watcher.sync()
+    before = time.perf_counter()
+    process = session.start(program)
+    while True:
+        event = watcher.next_event()
+        if event.type == X.MapNotify and is_it(event.window):
+            break
+    elapsed = (time.perf_counter() - before) * 1000
+    process.terminate()
+    process.wait()
+    watcher.close()
+    return elapsed
+
+
+def is_dock_sized(window):
+    try:
+        geometry = window.get_geometry()
+        return (geometry.width, geometry.height) == (1920, 63)
+    except Exception:  # the window has gone meanwhile
+        return False
+
+
+class Client:
+    """A program of our own with windows, on a connection of its own."""
+
+    def __init__(self, session, name="Bench"):
+        self.display = display.Display(session.environment["DISPLAY"])
+        self.root = self.display.screen().root
+        self.name = name
+
+    def open(self, x=300, y=200, title="Bench"):
+        window = self.root.create_window(x, y, 400, 300, 0, self.display.screen().root_depth, X.InputOutput,
+                                         X.CopyFromParent, background_pixel=0x335577, event_mask=X.StructureNotifyMask)
+        window.set_wm_class(self.name.lower(), self.name)
+        window.set_wm_name(title)
+        window.map()
+        self.display.flush()
+        return window
+
+    def wait_mapped(self):
+        while self.display.next_event().type != X.MapNotify:
+            pass
+
+
+def map_to_painted(session, runs):
+    bar = session.bar()
+    client = Client(session)
+    cell = lambda: session.picture(bar.button(0)[0] - 10, bar.y + 12, 20, 40).tobytes()
+    session.move(900, 300)
+    empty = cell()
+    samples = []
+    for _ in range(runs):
+        window = client.open()
+        client.wait_mapped()
+        before = time.perf_counter()
+        while cell() == empty:
+            pass
+        samples.append((time.perf_counter() - before) * 1000)
+        window.destroy()
+        client.display.flush()
+        eventually(lambda: cell() == empty, "the button goes with its window")
+        time.sleep(0.05)
+    client.display.close()
+    return samples
+
+
+def click_to_active(session, runs):
+    bar = session.bar()
+    first = session.xterm("one", "80x24+100+100")
+    second = session.xterm("two", "80x24+700+100")
+    eventually(lambda: len(session.names()) == 2, "both have a button")
+    watcher = display.Display(session.environment["DISPLAY"])
+    root, active = watcher.screen().root, watcher.intern_atom("_NET_ACTIVE_WINDOW")
+    root.change_attributes(event_mask=X.PropertyChangeMask)
+    watcher.sync()
+    samples = {"by a click": [], "beside: by a pager's request": []}
+    for run in range(2 * runs):
+        target, index = ((first, 0), (second, 1))[run % 2]
+        way = list(samples)[run // 2 % 2]
+        session.move(*bar.button(index))
+        time.sleep(0.2)
+        while watcher.pending_events():
+            watcher.next_event()
+        if way == "by a click":
+            # The release is the click; a person holds the button for a while.
+            session.press()
+            time.sleep(0.05)
+        before = time.perf_counter()
+        if way == "by a click":
+            session.release()
+        else:
+            session.ask(target, "_NET_ACTIVE_WINDOW", 2, X.CurrentTime, 0)
+        while root.get_full_property(active, X.AnyPropertyType).value[0] != target.id:
+            while watcher.next_event().atom != active:
+                pass
+        samples[way].append((time.perf_counter() - before) * 1000)
+    watcher.close()
+    return samples
+
+
+def titles(session, process):
+    client = Client(session)
+    window = client.open()
+    client.wait_mapped()
+    time.sleep(2)
+    name, utf8 = client.display.intern_atom("_NET_WM_NAME"), client.display.intern_atom("UTF8_STRING")
+    before = cpu_seconds(process.pid)
+    for number in range(1000):
+        window.change_property(name, utf8, 8, f"Title number {number}".encode())
+        client.display.flush()
+        time.sleep(0.001)
+    time.sleep(1)
+    used = (cpu_seconds(process.pid) - before) * 1000
+    client.display.close()
+    return used
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--beside", help="another program whose start and memory stand beside")
+    parser.add_argument("--runs", type=int, default=15)
+    parser.add_argument("--idle", type=float, default=30, help="seconds of the idle measurement")
+    options = parser.parse_args()
+
+    with Session() as session:
+        session.write_settings(showFinderButton=False)
+        quiet = {"BAR_DEBUG": "0", "BAR_TIMING": "0"}
+        for program in filter(None, (PROGRAM, options.beside)):
+            start_to_mapped(session, program, is_dock_sized)
+            samples = [start_to_mapped(session, program, is_dock_sized) for _ in range(options.runs)]
+            report(f"start to mapped: {os.path.basename(program)}", samples, "ms")
+
+        if options.beside:
+            process = session.start(options.beside)
+            time.sleep(2)
+            report(f"memory: {os.path.basename(options.beside)}", [pss_mib(process.pid)], "MiB")
+            process.terminate()
+            process.wait()
+
+        process = session.start_bar(env=quiet, wait=False)
+        eventually(session.bars, "the bar is there")
+        time.sleep(1)
+        report("new window mapped to its button painted", map_to_painted(session, options.runs), "ms")
+        process.terminate()
+        process.wait()
+
+        process = session.start_bar()
+        for way, samples in click_to_active(session, 2 * options.runs).items():
+            report("window active " + way, samples, "ms")
+        process.terminate()
+        process.wait()
+
+        process = session.start_bar(env=quiet, wait=False)
+        eventually(session.bars, "the bar is there")
+        for number in range(8):
+            session.xterm(f"terminal {number}", f"80x24+{100 + 40 * number}+{100 + 30 * number}")
+        session.move(900, 300)
+        time.sleep(3)
+        before, start = cpu_seconds(process.pid), time.monotonic()
+        time.sleep(options.idle)
+        used = (cpu_seconds(process.pid) - before) * 1000 / (time.monotonic() - start)
+        report("CPU a second when idle with 10 windows", [used], "ms/s")
+        report("CPU of 1000 title changes", [titles(session, process) for _ in range(3)], "ms")
+        for number in range(8, 18):
+            session.xterm(f"terminal {number}", f"80x24+{100 + 40 * number}+{100 + 30 * number}")
+        time.sleep(3)
+        report("memory with 20 windows", [pss_mib(process.pid)], "MiB")
+
+
+if __name__ == "__main__":
+    main()

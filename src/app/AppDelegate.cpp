@@ -1,0 +1,46 @@
+#include "app/AppDelegate.h"
+
+#include "app/Log.h"
+#include "app/RunMode.h"
+#include "foundation/NSBundle.h"
+#include "foundation/NSProcessInfo.h"
+#include "model/AppHistory.h"
+#include "system/SpaceSwitcher.h"
+
+#include <algorithm>
+
+namespace {
+
+bool anotherInstanceRuns()
+{
+    const std::string identifier = NSBundle::mainBundle().bundleIdentifier().value_or("");
+    const auto instances = NSRunningApplication::runningApplications(identifier);
+    return std::any_of(instances.begin(), instances.end(), [](const NSRunningApplication& instance) {
+        return instance.processIdentifier() != NSProcessInfo::processIdentifier();
+    });
+}
+
+}
+
+void AppDelegate::applicationDidFinishLaunching()
+{
+    SpaceSwitcher::ensureAccessibility();
+    if (const auto mode = RunMode::requested()) {
+        mode->schedule([this] { application_.terminate(); });
+        return;
+    }
+    if (anotherInstanceRuns()) {
+        Log::debug("another instance is already running, leaving it to it");
+        application_.terminate();
+        return;
+    }
+    start();
+}
+
+void AppDelegate::start()
+{
+    AppHistory::start();
+    manager_ = std::make_shared<BarManager>();
+    manager_->start();
+    Log::debug("launched");
+}

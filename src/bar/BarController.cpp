@@ -1,0 +1,168 @@
+#include "bar/BarController.h"
+
+#include "appkit/NSWorkspace.h"
+#include "bar/BarLevel.h"
+#include "bar/Metrics.h"
+#include "model/DockModel.h"
+#include "settings/Settings.h"
+#include "system/WindowIndex.h"
+
+#include <utility>
+
+namespace {
+
+constexpr double refreshInterval = 1.5;
+constexpr unsigned fillsItsSuperview = NSViewWidthSizable | NSViewHeightSizable;
+
+/// A bar spans its screen: along the very bottom, or directly under the menu bar.
+CGRect barFrame(const NSScreen& screen)
+{
+    const CGRect& frame = screen.frame();
+    const double height = Metrics::current().barHeight();
+    const double y = isTop(Settings::barEdge()) ? screen.visibleFrame().maxY() - height : frame.minY();
+    return { frame.minX(), y, frame.width, height };
+}
+
+std::shared_ptr<BarWindow> makeWindow(const CGRect& frame)
+{
+    auto window
+        = std::make_shared<BarWindow>(frame, NSWindowStyleMaskNonactivatingPanel, NSBackingStoreBuffered, false);
+    window->setFloatingPanel(true);
+    window->setBecomesKeyOnlyIfNeeded(true);
+    window->setHidesOnDeactivate(false);
+    window->setOpaque(false);
+    window->setBackgroundColor(NSColor::clear());
+    window->setHasShadow(false);
+    window->setLevel(BarLevel::resolve());
+    window->setCollectionBehavior(NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary
+        | NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary);
+    window->setMovableByWindowBackground(false);
+    window->setExcludedFromWindowsMenu(true);
+    return window;
+}
+
+}
+
+BarController::BarController(DisplayInfo display)
+    : vibrancy_(std::make_shared<NSVisualEffectView>(CGRect {}))
+    , display_(std::move(display))
+{
+    const CGRect frame = barFrame(display_.screen);
+    window_ = makeWindow(frame);
+    auto [container, view] = makeContentStack(frame.size(), vibrancy_);
+    window_->setContentView(container);
+    view_ = view;
+    window_->orderFrontRegardless();
+}
+
+BarController::ContentStack BarController::makeContentStack(
+    CGSize size, const std::shared_ptr<NSVisualEffectView>& vibrancy)
+{
+    const CGRect bounds { 0, 0, size.width, size.height };
+    auto container = std::make_shared<NSView>(bounds);
+    container->setAutoresizingMask(fillsItsSuperview);
+
+    vibrancy->setFrame(bounds);
+    vibrancy->setMaterial(NSVisualEffectMaterial::hudWindow);
+    vibrancy->setBlendingMode(NSVisualEffectBlendingMode::behindWindow);
+    vibrancy->setState(NSVisualEffectState::active);
+    vibrancy->setHidden(Settings::barStyle() != BarStyle::translucent);
+    vibrancy->setAutoresizingMask(fillsItsSuperview);
+    container->addSubview(vibrancy);
+
+    auto view = std::make_shared<BarView>(bounds);
+    view->setAutoresizingMask(fillsItsSuperview);
+    container->addSubview(view);
+    return { container, view };
+}
+
+void BarController::start()
+{
+    refresh();
+
+    NSNotificationCenter& workspace = NSWorkspace::sharedWorkspace().notificationCenter();
+    for (const char* name :
+        { NSWorkspaceActiveSpaceDidChangeNotification, NSWorkspaceDidActivateApplicationNotification,
+            NSWorkspaceDidLaunchApplicationNotification, NSWorkspaceDidTerminateApplicationNotification,
+            NSWorkspaceDidHideApplicationNotification, NSWorkspaceDidUnhideApplicationNotification })
+        observe(workspace, name, &BarController::workspaceChanged);
+
+    timer_ = NSTimer::scheduledTimer(refreshInterval, true, weakly(&BarController::refresh));
+    observe(NSNotificationCenter::defaultCenter(), Settings::didChange, &BarController::settingsChanged);
+    cursorMonitor_ = NSEvent::addGlobalMonitor(
+        NSEvent::maskMouseMoved | NSEvent::maskLeftMouseDragged, weakly(&BarController::pointerMoved));
+}
+
+std::function<void()> BarController::weakly(void (BarController::*react)())
+{
+    return [weak = weak_from_this(), react] {
+        if (const auto self = weak.lock())
+            (self.get()->*react)();
+    };
+}
+
+void BarController::observe(NSNotificationCenter& center, const char* name, void (BarController::*react)())
+{
+    auto token = center.addObserver(name, [call = weakly(react)](const NSNotification&) { call(); });
+    observers_.emplace_back(&center, std::move(token));
+}
+
+void BarController::tearDown()
+{
+    if (timer_)
+        std::exchange(timer_, nullptr)->invalidate();
+    if (cursorMonitor_)
+        NSEvent::removeMonitor(std::exchange(cursorMonitor_, nullptr));
+    for (const auto& [center, token] : std::exchange(observers_, {}))
+        center->removeObserver(token);
+    window_->orderOut();
+}
+
+void BarController::update(DisplayInfo display)
+{
+    display_ = std::move(display);
+    reposition();
+    refresh();
+}
+
+void BarController::refresh()
+{
+    if (!Settings::barVisible()) {
+        window_->orderOut();
+        return;
+    }
+    view_->setItems(DockModel::entries(view_->buttonCapacity(), display_));
+    window_->orderFrontRegardless();
+}
+
+void BarController::reposition()
+{
+    vibrancy_->setHidden(Settings::barStyle() != BarStyle::translucent);
+    const auto screen = Displays::screenFor(display_.displayID);
+    if (!screen)
+        return;
+    window_->setFrame(barFrame(*screen), true);
+    view_->relayout();
+}
+
+void BarController::workspaceChanged()
+{
+    WindowIndex::invalidate();
+    refresh();
+}
+
+void BarController::settingsChanged()
+{
+    reposition();
+    refresh();
+}
+
+void BarController::pointerMoved()
+{
+    const CGPoint point = NSEvent::mouseLocation();
+    const CGRect& frame = window_->frame();
+    if (CGRectContainsPoint(frame, point))
+        view_->updateHover({ point.x - frame.minX(), point.y - frame.minY() });
+    else
+        view_->pointerLeftBar();
+}

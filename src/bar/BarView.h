@@ -1,0 +1,104 @@
+#pragma once
+
+#include "appkit/NSTextField.h"
+#include "appkit/NSView.h"
+#include "bar/BarPicture.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// A whole bar in one view: it paints the bar, and does what the pointer asks. Coordinates are the view's own, origin
+/// at the lower left corner, whichever edge of the screen the bar is on. Geometry is worked out afresh at each call
+/// from the bounds, the settings and the items. Main thread.
+class BarView final : public NSView {
+public:
+    explicit BarView(const CGRect& frame);
+
+    /// Everything the bar shows, the launcher's entry included.
+    const std::vector<BarItem>& items() const { return items_; }
+    void setItems(std::vector<BarItem> items);
+
+    // Layout.
+
+    /// An application button where it stands; `index` is its position among the buttons.
+    struct LayoutItem {
+        int index;
+        BarItem item;
+        CGRect rect;
+    };
+
+    /// The zero rectangle for a hidden component.
+    CGRect rect(BarComponent component) const { return layout().rect(component); }
+    /// The items without the launcher's entry, in order.
+    std::vector<BarItem> appItems() const;
+    std::optional<BarItem> launcherItem() const;
+    /// The application items as they stand on the bar: during a drag the dragged one is at the place where it would
+    /// land.
+    std::vector<BarItem> displayItems() const { return displayItems(layout(), drag()); }
+    std::vector<LayoutItem> layoutItems() const { return layoutItems(drag()); }
+    /// How many buttons fit; at least 1.
+    int buttonCapacity() const { return layout().buttonCapacity(); }
+    /// Which of the places 0 to `count` the dragged button lands at.
+    int insertionIndex(int count) const;
+    /// How many buttons the bar would show while the one at position `from` was dragged to `pointX`.
+    int layoutCountDuringDrag(int from, double pointX) const;
+    CGRect searchFieldRect() const { return layout().searchFieldRect(); }
+
+    void applySearchFieldStyle();
+    /// Fits everything to the settings as of now, and repaints.
+    void relayout();
+    void resizeSubviews(CGSize oldSize) override;
+
+    // Drawing.
+
+    void draw(const CGRect& dirty) override;
+
+    // Pointer.
+
+    /// What the pointer is over: a `BarHit` value.
+    std::optional<int> hoveredIndex() const { return hoveredIndex_; }
+    void updateHover(CGPoint point);
+    void pointerLeftBar();
+
+    bool acceptsFirstMouse() const override { return true; }
+    void updateTrackingAreas() override;
+    void mouseMoved(const NSEvent& event) override;
+    void mouseExited(const NSEvent& event) override;
+    void mouseDown(const NSEvent& event) override;
+    void mouseDragged(const NSEvent& event) override;
+    void mouseUp(const NSEvent& event) override;
+
+private:
+    /// An application button on the move.
+    struct Drag {
+        /// Its position in `appItems`; beyond their end when they have become fewer since.
+        int origin;
+        double pointX;
+    };
+
+    BarLayout layout() const;
+    BarPicture picture() const;
+    std::vector<BarItem> displayItems(const BarLayout& bar, const std::optional<Drag>& drag) const;
+    std::vector<LayoutItem> layoutItems(const std::optional<Drag>& drag) const;
+    std::optional<BarDrag> dragPicture(const BarLayout& bar) const;
+
+    std::optional<Drag> drag() const;
+    bool isDragging() const { return drag().has_value(); }
+    void endPress();
+    void commitDrag();
+    void click(CGPoint point);
+    void clickShowDesktop();
+    void clickLauncher();
+    void setHoveredIndex(std::optional<int> index);
+
+    std::vector<BarItem> items_;
+    std::shared_ptr<NSTextField> searchField_;
+    std::optional<int> hoveredIndex_;
+    /// Where the button of the mouse went down; absent while it is up.
+    std::optional<CGPoint> dragStartPoint_;
+    /// The position of the application button that was pressed.
+    std::optional<int> dragOriginIndex_;
+    /// The pointer during a drag; absent while nothing is dragged.
+    std::optional<double> dragPointX_;
+};

@@ -1,0 +1,13 @@
+#include "bar/Metrics.h"
+
+#include "settings/Settings.h"
+
+Metrics::Metrics(BarSize size)
+    : scale_(::scale(size))
+{
+}
+
+Metrics Metrics::current()
+{
+    return Metrics(Settings::barSize());
+}

@@ -1,0 +1,31 @@
+#include "controls/Trash.h"
+
+#include "app/Log.h"
+#include "appkit/NSWorkspace.h"
+#include "foundation/NSFileManager.h"
+
+namespace {
+
+std::string folder()
+{
+    return NSHomeDirectory() + "/.Trash";
+}
+
+}
+
+namespace Trash {
+
+bool isEmpty()
+{
+    constexpr bool skipsHiddenFiles = true;
+    const auto names = NSFileManager::defaultManager().contentsOfDirectory(folder(), skipsHiddenFiles);
+    return !names || names->empty();
+}
+
+void open()
+{
+    Log::debug("trash: opening");
+    NSWorkspace::sharedWorkspace().openURL(NSURL::fileURLWithPath(folder()));
+}
+
+}

@@ -1,0 +1,169 @@
+#include "appkit/DrawingPainter.h"
+
+#include "appkit/Fonts.h"
+#include "appkit/ImageCache.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace {
+
+QColor toolkitColor(const NSColor& color)
+{
+    const auto component = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
+    return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
+        component(color.blueComponent()), component(color.alphaComponent()));
+}
+
+QPainter::CompositionMode mode(NSCompositingOperation operation)
+{
+    return operation == NSCompositingOperation::sourceAtop ? QPainter::CompositionMode_SourceAtop
+                                                           : QPainter::CompositionMode_SourceOver;
+}
+
+void drawRounded(QPainter& painter, const QRectF& box, const NSBezierPath& path)
+{
+    if (path.xRadius() <= 0 || path.yRadius() <= 0)
+        painter.drawRect(box);
+    else
+        painter.drawRoundedRect(box, path.xRadius(), path.yRadius());
+}
+
+/// A blurred copy of a picture's shape in one colour, with `margin` more pixels on every side. Three box blurs come
+/// close to a Gaussian.
+QImage blurredShape(const QPixmap& picture, const QColor& color, int margin)
+{
+    QImage image(picture.width() + 2 * margin, picture.height() + 2 * margin, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.drawPixmap(margin, margin, picture);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+
+    const int factor = std::max(1, margin / 2);
+    for (int pass = 0; pass < 3; ++pass) {
+        const QSize small(std::max(1, image.width() / factor), std::max(1, image.height() / factor));
+        image = image.scaled(small, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+                    .scaled(image.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    return image;
+}
+
+}
+
+DrawingPainter::DrawingPainter(QPainter& painter, CGSize size, bool flipped)
+    : painter_(painter)
+    , size_(size)
+    , flipped_(flipped)
+{
+}
+
+QRectF DrawingPainter::toPainter(const CGRect& rect) const
+{
+    return { rect.x, flipped_ ? rect.y : size_.height - rect.maxY(), rect.width, rect.height };
+}
+
+void DrawingPainter::fill(const NSBezierPath& path, const NSColor& fillColor, NSCompositingOperation operation)
+{
+    painter_.setCompositionMode(mode(operation));
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(toolkitColor(fillColor));
+    drawRounded(painter_, toPainter(path.bounds()), path);
+    painter_.setCompositionMode(QPainter::CompositionMode_SourceOver);
+}
+
+void DrawingPainter::stroke(const NSBezierPath& path, const NSColor& strokeColor)
+{
+    painter_.setPen(QPen(toolkitColor(strokeColor), path.lineWidth()));
+    painter_.setBrush(Qt::NoBrush);
+    drawRounded(painter_, toPainter(path.bounds()), path);
+}
+
+void DrawingPainter::fillGradient(const NSBezierPath& path, const NSColor& start, const NSColor& end, double angle)
+{
+    const QRectF box = toPainter(path.bounds());
+    // The gradient's line runs through the middle of the box and ends where the box's farthest corners lie across it.
+    const double radians = angle * std::numbers::pi / 180;
+    const double dx = std::cos(radians);
+    const double dy = flipped_ ? std::sin(radians) : -std::sin(radians);
+    const double reach = (std::abs(dx) * box.width() + std::abs(dy) * box.height()) / 2;
+    const QPointF half(dx * reach, dy * reach);
+    QLinearGradient gradient(box.center() - half, box.center() + half);
+    gradient.setColorAt(0, toolkitColor(start));
+    gradient.setColorAt(1, toolkitColor(end));
+    painter_.setPen(Qt::NoPen);
+    painter_.setBrush(gradient);
+    drawRounded(painter_, box, path);
+}
+
+void DrawingPainter::drawImage(const NSImage& image, const CGRect& rect, double fraction)
+{
+    QRectF box = toPainter(rect);
+    // Pictures lie on whole device pixels: half a pixel off, every edge in them blurs.
+    const QTransform& transform = painter_.transform();
+    const double scale = transform.m11();
+    box.moveTopLeft({ std::round(box.x() * scale) / scale, std::round(box.y() * scale) / scale });
+    const QSize pixels = (box.size() * scale * painter_.device()->devicePixelRatio()).toSize();
+    const QPixmap picture = ImageCache::pixmap(image, pixels);
+    if (picture.isNull())
+        return;
+
+    if (shadows_.back())
+        drawShadow(image, box);
+    painter_.setOpacity(fraction);
+    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter_.drawPixmap(QRectF(box.topLeft(), QSizeF(pixels) / (scale * painter_.device()->devicePixelRatio())),
+        picture, QRectF(picture.rect()));
+    painter_.setOpacity(1.0);
+}
+
+void DrawingPainter::drawShadow(const NSImage& image, const QRectF& box)
+{
+    const NSShadow& shadow = *shadows_.back();
+    const int margin = static_cast<int>(std::ceil(shadow.blurRadius));
+    const QImage shape
+        = blurredShape(ImageCache::pixmap(image, box.size().toSize()), toolkitColor(shadow.color), margin);
+    const double down = flipped_ ? shadow.offset.height : -shadow.offset.height;
+    painter_.drawImage(box.topLeft() + QPointF(shadow.offset.width - margin, down - margin), shape);
+}
+
+void DrawingPainter::drawText(std::string_view text, CGPoint point, const NSFont& font, const NSColor& textColor)
+{
+    const QFont& toolkit = toolkitFont(font);
+    const QFontMetricsF metrics(toolkit);
+    const double baseline = flipped_ ? point.y + metrics.ascent() : size_.height - point.y - metrics.descent();
+    painter_.setFont(toolkit);
+    painter_.setPen(toolkitColor(textColor));
+    painter_.drawText(QPointF(point.x, baseline), QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+void DrawingPainter::saveGraphicsState()
+{
+    painter_.save();
+    shadows_.push_back(shadows_.back());
+}
+
+void DrawingPainter::restoreGraphicsState()
+{
+    painter_.restore();
+    if (shadows_.size() > 1)
+        shadows_.pop_back();
+}
+
+void DrawingPainter::setShadow(const NSShadow& shadow)
+{
+    shadows_.back() = shadow;
+}
+
+void DrawingPainter::addClip(const NSBezierPath& path)
+{
+    QPainterPath shape;
+    shape.addRoundedRect(toPainter(path.bounds()), path.xRadius(), path.yRadius());
+    painter_.setClipPath(shape, Qt::IntersectClip);
+}

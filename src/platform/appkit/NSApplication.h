@@ -1,0 +1,33 @@
+#pragma once
+
+#include "appkit/NSRunningApplication.h"
+
+#include <memory>
+
+class NSApplicationDelegate {
+public:
+    virtual ~NSApplicationDelegate() = default;
+    virtual void applicationDidFinishLaunching() = 0;
+    virtual void applicationWillTerminate() = 0;
+};
+
+/// The program's run. Main thread.
+class NSApplication {
+public:
+    /// The one application. Its first use opens the desktop; where that can't be done, the reason is written to
+    /// standard error and the process ends with status 2 (a fault in what the user gave) or 1.
+    static NSApplication& sharedApplication();
+
+    void setActivationPolicy(int policy);
+    void setDelegate(NSApplicationDelegate* delegate) { delegate_ = delegate; }
+    /// Tells the delegate that launching has finished, then delivers events until `terminate`.
+    void run();
+    /// Tells the delegate, then ends `run`.
+    void terminate();
+
+private:
+    NSApplication();
+
+    NSApplicationDelegate* delegate_ = nullptr;
+    bool terminated_ = false;
+};

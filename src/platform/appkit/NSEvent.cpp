@@ -1,0 +1,53 @@
+#include "appkit/NSEvent.h"
+
+#include "host/Desktop.h"
+#include "host/Pointer.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace {
+
+struct GlobalMonitor {
+    unsigned long long mask;
+    std::function<void()> handler;
+};
+
+std::vector<std::shared_ptr<const GlobalMonitor>>& monitors()
+{
+    static std::vector<std::shared_ptr<const GlobalMonitor>> all;
+    return all;
+}
+
+void pointerMoved(bool buttonDown)
+{
+    const auto wanted = buttonDown ? NSEvent::maskLeftMouseDragged : NSEvent::maskMouseMoved;
+    const auto told = monitors();
+    for (const auto& monitor : told)
+        if (monitor->mask & wanted)
+            monitor->handler();
+}
+
+}
+
+CGPoint NSEvent::mouseLocation()
+{
+    return host::Desktop::current().pointer().location();
+}
+
+NSEvent::Monitor NSEvent::addGlobalMonitor(unsigned long long mask, std::function<void()> handler)
+{
+    host::Pointer& pointer = host::Desktop::current().pointer();
+    pointer.onMove = pointerMoved;
+    if (monitors().empty() && !pointer.watch(true))
+        return nullptr;
+    monitors().push_back(std::make_shared<const GlobalMonitor>(GlobalMonitor { mask, std::move(handler) }));
+    return monitors().back();
+}
+
+void NSEvent::removeMonitor(const Monitor& monitor)
+{
+    std::erase(monitors(), monitor);
+    if (monitors().empty())
+        host::Desktop::current().pointer().watch(false);
+}

@@ -1,0 +1,79 @@
+#include "appkit/NSPanel.h"
+
+#include "appkit/NSView.h"
+#include "host/Desktop.h"
+#include "host/Surfaces.h"
+
+#include <QWidget>
+
+namespace {
+
+host::Surfaces& surfaces()
+{
+    return host::Desktop::current().surfaces();
+}
+
+}
+
+NSWindow::NSWindow(const CGRect& contentRect, unsigned, NSBackingStoreType, bool)
+    : frame_(contentRect)
+    , widget_(std::make_unique<QWidget>())
+{
+    widget_->setWindowTitle(QStringLiteral("Vantry"));
+}
+
+NSWindow::~NSWindow()
+{
+    if (adopted_ && host::Desktop::hasCurrent())
+        surfaces().release(*widget_);
+    if (contentView_) {
+        contentView_->window_ = nullptr;
+        contentView_->widget_->setParent(nullptr);
+    }
+}
+
+void NSWindow::setFrame(const CGRect& frame, bool)
+{
+    if (frame == frame_)
+        return;
+    frame_ = frame;
+    if (contentView_)
+        contentView_->setFrame({ 0, 0, frame.width, frame.height });
+    if (adopted_)
+        surfaces().setFrame(*widget_, frame);
+}
+
+void NSWindow::setContentView(std::shared_ptr<NSView> view)
+{
+    contentView_ = std::move(view);
+    contentView_->window_ = this;
+    contentView_->widget_->setParent(widget_.get());
+    contentView_->setFrame({ 0, 0, frame_.width, frame_.height });
+    contentView_->widget_->show();
+}
+
+void NSWindow::setBackgroundColor(const NSColor& color)
+{
+    widget_->setAttribute(Qt::WA_NoSystemBackground, color.alphaComponent() == 0);
+}
+
+void NSWindow::orderFrontRegardless()
+{
+    if (!adopted_)
+        surfaces().adopt(*widget_, style_, frame_);
+    adopted_ = true;
+    visible_ = true;
+    surfaces().orderFront(*widget_);
+}
+
+void NSWindow::orderOut()
+{
+    visible_ = false;
+    if (adopted_)
+        surfaces().orderOut(*widget_);
+}
+
+CGRect NSWindow::convertToScreen(const CGRect& rect) const
+{
+    return { frame_.x + rect.x, frame_.y + rect.y, rect.width, rect.height };
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "appkit/NSColor.h"
+#include "base/CGGeometry.h"
+#include "host/Surfaces.h"
+
+#include <memory>
+
+class NSView;
+class QWidget;
+
+enum NSWindowStyleMask : unsigned { NSWindowStyleMaskBorderless = 0, NSWindowStyleMaskNonactivatingPanel = 128 };
+enum NSBackingStoreType : unsigned { NSBackingStoreBuffered = 2 };
+enum NSWindowCollectionBehavior : unsigned {
+    NSWindowCollectionBehaviorCanJoinAllSpaces = 1,
+    NSWindowCollectionBehaviorStationary = 16,
+    NSWindowCollectionBehaviorIgnoresCycle = 64,
+    NSWindowCollectionBehaviorFullScreenAuxiliary = 256,
+};
+
+/// A window of the program. Its frame is in screen space. How it looks to the desktop (level, behaviour, opacity,
+/// shadow) is settled before it is first ordered in. Main thread.
+class NSWindow {
+public:
+    NSWindow(const CGRect& contentRect, unsigned styleMask, NSBackingStoreType backing, bool defer);
+    virtual ~NSWindow();
+    NSWindow(const NSWindow&) = delete;
+    NSWindow& operator=(const NSWindow&) = delete;
+
+    virtual bool canBecomeKey() const { return true; }
+    virtual bool canBecomeMain() const { return true; }
+
+    const CGRect& frame() const { return frame_; }
+    void setFrame(const CGRect& frame, bool display);
+    /// The view takes the window's size.
+    void setContentView(std::shared_ptr<NSView> view);
+    const std::shared_ptr<NSView>& contentView() const { return contentView_; }
+
+    void setOpaque(bool opaque) { style_.isOpaque = opaque; }
+    void setBackgroundColor(const NSColor& color);
+    void setHasShadow(bool shadow) { style_.hasShadow = shadow; }
+    void setLevel(int level) { style_.level = level; }
+    void setCollectionBehavior(unsigned behavior) { style_.collectionBehavior = behavior; }
+    void setIgnoresMouseEvents(bool ignores) { style_.ignoresMouseEvents = ignores; }
+
+    /// In front of its level, without the keyboard.
+    void orderFrontRegardless();
+    void orderOut();
+    bool isVisible() const { return visible_; }
+
+    CGRect convertToScreen(const CGRect& rect) const;
+
+    /// The toolkit's widget behind the window, for the layer's own use.
+    QWidget* widget() const { return widget_.get(); }
+
+private:
+    CGRect frame_;
+    host::SurfaceStyle style_;
+    bool adopted_ = false;
+    bool visible_ = false;
+    std::shared_ptr<NSView> contentView_;
+    std::unique_ptr<QWidget> widget_;
+};
+
+/// A panel: it never activates the program, stays when another one is active, floats above ordinary windows, can't be
+/// moved by its background and stands in no list of windows. Those are the traits that a panel of this program asks
+/// for; here every panel has them.
+class NSPanel : public NSWindow {
+public:
+    using NSWindow::NSWindow;
+    void setFloatingPanel(bool) { }
+    void setBecomesKeyOnlyIfNeeded(bool) { }
+    void setHidesOnDeactivate(bool) { }
+    void setMovableByWindowBackground(bool) { }
+    void setExcludedFromWindowsMenu(bool) { }
+};

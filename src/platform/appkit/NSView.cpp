@@ -1,0 +1,223 @@
+#include "appkit/NSView.h"
+
+#include "appkit/DrawingList.h"
+#include "appkit/DrawingPainter.h"
+#include "appkit/NSPanel.h"
+#include "base/RunLoop.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWidget>
+
+#include <algorithm>
+
+/// The toolkit's widget of a view: it carries paints and pointer events over.
+class ViewWidget final : public QWidget {
+public:
+    explicit ViewWidget(NSView& view)
+        : view_(view)
+    {
+    }
+
+private:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+    NSEvent eventAt(QPointF position) const;
+
+    NSView& view_;
+};
+
+void ViewWidget::paintEvent(QPaintEvent* event)
+{
+    const RunLoop::Turn turn;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRegion(event->region());
+    DrawingPainter context(painter, view_.frame().size(), view_.isFlipped());
+    view_.painted().replay(context);
+}
+
+void ViewWidget::mousePressEvent(QMouseEvent* event)
+{
+    const RunLoop::Turn turn;
+    if (event->button() == Qt::LeftButton && view_.acceptsFirstMouse())
+        view_.mouseDown(eventAt(event->position()));
+}
+
+void ViewWidget::mouseMoveEvent(QMouseEvent* event)
+{
+    const RunLoop::Turn turn;
+    if (event->buttons() & Qt::LeftButton)
+        view_.mouseDragged(eventAt(event->position()));
+    else
+        view_.mouseMoved(eventAt(event->position()));
+}
+
+void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
+{
+    const RunLoop::Turn turn;
+    if (event->button() == Qt::LeftButton)
+        view_.mouseUp(eventAt(event->position()));
+}
+
+/// The platform tells of the pointer's first place inside as a move.
+void ViewWidget::enterEvent(QEnterEvent* event)
+{
+    const RunLoop::Turn turn;
+    if (hasMouseTracking())
+        view_.mouseMoved(eventAt(event->position()));
+}
+
+void ViewWidget::leaveEvent(QEvent*)
+{
+    const RunLoop::Turn turn;
+    if (hasMouseTracking())
+        view_.mouseExited(eventAt(mapFromGlobal(QCursor::pos())));
+}
+
+NSEvent ViewWidget::eventAt(QPointF position) const
+{
+    const double y = view_.isFlipped() ? position.y() : view_.frame().height - position.y();
+    return { view_.convertToWindow(CGPoint { position.x(), y }) };
+}
+
+NSView::NSView(const CGRect& frame)
+    : frame_(frame)
+    , widget_(std::make_unique<ViewWidget>(*this))
+{
+    place();
+}
+
+NSView::~NSView()
+{
+    RunLoop::main().cancel(pendingDisplay_);
+    for (const auto& view : subviews_) {
+        view->superview_ = nullptr;
+        view->widget_->setParent(nullptr);
+    }
+}
+
+void NSView::setFrame(const CGRect& frame)
+{
+    const CGSize oldSize = frame_.size();
+    frame_ = frame;
+    place();
+    if (frame.size() == oldSize)
+        return;
+    resizeSubviews(oldSize);
+    updateTrackingAreas();
+    setNeedsDisplay();
+}
+
+void NSView::addSubview(std::shared_ptr<NSView> view)
+{
+    view->superview_ = this;
+    view->widget_->setParent(widget_.get());
+    view->place();
+    view->widget_->setVisible(!view->hidden_);
+    view->updateTrackingAreas();
+    subviews_.push_back(std::move(view));
+}
+
+NSWindow* NSView::window() const
+{
+    return superview_ ? superview_->window() : window_;
+}
+
+void NSView::setHidden(bool hidden)
+{
+    hidden_ = hidden;
+    if (superview_)
+        widget_->setVisible(!hidden);
+}
+
+void NSView::draw(const CGRect&) { }
+
+void NSView::setNeedsDisplay()
+{
+    if (!pendingDisplay_)
+        pendingDisplay_ = RunLoop::main().perform([this] { display(); });
+}
+
+void NSView::display()
+{
+    pendingDisplay_ = 0;
+    auto now = std::make_unique<const DrawingList>(record());
+    if (painted_ && *now == *painted_)
+        return;
+    painted_ = std::move(now);
+    widget_->update();
+}
+
+const DrawingList& NSView::painted()
+{
+    if (!painted_)
+        painted_ = std::make_unique<const DrawingList>(record());
+    return *painted_;
+}
+
+DrawingList NSView::record()
+{
+    DrawingRecorder recorder;
+    const NSGraphicsContext::Scope scope(recorder);
+    draw(bounds());
+    return std::move(recorder.list);
+}
+
+/// Puts the widget where the frame says, in the toolkit's coordinates: whole pixels, y down.
+void NSView::place()
+{
+    const bool turned = superview_ && !superview_->isFlipped();
+    const double top = turned ? superview_->frame_.height - frame_.maxY() : frame_.y;
+    widget_->setGeometry(QRectF(frame_.x, top, frame_.width, frame_.height).toRect());
+}
+
+CGPoint NSView::convertToWindow(CGPoint point) const
+{
+    const CGPoint inFrame { point.x, isFlipped() ? frame_.height - point.y : point.y };
+    if (!superview_)
+        return inFrame;
+    const double top = superview_->isFlipped() ? frame_.y + frame_.height - inFrame.y : frame_.y + inFrame.y;
+    return superview_->convertToWindow(CGPoint { frame_.x + inFrame.x, top });
+}
+
+CGPoint NSView::convertFromWindow(CGPoint point) const
+{
+    const CGPoint origin = convertToWindow(CGPoint {});
+    return { point.x - origin.x, isFlipped() ? origin.y - point.y : point.y - origin.y };
+}
+
+CGRect NSView::convertToWindow(const CGRect& rect) const
+{
+    const CGPoint a = convertToWindow(rect.origin());
+    const CGPoint b = convertToWindow(CGPoint { rect.maxX(), rect.maxY() });
+    return { a.x, std::min(a.y, b.y), rect.width, rect.height };
+}
+
+void NSView::addTrackingArea(const NSTrackingArea& area)
+{
+    if (area.options & NSTrackingArea::mouseMoved)
+        widget_->setMouseTracking(true);
+}
+
+void NSView::removeTrackingAreas()
+{
+    widget_->setMouseTracking(false);
+}
+
+void NSView::resizeSubviews(CGSize oldSize)
+{
+    for (const auto& view : subviews_) {
+        CGRect frame = view->frame_;
+        if (view->autoresizingMask_ & NSViewWidthSizable)
+            frame.width += frame_.width - oldSize.width;
+        if (view->autoresizingMask_ & NSViewHeightSizable)
+            frame.height += frame_.height - oldSize.height;
+        view->setFrame(frame);
+    }
+}

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "appkit/NSEvent.h"
+#include "base/CGGeometry.h"
+#include "base/RunLoop.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class NSWindow;
+class QWidget;
+struct DrawingList;
+
+enum NSViewAutoresizingMask : unsigned { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
+
+/// Which pointer events a view is told of. It covers the view's whole bounds.
+struct NSTrackingArea {
+    static constexpr unsigned mouseEnteredAndExited = 1;
+    static constexpr unsigned mouseMoved = 2;
+    static constexpr unsigned cursorUpdate = 4;
+    static constexpr unsigned activeAlways = 128;
+    static constexpr unsigned inVisibleRect = 512;
+
+    unsigned options = 0;
+};
+
+/// A rectangle of a window that draws itself and gets its input. Its coordinates have their origin at the lower left
+/// corner, y up, unless `isFlipped`. What it draws is recorded, and painted only where it differs from what was painted
+/// last. Main thread.
+class NSView {
+public:
+    explicit NSView(const CGRect& frame);
+    virtual ~NSView();
+    NSView(const NSView&) = delete;
+    NSView& operator=(const NSView&) = delete;
+
+    /// In the coordinates of the view it lies in.
+    const CGRect& frame() const { return frame_; }
+    CGRect bounds() const { return { 0, 0, frame_.width, frame_.height }; }
+    virtual void setFrame(const CGRect& frame);
+    void setAutoresizingMask(unsigned mask) { autoresizingMask_ = mask; }
+
+    void addSubview(std::shared_ptr<NSView> view);
+    const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
+    NSView* superview() const { return superview_; }
+    NSWindow* window() const;
+
+    virtual void setHidden(bool hidden);
+    bool isHidden() const { return hidden_; }
+
+    virtual bool isFlipped() const { return false; }
+    /// Whether a press acts although the program isn't active, as it never is while the user is at a panel.
+    virtual bool acceptsFirstMouse() const { return false; }
+    /// Draws the whole view into the current context. The rectangle is the part that is asked for.
+    virtual void draw(const CGRect& dirty);
+    /// Asks for `draw` before the next paint.
+    void setNeedsDisplay();
+    /// What `draw` draws now.
+    DrawingList record();
+    /// What is painted until `draw` is next asked.
+    const DrawingList& painted();
+
+    CGPoint convertFromWindow(CGPoint point) const;
+    CGPoint convertToWindow(CGPoint point) const;
+    CGRect convertToWindow(const CGRect& rect) const;
+
+    void addTrackingArea(const NSTrackingArea& area);
+    void removeTrackingAreas();
+
+    virtual void updateTrackingAreas() { }
+    virtual void mouseMoved(const NSEvent&) { }
+    virtual void mouseExited(const NSEvent&) { }
+    virtual void mouseDown(const NSEvent&) { }
+    virtual void mouseDragged(const NSEvent&) { }
+    virtual void mouseUp(const NSEvent&) { }
+    /// The base behaviour lets each subview's autoresizing mask follow the change.
+    virtual void resizeSubviews(CGSize oldSize);
+
+    /// The toolkit's widget behind the view, for the layer's own use.
+    QWidget* widget() const { return widget_.get(); }
+
+private:
+    friend class NSWindow;
+
+    void place();
+    void display();
+
+    CGRect frame_;
+    unsigned autoresizingMask_ = 0;
+    bool hidden_ = false;
+    NSView* superview_ = nullptr;
+    NSWindow* window_ = nullptr;
+    std::vector<std::shared_ptr<NSView>> subviews_;
+    std::unique_ptr<const DrawingList> painted_;
+    RunLoop::Handle pendingDisplay_ = 0;
+    std::unique_ptr<QWidget> widget_;
+};

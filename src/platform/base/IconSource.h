@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// Where an icon's pixels come from. Nothing is decoded until it is painted. Two icons are the same picture when they
+/// are the same object, so whoever hands out icons keeps one object for one picture.
+struct IconSource {
+    /// A picture file (SVG, PNG, XPM, …), by its full path.
+    struct File {
+        std::string path;
+    };
+    /// Pixels in memory: 32-bit ARGB, not premultiplied, row by row from the top.
+    struct Pixels {
+        int width = 0;
+        int height = 0;
+        std::vector<std::uint32_t> argb;
+    };
+    /// SVG text.
+    struct Svg {
+        std::string text;
+    };
+
+    /// For pixels: the same picture in several sizes, at least one.
+    std::variant<File, Svg, std::vector<Pixels>> content;
+};

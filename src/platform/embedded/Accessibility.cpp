@@ -1,0 +1,270 @@
+#include "embedded/Accessibility.h"
+
+#include "base/Clock.h"
+#include "base/RunLoop.h"
+#include "embedded/FaultBox.h"
+#include "embedded/World.h"
+
+#include <chrono>
+#include <future>
+#include <optional>
+
+namespace embedded {
+
+namespace {
+
+using host::AttributeValue;
+using host::ElementID;
+using Kind = ElementID::Kind;
+
+/// The Dock's one list; its tiles count on from there.
+constexpr std::uint64_t dockList = 1;
+constexpr std::uint64_t firstTile = 2;
+
+/// Square points from which a window is more than a passing one.
+constexpr double substantialArea = 120000;
+
+ElementID elementOf(const Window& window)
+{
+    return { window.owner, Kind::window, window.number };
+}
+
+bool isTransient(const Window& window)
+{
+    return window.bounds.width * window.bounds.height < substantialArea;
+}
+
+}
+
+Accessibility::Accessibility(World& world, CallLog& log)
+    : world_(world)
+    , log_(log)
+{
+}
+
+bool Accessibility::isTrusted(bool prompt)
+{
+    if (prompt && !world_.isAccessibilityPermitted())
+        log_.add({ .name = "promptForAccessibility", .value = {} });
+    return world_.isAccessibilityPermitted();
+}
+
+AXError Accessibility::read(const ElementID& element, std::string_view attribute, double timeout, AttributeValue& value)
+{
+    Reply reply = ask({ Call::Kind::read, element, std::string(attribute), timeout, {} });
+    if (reply.result == kAXErrorSuccess)
+        value = std::move(reply.value);
+    return reply.result;
+}
+
+AXError Accessibility::write(
+    const ElementID& element, std::string_view attribute, double timeout, const AttributeValue& value)
+{
+    return ask({ Call::Kind::write, element, std::string(attribute), timeout, value }).result;
+}
+
+AXError Accessibility::perform(const ElementID& element, std::string_view action, double timeout)
+{
+    return ask({ Call::Kind::action, element, std::string(action), timeout, {} }).result;
+}
+
+Accessibility::Reply Accessibility::ask(const Request& request)
+{
+    Reply reply = std::this_thread::get_id() == mainThread_ ? answer(request) : askMainThread(request);
+    if (reply.hung && !RunLoop::main().clock().isManual())
+        std::this_thread::sleep_for(std::chrono::duration<double>(request.timeout));
+    return reply;
+}
+
+Accessibility::Reply Accessibility::askMainThread(const Request& request)
+{
+    const auto promise = std::make_shared<std::promise<Reply>>();
+    auto reply = promise->get_future();
+    RunLoop::main().perform([promise, request, weak = std::weak_ptr(self_)] {
+        if (const auto self = weak.lock())
+            promise->set_value((*self)->answer(request));
+    });
+    const Reply none { kAXErrorCannotComplete, {}, false };
+    if (reply.wait_for(std::chrono::duration<double>(request.timeout)) != std::future_status::ready)
+        return none;
+    try {
+        return reply.get();
+    } catch (const std::future_error&) {
+        return none; // The desktop went away, and with it the block.
+    }
+}
+
+Accessibility::Reply Accessibility::answer(const Request& request)
+{
+    Reply reply = answerUnrecorded(request);
+    log_.add({ .kind = request.kind,
+        .pid = request.element.pid,
+        .window = request.element.kind == Kind::window ? request.element.id : 0,
+        .name = request.name,
+        .value = request.kind == Call::Kind::write ? std::optional(request.value) : std::nullopt,
+        .result = reply.result,
+        .heldUp = reply.hung ? request.timeout : 0 });
+    return reply;
+}
+
+Accessibility::Reply Accessibility::answerUnrecorded(const Request& request)
+{
+    const ElementID& element = request.element;
+    if (!world_.isAccessibilityPermitted())
+        return { kAXErrorAPIDisabled, {}, false };
+    const RunningProcess* process = world_.process(element.pid);
+    if (!process)
+        return { kAXErrorInvalidUIElement, {}, false };
+    if (process->faults.hangs)
+        return { kAXErrorCannotComplete, {}, true };
+
+    const Window* window = world_.window(static_cast<std::uint32_t>(element.id));
+    if (element.kind == Kind::window && (!window || window->owner != element.pid || !window->isAccessible))
+        return { kAXErrorInvalidUIElement, {}, false };
+    if (const AXError error = fault(request); error != kAXErrorSuccess)
+        return { error, {}, false };
+
+    const bool isWindow = element.kind == Kind::window;
+    switch (request.kind) {
+    case Call::Kind::read:
+        if (process->isDock())
+            return readDock(element, request.name);
+        return isWindow ? readWindow(*window, request.name) : readApplication(*process, request.name);
+    case Call::Kind::write:
+        return { isWindow ? writeWindow(*window, request) : writeApplication(*process, request), {}, false };
+    case Call::Kind::action:
+    case Call::Kind::request:
+        break;
+    }
+    if (!isWindow || request.name != "AXRaise")
+        return { kAXErrorActionUnsupported, {}, false };
+    world_.raise(window->number);
+    return {};
+}
+
+/// The failure that was scripted for this call, if any.
+AXError Accessibility::fault(const Request& request)
+{
+    const ElementID& element = request.element;
+    ProcessFaults& faults = world_.processFaults(element.pid);
+    if (faults.diesAt == request.name) {
+        world_.quit(element.pid);
+        return kAXErrorCannotComplete;
+    }
+    if (takeFailure(faults.fails, request.name))
+        return kAXErrorCannotComplete;
+    if (element.kind == Kind::window
+        && takeFailure(world_.windowFaults(static_cast<std::uint32_t>(element.id)).fails, request.name))
+        return kAXErrorCannotComplete;
+    return kAXErrorSuccess;
+}
+
+std::vector<ElementID> Accessibility::namedWindows(const RunningProcess& process) const
+{
+    std::vector<ElementID> elements;
+    if (process.faults.needsManualAccessibility && !process.hasManualAccessibility)
+        return elements;
+    for (const Window* window : world_.windowsOf(process.pid())) {
+        if (!window->isAccessible || (process.faults.namesOnlyTransientWindows && !isTransient(*window)))
+            continue;
+        elements.push_back(elementOf(*window));
+    }
+    return elements;
+}
+
+Accessibility::Reply Accessibility::readApplication(const RunningProcess& process, const std::string& attribute) const
+{
+    if (attribute == "AXWindows" || attribute == "AXChildren")
+        return { kAXErrorSuccess, namedWindows(process), false };
+    if (attribute == "AXFrontmost")
+        return { kAXErrorSuccess, world_.frontmost() == process.pid(), false };
+    if (attribute != "AXFocusedWindow")
+        return { kAXErrorAttributeUnsupported, {}, false };
+    const Window* focused = world_.focusedWindow(process.pid());
+    const bool silent = process.faults.needsManualAccessibility && !process.hasManualAccessibility;
+    if (!focused || !focused->isAccessible || silent)
+        return { kAXErrorNoValue, {}, false };
+    return { kAXErrorSuccess, elementOf(*focused), false };
+}
+
+Accessibility::Reply Accessibility::readWindow(const Window& window, const std::string& attribute) const
+{
+    if (attribute == "AXTitle")
+        return { kAXErrorSuccess, window.title.value_or(std::string()), false };
+    if (attribute == "AXMinimized")
+        return { kAXErrorSuccess, window.isMinimised, false };
+    if (attribute == "AXFullScreen")
+        return { kAXErrorSuccess, window.isFullScreen(), false };
+    if (attribute == "AXPosition")
+        return { kAXErrorSuccess, window.bounds.origin(), false };
+    if (attribute == "AXSize")
+        return { kAXErrorSuccess, window.bounds.size(), false };
+    return { kAXErrorAttributeUnsupported, {}, false };
+}
+
+Accessibility::Reply Accessibility::readDock(const ElementID& element, const std::string& attribute) const
+{
+    const auto& tiles = world_.dock().tiles();
+    if (attribute == "AXChildren" && element.kind == Kind::application)
+        return { kAXErrorSuccess, std::vector { ElementID { element.pid, Kind::other, dockList } }, false };
+    if (attribute == "AXChildren" && element.id == dockList) {
+        std::vector<ElementID> elements;
+        for (std::size_t index = 0; index < tiles.size(); ++index)
+            elements.push_back({ element.pid, Kind::other, firstTile + index });
+        return { kAXErrorSuccess, std::move(elements), false };
+    }
+    if (element.kind != Kind::other || element.id < firstTile)
+        return { kAXErrorAttributeUnsupported, {}, false };
+    if (element.id - firstTile >= tiles.size())
+        return { kAXErrorInvalidUIElement, {}, false };
+
+    const std::string& title = tiles[element.id - firstTile].label;
+    if (attribute == "AXTitle")
+        return { kAXErrorSuccess, title, false };
+    if (attribute != "AXStatusLabel")
+        return { kAXErrorAttributeUnsupported, {}, false };
+    const auto badge = world_.dock().badges.find(title);
+    if (badge == world_.dock().badges.end())
+        return { kAXErrorNoValue, {}, false };
+    return { kAXErrorSuccess, badge->second, false };
+}
+
+AXError Accessibility::writeApplication(const RunningProcess& process, const Request& request)
+{
+    const bool* on = std::get_if<bool>(&request.value);
+    if (request.name != "AXFrontmost" && request.name != "AXManualAccessibility")
+        return kAXErrorAttributeUnsupported;
+    if (!on)
+        return kAXErrorIllegalArgument;
+    if (request.name == "AXManualAccessibility")
+        world_.setManualAccessibility(process.pid(), *on);
+    else if (*on)
+        world_.activate(process.pid());
+    return kAXErrorSuccess;
+}
+
+AXError Accessibility::writeWindow(const Window& window, const Request& request)
+{
+    const std::uint32_t number = window.number;
+    const bool* on = std::get_if<bool>(&request.value);
+    const CGPoint* point = std::get_if<CGPoint>(&request.value);
+    const CGSize* size = std::get_if<CGSize>(&request.value);
+
+    if (request.name == "AXPosition" && point)
+        world_.setBounds(number, { point->x, point->y, window.bounds.width, window.bounds.height });
+    else if (request.name == "AXSize" && size)
+        world_.setBounds(number, { window.bounds.x, window.bounds.y, size->width, size->height });
+    else if (request.name == "AXMinimized" && on)
+        world_.setMinimised(number, *on);
+    else if (request.name == "AXFullScreen" && on)
+        world_.requestFullScreen(number, *on);
+    else if (request.name == "AXMain" && on && *on)
+        world_.setMain(number);
+    else if (readWindow(window, request.name).result == kAXErrorSuccess || request.name == "AXMain")
+        return kAXErrorIllegalArgument;
+    else
+        return kAXErrorAttributeUnsupported;
+    return kAXErrorSuccess;
+}
+
+}

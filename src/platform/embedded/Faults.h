@@ -1,0 +1,54 @@
+#pragma once
+
+#include "base/CGGeometry.h"
+#include "base/Value.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace embedded {
+
+/// Calls that fail, by the name of the action, attribute or request, and how many times more; -1 for always.
+using FailingCalls = std::map<std::string, int, std::less<>>;
+
+/// What can be wrong with a window.
+struct WindowFaults {
+    /// Takes a new size without a word and keeps the old one.
+    bool refusesSizes = false;
+    /// Never gets smaller than this.
+    std::optional<CGSize> minimumSize;
+    FailingCalls fails;
+};
+
+enum class Refusal { never, once, always };
+
+/// What can be wrong with an application.
+struct ProcessFaults {
+    /// Answers no accessibility call: each costs its caller the whole messaging time-out.
+    bool hangs = false;
+    Refusal refusesToHide = Refusal::never;
+    /// Names no windows until "AXManualAccessibility" was set.
+    bool needsManualAccessibility = false;
+    /// Names only its small windows, those under 120000 square points.
+    bool namesOnlyTransientWindows = false;
+    /// Fails calls on the application and on all its windows.
+    FailingCalls fails;
+    /// The process ends when this call reaches it.
+    std::optional<std::string> diesAt;
+};
+
+/// What can be wrong with the desktop.
+struct DesktopFaults {
+    bool windowListMissing = false;
+    /// Put in front of the window list as they are: entries of a wrong type, or without what an entry must have.
+    std::vector<Value> windowListEntries;
+    bool displaySpacesMissing = false;
+    /// The Dock doesn't run and isn't relaunched.
+    bool dockMissing = false;
+    /// How long, in seconds, a window takes to enter or leave full screen.
+    double fullScreenDelay = 0;
+};
+
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "base/RunLoop.h"
+#include "host/Pointer.h"
+
+namespace embedded {
+
+/// The pointer, where the view or a test moves it. Main thread.
+class Pointer final : public host::Pointer {
+public:
+    CGPoint location() override { return location_; }
+    bool watch(bool on) override
+    {
+        watched_ = on;
+        return true;
+    }
+
+    /// The pointer moved over something that isn't ours. Screen space.
+    void move(CGPoint to, bool buttonDown = false)
+    {
+        location_ = to;
+        const RunLoop::Turn turn;
+        if (watched_ && onMove)
+            onMove(buttonDown);
+    }
+    /// The pointer moved over one of our panels, which learns of it from the toolkit.
+    void moveWithin(CGPoint to) { location_ = to; }
+
+private:
+    CGPoint location_;
+    bool watched_ = false;
+};
+
+}

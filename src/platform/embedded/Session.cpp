@@ -1,0 +1,65 @@
+#include "embedded/Session.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <string_view>
+
+namespace embedded {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The folders of the platform that this machine has no use for.
+constexpr std::array<std::string_view, 2> ownFolders { "/Applications", "/System" };
+
+bool isIn(const std::string& path, std::string_view folder)
+{
+    return path == folder || (path.starts_with(folder) && path[folder.size()] == '/');
+}
+
+}
+
+Session::Session(std::string root, const Scenario& scenario)
+    : root_(std::move(root))
+    , accentColor_(scenario.accentColor)
+{
+    std::error_code ignored;
+    fs::create_directories(preferencesFolder(), ignored);
+    fs::create_directories(homeFolder(), ignored);
+    makeTrash(scenario.trash);
+    for (const auto& application : scenario.applications)
+        makeBundle(application.path);
+}
+
+std::string Session::locate(const std::string& path)
+{
+    const bool isOwn = std::any_of(
+        ownFolders.begin(), ownFolders.end(), [&](std::string_view folder) { return isIn(path, folder); });
+    return isOwn ? root_ + path : path;
+}
+
+std::string Session::preferenceFile(const std::string& domain)
+{
+    return preferencesFolder() + "/" + domain + ".plist";
+}
+
+void Session::makeBundle(const std::string& path)
+{
+    std::error_code ignored;
+    fs::create_directories(locate(path), ignored);
+}
+
+void Session::makeTrash(const std::vector<std::string>& names)
+{
+    const fs::path trash = homeFolder() + "/.Trash";
+    std::error_code ignored;
+    if (!fs::create_directories(trash, ignored))
+        return;
+    for (const std::string& name : names)
+        std::ofstream(trash / name) << name << '\n';
+}
+
+}

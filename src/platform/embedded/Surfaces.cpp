@@ -1,0 +1,132 @@
+#include "embedded/Surfaces.h"
+
+#include "embedded/World.h"
+
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+
+namespace embedded {
+
+void Surfaces::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
+{
+    widget.setAttribute(Qt::WA_ShowWithoutActivating);
+    widget.setAttribute(Qt::WA_TransparentForMouseEvents, style.ignoresMouseEvents);
+    if (!style.isOpaque)
+        widget.setAttribute(Qt::WA_TranslucentBackground);
+    if (!stage_)
+        widget.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    panels_.push_back({ &widget, style, frame, false, {} });
+    place(panels_.back());
+}
+
+void Surfaces::release(QWidget& widget)
+{
+    std::erase_if(panels_, [&](const Panel& panel) { return panel.widget == &widget; });
+    if (!stage_)
+        return;
+    widget.setParent(nullptr);
+    stage_->panelsChanged();
+}
+
+void Surfaces::setFrame(QWidget& widget, const CGRect& frame)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    panel->frame = frame;
+    place(*panel);
+    if (stage_)
+        stage_->panelsChanged();
+}
+
+void Surfaces::orderFront(QWidget& widget)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    const int level = panel->style.level;
+    const auto top = std::find_if(
+        panels_.begin(), panels_.end(), [&](const Panel& each) { return each.isVisible && each.style.level <= level; });
+    if (panel->isVisible && top->widget == &widget)
+        return;
+
+    Panel moved = *panel;
+    moved.isVisible = true;
+    std::erase_if(panels_, [&](const Panel& each) { return each.widget == &widget; });
+    const auto place
+        = std::find_if(panels_.begin(), panels_.end(), [&](const Panel& each) { return each.style.level <= level; });
+    panels_.insert(place, moved);
+    widget.show();
+    stack();
+}
+
+void Surfaces::orderOut(QWidget& widget)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    panel->isVisible = false;
+    widget.hide();
+    if (stage_)
+        stage_->panelsChanged();
+}
+
+void Surfaces::setBackdrop(QWidget& widget, const CGRect& rect)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    panel->backdrop = rect;
+    if (stage_)
+        stage_->panelsChanged();
+}
+
+void Surfaces::setStage(Stage* stage)
+{
+    stage_ = stage;
+    for (const Panel& panel : panels_) {
+        if (!stage_) {
+            panel.widget->setParent(nullptr);
+            continue;
+        }
+        place(panel);
+        panel.widget->setVisible(panel.isVisible);
+    }
+    stack();
+}
+
+const Panel* Surfaces::find(const QWidget& widget) const
+{
+    const auto place
+        = std::find_if(panels_.begin(), panels_.end(), [&](const Panel& panel) { return panel.widget == &widget; });
+    return place == panels_.end() ? nullptr : &*place;
+}
+
+Panel* Surfaces::find(const QWidget& widget)
+{
+    return const_cast<Panel*>(std::as_const(*this).find(widget));
+}
+
+void Surfaces::place(const Panel& panel) const
+{
+    const CGRect frame = world_.screens().flipped(panel.frame);
+    if (stage_)
+        stage_->put(*panel.widget, frame);
+    else
+        panel.widget->setGeometry(
+            QRectF(frame.x, frame.y, std::max(1.0, frame.width), std::max(1.0, frame.height)).toRect());
+}
+
+/// Windows of the toolkit are raised only on a stage, where it costs nothing and nobody else is in the way.
+void Surfaces::stack() const
+{
+    if (!stage_)
+        return;
+    for (auto panel = panels_.rbegin(); panel != panels_.rend(); ++panel)
+        panel->widget->raise();
+    stage_->panelsChanged();
+}
+
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "host/Surfaces.h"
+
+#include <vector>
+
+namespace embedded {
+
+class World;
+
+/// A panel of the program and what it asked for.
+struct Panel {
+    QWidget* widget = nullptr;
+    host::SurfaceStyle style;
+    /// Screen space.
+    CGRect frame;
+    bool isVisible = false;
+    /// The part whose background is to be blurred, in the widget's coordinates; empty for none.
+    CGRect backdrop;
+};
+
+/// Where panels show when somebody looks: the view's displays.
+class Stage {
+public:
+    virtual ~Stage() = default;
+
+    /// Takes the widget in at a frame in window space.
+    virtual void put(QWidget& widget, const CGRect& frame) = 0;
+    /// Which panels show, where, or what they want of their background has changed.
+    virtual void panelsChanged() = 0;
+};
+
+/// The program's panels. Without a stage they are windows of the toolkit, at their places. Main thread.
+class Surfaces final : public host::Surfaces {
+public:
+    explicit Surfaces(const World& world)
+        : world_(world)
+    {
+    }
+
+    void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
+    void release(QWidget& widget) override;
+    void setFrame(QWidget& widget, const CGRect& frame) override;
+    void orderFront(QWidget& widget) override;
+    void orderOut(QWidget& widget) override;
+    void setBackdrop(QWidget& widget, const CGRect& rect) override;
+    bool canBlend() override { return true; }
+
+    /// Front first, by level and within a level by who came last.
+    const std::vector<Panel>& panels() const { return panels_; }
+    /// Null where there is no such panel.
+    const Panel* find(const QWidget& widget) const;
+
+    /// Moves all panels onto the stage; with null, off it and out of sight.
+    void setStage(Stage* stage);
+
+private:
+    Panel* find(const QWidget& widget);
+    void place(const Panel& panel) const;
+    void stack() const;
+
+    const World& world_;
+    Stage* stage_ = nullptr;
+    std::vector<Panel> panels_;
+};
+
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+/// A moment, on the run loop's clock.
+class NSDate {
+public:
+    static NSDate now();
+    static NSDate distantPast() { return NSDate(-1e18); }
+
+    /// Seconds.
+    double timeIntervalSince(NSDate earlier) const { return seconds_ - earlier.seconds_; }
+
+private:
+    explicit NSDate(double seconds)
+        : seconds_(seconds)
+    {
+    }
+
+    double seconds_;
+};
+
+/// The monotonic uptime clock. Any thread.
+struct DispatchTime {
+    std::uint64_t uptimeNanoseconds = 0;
+    static DispatchTime now();
+};

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Files, by the platform's paths. Main thread.
+class NSFileManager {
+public:
+    static NSFileManager& defaultManager();
+
+    /// The names in a folder, in no order; absent when it can't be listed.
+    std::optional<std::vector<std::string>> contentsOfDirectory(const std::string& path, bool skipsHiddenFiles = false);
+    /// The name a person knows the file by: that of the desktop, else the last part of the path.
+    std::string displayNameAtPath(const std::string& path);
+};
+
+/// The user's home folder.
+std::string NSHomeDirectory();

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+enum class NSComparisonResult { orderedAscending = -1, orderedSame = 0, orderedDescending = 1 };
+
+/// Compares UTF-8 texts as the user's language orders them, capitals and small letters alike.
+NSComparisonResult localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);

@@ -1,0 +1,101 @@
+#include "foundation/NSUserDefaults.h"
+
+#include "foundation/NSBundle.h"
+#include "foundation/PreferenceDomain.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdlib>
+
+NSUserDefaults NSUserDefaults::standard()
+{
+    return NSUserDefaults(PreferenceDomain::named(NSBundle::mainBundle().bundleIdentifier().value_or("vantry")));
+}
+
+std::optional<NSUserDefaults> NSUserDefaults::initWithSuiteName(const std::string& name)
+{
+    if (name.empty() || name == NSBundle::mainBundle().bundleIdentifier())
+        return std::nullopt;
+    return NSUserDefaults(PreferenceDomain::named(name));
+}
+
+std::optional<Value> NSUserDefaults::objectForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    return value ? std::optional(*value) : std::nullopt;
+}
+
+bool NSUserDefaults::boolForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    if (!value)
+        return false;
+    if (const auto flag = value->boolean())
+        return *flag;
+    if (const auto number = value->number())
+        return *number != 0;
+    const std::string* text = value->string();
+    constexpr std::array<std::string_view, 3> words { "yes", "true", "1" };
+    const auto same = [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; };
+    return text && std::any_of(words.begin(), words.end(), [&](std::string_view word) {
+        return std::equal(text->begin(), text->end(), word.begin(), word.end(), same);
+    });
+}
+
+double NSUserDefaults::doubleForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    if (!value)
+        return 0;
+    if (const auto number = value->number())
+        return *number;
+    if (const auto flag = value->boolean())
+        return *flag ? 1 : 0;
+    const std::string* text = value->string();
+    return text ? std::strtod(text->c_str(), nullptr) : 0;
+}
+
+std::optional<std::string> NSUserDefaults::stringForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    if (!value)
+        return std::nullopt;
+    if (const std::string* text = value->string())
+        return *text;
+    return value->number() ? std::optional(description(*value)) : std::nullopt;
+}
+
+std::optional<std::vector<std::string>> NSUserDefaults::stringArrayForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    const Value::Array* array = value ? value->array() : nullptr;
+    if (!array)
+        return std::nullopt;
+    std::vector<std::string> texts;
+    for (const Value& element : *array) {
+        if (!element.string())
+            return std::nullopt;
+        texts.push_back(*element.string());
+    }
+    return texts;
+}
+
+std::optional<Value::Array> NSUserDefaults::arrayForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    const Value::Array* array = value ? value->array() : nullptr;
+    return array ? std::optional(*array) : std::nullopt;
+}
+
+std::optional<Value::Dictionary> NSUserDefaults::dictionaryForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    const Value::Dictionary* dictionary = value ? value->dictionary() : nullptr;
+    return dictionary ? std::optional(*dictionary) : std::nullopt;
+}
+
+void NSUserDefaults::setObject(Value value, std::string_view key)
+{
+    domain_->set(key, std::move(value));
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "base/Value.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class PreferenceDomain;
+
+/// A preference domain: one property-list file, shared with every other process that reads or writes it. What another
+/// process writes is seen at the next read in a later turn of the run loop. Main thread.
+class NSUserDefaults {
+public:
+    /// The program's own domain.
+    static NSUserDefaults standard();
+    /// Absent when there is no such domain to open: an empty name, or the program's own.
+    static std::optional<NSUserDefaults> initWithSuiteName(const std::string& name);
+
+    std::optional<Value> objectForKey(std::string_view key) const;
+    /// False for what is no boolean, number, or text that reads as one ("YES", "true", "1").
+    bool boolForKey(std::string_view key) const;
+    /// 0 for what is no number, or text that begins with one.
+    double doubleForKey(std::string_view key) const;
+    /// Text, or a number as text.
+    std::optional<std::string> stringForKey(std::string_view key) const;
+    /// Absent unless every element is text.
+    std::optional<std::vector<std::string>> stringArrayForKey(std::string_view key) const;
+    std::optional<Value::Array> arrayForKey(std::string_view key) const;
+    std::optional<Value::Dictionary> dictionaryForKey(std::string_view key) const;
+
+    /// A write that fails is logged on standard error in one line; the file stays as it was, and this process goes on
+    /// with the new value.
+    void setObject(Value value, std::string_view key);
+
+private:
+    explicit NSUserDefaults(std::shared_ptr<PreferenceDomain> domain)
+        : domain_(std::move(domain))
+    {
+    }
+
+    std::shared_ptr<PreferenceDomain> domain_;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+struct IconSource;
+
+namespace host {
+
+/// The installed applications, by the standardised path of their bundle ("/Applications/NAME.app"). Answers are kept,
+/// so asking again is cheap and gives the same icon object. Main thread.
+class Applications {
+public:
+    virtual ~Applications() = default;
+
+    /// The bundle's identifier; absent when no bundle loads there or it has none.
+    virtual std::optional<std::string> identifier(const std::string& path) = 0;
+    /// The name a person knows the file by; absent when the desktop knows none.
+    virtual std::optional<std::string> displayName(const std::string& path) = 0;
+    /// The icon of the file, or the desktop's general one; null only when the desktop has neither.
+    virtual std::shared_ptr<const IconSource> icon(const std::string& path) = 0;
+
+    /// Launches the application, or has the running one reopen, and brings it to the front. False when it can't be.
+    virtual bool open(const std::string& path) = 0;
+    /// Opens a folder, file or link with what handles it. `url` is an absolute URL. False when it can't be.
+    virtual bool openURL(const std::string& url) = 0;
+};
+
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace host {
+
+class Accessibility;
+class Applications;
+class Capture;
+class Displays;
+class Pointer;
+class Processes;
+class Session;
+class Surfaces;
+class Windows;
+
+/// Everything the layer stands on: one desktop. Two exist, embedded/ and x11/; a third is one more folder beside them.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+
+    virtual Displays& displays() = 0;
+    virtual Processes& processes() = 0;
+    virtual Applications& applications() = 0;
+    virtual Windows& windows() = 0;
+    virtual Accessibility& accessibility() = 0;
+    virtual Pointer& pointer() = 0;
+    virtual Surfaces& surfaces() = 0;
+    virtual Capture& capture() = 0;
+    virtual Session& session() = 0;
+
+    /// Set by the application object: the desktop is gone (its server closed the connection, its window was closed) and
+    /// the program must end.
+    std::function<void(const std::string& reason)> onLost;
+
+    /// The desktop in force; one must have been set.
+    static Desktop& current();
+    static bool hasCurrent();
+    /// Not owned. Null takes it away.
+    static void setCurrent(Desktop* desktop);
+};
+
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace host {
+
+/// The user's session: where things are kept, and the user's choices of look. Main thread.
+class Session {
+public:
+    virtual ~Session() = default;
+
+    /// The folder with one property-list file a preference domain. Made on first use.
+    virtual std::string preferencesFolder() = 0;
+    /// The user's home folder, as the program is to see it.
+    virtual std::string homeFolder() = 0;
+    /// Where a path of the platform ("HOME/.Trash") lies on this machine; other paths come back as they are.
+    virtual std::string locate(const std::string& path) = 0;
+    /// The user's accent colour as 0xRRGGBB; absent when the desktop has none.
+    virtual std::optional<std::uint32_t> accentColor() = 0;
+};
+
+}

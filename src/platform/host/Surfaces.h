@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/CGGeometry.h"
+
+class QWidget;
+
+namespace host {
+
+/// What a panel asks of the desktop.
+struct SurfaceStyle {
+    /// The window level: of two panels the higher one is in front.
+    int level = 0;
+    /// `NSWindow` collection behaviour bits.
+    unsigned collectionBehavior = 0;
+    bool isOpaque = true;
+    bool hasShadow = true;
+    bool ignoresMouseEvents = false;
+};
+
+/// How our own panels are put on the desktop. A widget is the toolkit's window of one panel; it isn't owned here, and
+/// is released before it dies. Main thread.
+class Surfaces {
+public:
+    virtual ~Surfaces() = default;
+
+    /// Makes a panel of the widget. Before it is first shown.
+    virtual void adopt(QWidget& widget, const SurfaceStyle& style, const CGRect& frame) = 0;
+    virtual void release(QWidget& widget) = 0;
+
+    /// Screen space. A panel that spans an edge of its display keeps other windows' maximised frames off itself where
+    /// the desktop has a way to say so.
+    virtual void setFrame(QWidget& widget, const CGRect& frame) = 0;
+    /// Shows the panel in front of its level without taking the keyboard. Costs nothing when it is there already.
+    virtual void orderFront(QWidget& widget) = 0;
+    virtual void orderOut(QWidget& widget) = 0;
+
+    /// Paints nothing by itself; asks the desktop to blur what is behind `rect` (widget coordinates, y down), or stops
+    /// asking with an empty one.
+    virtual void setBackdrop(QWidget& widget, const CGRect& rect) = 0;
+    /// Whether a panel that isn't opaque shows what is behind it.
+    virtual bool canBlend() = 0;
+};
+
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+/// What the user asked for when starting the program.
+struct CommandLine {
+    /// The embedded desktop also where an X11 session is at hand.
+    bool embedded = false;
+    /// Show nothing but the usage.
+    bool help = false;
+    /// A scenario file for the embedded desktop; its own scenario when absent.
+    std::optional<std::string> scenario;
+    /// Write a picture of the embedded desktop there, then end.
+    std::optional<std::string> picture;
+
+    struct Error {
+        std::string reason;
+    };
+    /// `arguments` without the program's name.
+    static std::variant<CommandLine, Error> parse(const std::vector<std::string>& arguments);
+    static const char* usage();
+};
+
+/// This process's arguments without the program's name, from the kernel (procfs, /proc/self/cmdline).
+std::vector<std::string> processArguments();

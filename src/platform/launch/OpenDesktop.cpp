@@ -1,0 +1,130 @@
+#include "host/OpenDesktop.h"
+
+#include "base/RunLoop.h"
+#include "embedded/EmbeddedDesktop.h"
+#include "embedded/ScenarioFile.h"
+#include "launch/CommandLine.h"
+#include "x11/X11Desktop.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+
+namespace {
+
+enum ExitStatus { failed = 1, usageFault = 2 };
+
+[[noreturn]] void end(ExitStatus status, const std::string& reason)
+{
+    std::fprintf(stderr, "vantry: %s\n", reason.c_str());
+    std::exit(status);
+}
+
+CommandLine readCommandLine()
+{
+    const auto parsed = CommandLine::parse(processArguments());
+    if (const auto* error = std::get_if<CommandLine::Error>(&parsed))
+        end(usageFault, error->reason + "\n" + CommandLine::usage());
+    const auto& line = std::get<CommandLine>(parsed);
+    if (!line.help)
+        return line;
+    std::fputs(CommandLine::usage(), stdout);
+    std::exit(EXIT_SUCCESS);
+}
+
+/// The toolkit, with none of what a taskbar has no use for: its start is most of the program's.
+void startToolkit(const char* platform)
+{
+    if (platform)
+        qputenv("QT_QPA_PLATFORM", platform);
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    // A point of the program is a pixel of the display.
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    static int count = 1;
+    static char name[] = "vantry";
+    static char* arguments[] = { name, nullptr };
+    new QApplication(count, arguments);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setDesktopFileName("vantry");
+}
+
+std::unique_ptr<host::Desktop> openX11()
+{
+    std::string reason;
+    auto desktop = x11::openX11Desktop(reason);
+    if (!desktop)
+        end(failed, reason + "\nWithout DISPLAY, or with --embedded, it starts in a desktop of its own.");
+    startToolkit("xcb");
+    return desktop;
+}
+
+embedded::Scenario readScenario(const std::optional<std::string>& file)
+{
+    if (!file)
+        return embedded::defaultScenario();
+    std::ifstream in(*file, std::ios::binary);
+    if (!in)
+        end(usageFault, *file + ": can't be read");
+    const std::string text { std::istreambuf_iterator<char>(in), {} };
+    auto parsed = embedded::parseScenario(text);
+    if (const auto* error = std::get_if<embedded::ScenarioError>(&parsed))
+        end(usageFault, *file + ": line " + std::to_string(error->line) + ": " + error->reason);
+    return std::get<embedded::Scenario>(std::move(parsed));
+}
+
+/// Where the embedded desktop keeps its files (XDG Base Directory: state).
+std::string sessionFolder()
+{
+    const auto variable = [](const char* name) -> std::string {
+        const char* value = std::getenv(name);
+        return value ? value : "";
+    };
+    const std::string state = variable("XDG_STATE_HOME");
+    return (state.empty() ? variable("HOME") + "/.local/state" : state) + "/vantry/embedded";
+}
+
+/// Long enough after the start for every bar to have been painted.
+constexpr double pictureDelay = 0.5;
+
+void writePicture(embedded::EmbeddedDesktop& desktop, const std::string& file)
+{
+    if (!desktop.savePicture(file))
+        end(failed, file + ": the picture can't be written");
+    std::printf("A picture of the embedded desktop is in %s.\n"
+                "To use it by hand, start an X server and set DISPLAY, or name a Qt platform that can be seen:\n"
+                "    QT_QPA_PLATFORM=vnc ./run --embedded    (then connect a VNC viewer to port 5900)\n",
+        std::filesystem::absolute(file).c_str());
+    std::fflush(stdout);
+    desktop.onLost("the picture is written, that was all");
+}
+
+std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
+{
+    const embedded::Scenario scenario = readScenario(line.scenario);
+    const bool unseen = qgetenv("DISPLAY").isEmpty() && qgetenv("QT_QPA_PLATFORM").isEmpty();
+    startToolkit(unseen || line.picture ? "offscreen" : nullptr);
+
+    auto desktop = std::make_unique<embedded::EmbeddedDesktop>(scenario, sessionFolder());
+    desktop->show();
+    if (unseen || line.picture) {
+        const std::string file = line.picture.value_or("vantry.png");
+        RunLoop::main().schedule(pictureDelay, [raw = desktop.get(), file] { writePicture(*raw, file); });
+    }
+    return desktop;
+}
+
+}
+
+host::Desktop& host::openDesktop()
+{
+    const CommandLine line = readCommandLine();
+    const bool onX11 = !line.embedded && !qgetenv("DISPLAY").isEmpty();
+    static const std::unique_ptr<Desktop> desktop = onX11 ? openX11() : openEmbedded(line);
+    return *desktop;
+}

@@ -1,0 +1,149 @@
+#include "x11/Badges.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace x11 {
+namespace {
+
+/// Without one, asking for the bus would start a bus of our own.
+bool hasSessionBus()
+{
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS"))
+        return true;
+    std::error_code error;
+    return std::filesystem::exists(std::string(g_get_user_runtime_dir()) + "/bus", error);
+}
+
+/// "application://firefox.desktop" gives "firefox".
+std::string entryIdOf(std::string_view uri)
+{
+    for (const std::string_view prefix : { "application://", "application:" }) {
+        if (uri.starts_with(prefix)) {
+            uri.remove_prefix(prefix.size());
+            break;
+        }
+    }
+    if (uri.ends_with(".desktop"))
+        uri.remove_suffix(std::string_view(".desktop").size());
+    return std::string(uri);
+}
+
+}
+
+Badges::~Badges()
+{
+    if (cancellable_) {
+        g_cancellable_cancel(cancellable_);
+        g_object_unref(cancellable_);
+    }
+    if (!bus_)
+        return;
+    for (const guint subscription : subscriptions_)
+        g_dbus_connection_signal_unsubscribe(bus_, subscription);
+    g_object_unref(bus_);
+}
+
+void Badges::connect()
+{
+    if (cancellable_ || !hasSessionBus())
+        return;
+    cancellable_ = g_cancellable_new();
+    g_bus_get(G_BUS_TYPE_SESSION, cancellable_, onBus, this);
+}
+
+void Badges::onBus(GObject*, GAsyncResult* result, gpointer self)
+{
+    // A cancelled call means that `self` is gone.
+    if (GDBusConnection* bus = g_bus_get_finish(result, nullptr))
+        static_cast<Badges*>(self)->listen(bus);
+}
+
+void Badges::listen(GDBusConnection* bus)
+{
+    bus_ = bus;
+    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    subscriptions_ = {
+        g_dbus_connection_signal_subscribe(bus, nullptr, "com.canonical.Unity.LauncherEntry", "Update", nullptr,
+            nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onUpdate, this, nullptr),
+        g_dbus_connection_signal_subscribe(bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
+            "/org/freedesktop/DBus", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onNameGone, this, nullptr),
+    };
+}
+
+void Badges::onUpdate(
+    GDBusConnection*, const char* sender, const char*, const char*, const char*, GVariant* parameters, gpointer self)
+{
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv})")))
+        return;
+    const char* uri = nullptr;
+    GVariant* properties = nullptr;
+    g_variant_get(parameters, "(&s@a{sv})", &uri, &properties);
+    static_cast<Badges*>(self)->update(sender, uri, properties);
+    g_variant_unref(properties);
+}
+
+void Badges::onNameGone(
+    GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters, gpointer self)
+{
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sss)")))
+        return;
+    const char* name = nullptr;
+    const char* newOwner = nullptr;
+    g_variant_get(parameters, "(&s&s&s)", &name, nullptr, &newOwner);
+    if (*newOwner == '\0')
+        static_cast<Badges*>(self)->dropSender(name);
+}
+
+Badges::Launcher& Badges::launcherOf(const std::string& entryId)
+{
+    const auto known = std::ranges::find(launchers_, entryId, &Launcher::entryId);
+    return known == launchers_.end()
+        ? launchers_.emplace_back(Launcher { .entryId = entryId, .sender = {}, .badge = {} })
+        : *known;
+}
+
+void Badges::update(const std::string& sender, const std::string& uri, GVariant* properties)
+{
+    const std::string id = entryIdOf(uri);
+    const auto entry = entries_.withId(id);
+    const std::lock_guard lock(mutex_);
+    Launcher& launcher = launcherOf(id);
+    launcher.sender = sender;
+    gint64 count = 0;
+    gboolean isVisible = FALSE;
+    // A signal tells only what has changed.
+    if (g_variant_lookup(properties, "count", "x", &count))
+        launcher.count = count;
+    if (g_variant_lookup(properties, "count-visible", "b", &isVisible))
+        launcher.isVisible = isVisible;
+    launcher.badge = { entry ? entry->entry.name : id, launcher.isVisible ? std::to_string(launcher.count) : "" };
+}
+
+void Badges::dropSender(const std::string& sender)
+{
+    const std::lock_guard lock(mutex_);
+    for (Launcher& launcher : launchers_) {
+        if (launcher.sender != sender)
+            continue;
+        launcher.isVisible = false;
+        launcher.badge.text.clear();
+    }
+}
+
+std::vector<Badges::Badge> Badges::all() const
+{
+    const std::lock_guard lock(mutex_);
+    std::vector<Badge> result;
+    std::ranges::transform(launchers_, std::back_inserter(result), &Launcher::badge);
+    return result;
+}
+
+std::optional<Badges::Badge> Badges::at(std::size_t index) const
+{
+    const std::lock_guard lock(mutex_);
+    return index < launchers_.size() ? std::optional(launchers_[index].badge) : std::nullopt;
+}
+
+}

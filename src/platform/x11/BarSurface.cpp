@@ -1,0 +1,261 @@
+#include "x11/BarSurface.h"
+
+#include "base/Clock.h"
+#include "base/RunLoop.h"
+#include "x11/Struts.h"
+
+#include <QGuiApplication>
+#include <QWidget>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <ranges>
+
+namespace x11 {
+namespace {
+
+/// Null on a platform of the toolkit that isn't X11.
+xcb_connection_t* toolkitConnection()
+{
+    auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return native ? native->connection() : nullptr;
+}
+
+std::uint64_t now()
+{
+    return RunLoop::main().clock().nanoseconds();
+}
+
+QRect geometry(const Rect& rect)
+{
+    return { rect.x, rect.y, rect.width, rect.height };
+}
+
+}
+
+BarSurface::BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors)
+    : connection_(connection)
+    , mirror_(mirror)
+    , monitors_(monitors)
+{
+}
+
+BarSurface::Panel* BarSurface::find(const QWidget& widget)
+{
+    const auto found = std::ranges::find(panels_, &widget, &Panel::widget);
+    return found == panels_.end() ? nullptr : &*found;
+}
+
+/// The edge of its monitor along which a panel spans the whole width; under other programs' panels it may stand off.
+BarSurface::Edge BarSurface::edgeOf(const Rect& frame) const
+{
+    for (const Monitor& monitor : monitors_.monitors()) {
+        if (frame.x != monitor.frame.x || frame.width != monitor.frame.width)
+            continue;
+        const Rect visible = monitors_.visible(monitor);
+        if (frame.y == monitor.frame.y || frame.y == visible.y)
+            return Edge::top;
+        if (frame.bottom() == monitor.frame.bottom() || frame.bottom() == visible.bottom())
+            return Edge::bottom;
+    }
+    return Edge::none;
+}
+
+void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
+{
+    const Rect rect = monitors_.toRoot(frame);
+    const Edge edge = edgeOf(rect);
+    Qt::WindowFlags flags = edge == Edge::none ? Qt::ToolTip : Qt::Window;
+    flags |= Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
+    flags.setFlag(Qt::WindowTransparentForInput, style.ignoresMouseEvents);
+    widget.setWindowFlags(flags);
+    widget.setAttribute(Qt::WA_ShowWithoutActivating);
+    widget.setAttribute(Qt::WA_TranslucentBackground, !style.isOpaque && canBlend());
+    widget.setGeometry(geometry(rect));
+    panels_.push_back({ &widget, static_cast<xcb_window_t>(widget.winId()), style.level, edge, rect });
+    tellMonitors();
+}
+
+void BarSurface::release(QWidget& widget)
+{
+    std::erase_if(panels_, [&](const Panel& panel) { return panel.widget == &widget; });
+    tellMonitors();
+}
+
+void BarSurface::tellMonitors()
+{
+    std::unordered_set<xcb_window_t> windows;
+    for (const Panel& panel : panels_)
+        windows.insert(panel.window);
+    monitors_.setOwnDocks(std::move(windows));
+}
+
+void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
+{
+    Panel* panel = find(widget);
+    const Rect rect = monitors_.toRoot(frame);
+    if (!panel || panel->frame == rect)
+        return;
+    panel->frame = rect;
+    if (panel->edge != Edge::none) {
+        panel->edge = edgeOf(rect);
+        setStrut(*panel);
+    }
+    widget.setGeometry(geometry(rect));
+}
+
+void BarSurface::orderFront(QWidget& widget)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    if (!widget.isVisible()) {
+        describe(*panel);
+        panel->askedAt = now();
+        widget.show();
+        raise(*panel);
+        return;
+    }
+    insist(*panel, true);
+    // Asked once for each window in the way: against one that the window manager keeps in front, asking doesn't help.
+    const xcb_window_t obstacle = obstacleOf(*panel);
+    const bool isNew = obstacle != std::exchange(panel->obstacle, obstacle);
+    if (isNew && obstacle != XCB_WINDOW_NONE)
+        raise(*panel);
+}
+
+/// A window manager that is only just starting can lose a request to map or to unmap a window; then it is made again.
+void BarSurface::insist(Panel& panel, bool isShown)
+{
+    constexpr std::uint64_t patience = 1'000'000'000;
+    if (now() - panel.askedAt < patience)
+        return;
+    const RootChild* unmanaged = mirror_.state().rootChildren.find(panel.window);
+    const auto managed = mirror_.state().windows.find(panel.window);
+    const bool isMapLost = isShown && unmanaged && !unmanaged->isMapped;
+    const bool isUnmapLost = !isShown && managed != mirror_.state().windows.end() && managed->second.isMapped;
+    if (isMapLost)
+        xcb_map_window(connection_, panel.window);
+    if (isUnmapLost)
+        xcb_unmap_window(connection_, panel.window);
+    if (isMapLost || isUnmapLost) {
+        panel.askedAt = now();
+        connection_.flush();
+    }
+}
+
+void BarSurface::orderOut(QWidget& widget)
+{
+    Panel* panel = find(widget);
+    if (!panel)
+        return;
+    if (!widget.isVisible()) {
+        insist(*panel, false);
+        return;
+    }
+    panel->askedAt = now();
+    widget.hide();
+}
+
+/// Raises a panel, and again those of ours that belong in front of it.
+void BarSurface::raise(const Panel& panel)
+{
+    panel.widget->raise();
+    std::vector<const Panel*> higher;
+    for (const Panel& other : panels_) {
+        if (other.level > panel.level && other.widget->isVisible() && overlapArea(other.frame, panel.frame) > 0)
+            higher.push_back(&other);
+    }
+    std::ranges::stable_sort(higher, {}, &Panel::level);
+    for (const Panel* other : higher)
+        other->widget->raise();
+}
+
+/// The window of another program that covers a part of the panel and isn't meant to; none in the usual case.
+xcb_window_t BarSurface::obstacleOf(const Panel& panel) const
+{
+    const DesktopState& state = mirror_.state();
+    const auto& children = state.rootChildren.bottomToTop();
+    const auto self = std::ranges::find(children, rootChildOf(panel.window), &RootChild::id);
+    if (self == children.end())
+        return XCB_WINDOW_NONE;
+    const auto mayCover = [&](const RootChild& child) {
+        if (!child.isMapped || child.isOverrideRedirect || owns(child.id) || overlapArea(child.outer, panel.frame) == 0)
+            return true;
+        const auto client
+            = std::ranges::find_if(state.windows, [&](const auto& each) { return each.second.frame == child.id; });
+        return client == state.windows.end() || client->second.facts.kind() == WindowKind::dock
+            || client->second.facts.states.fullScreen;
+    };
+    const auto obstacle = std::find_if_not(std::next(self), children.end(), mayCover);
+    return obstacle == children.end() ? xcb_window_t(XCB_WINDOW_NONE) : obstacle->id;
+}
+
+xcb_window_t BarSurface::rootChildOf(xcb_window_t window) const
+{
+    const auto known = mirror_.state().windows.find(window);
+    return known == mirror_.state().windows.end() ? window : known->second.frame;
+}
+
+bool BarSurface::owns(xcb_window_t rootChild) const
+{
+    // All windows of one connection have the same base, menus and tooltips too.
+    const std::uint32_t mask = connection_.setup().resource_id_mask;
+    const auto isSameClient = [&](const Panel& panel) { return (panel.window & ~mask) == (rootChild & ~mask); };
+    if (std::ranges::any_of(panels_, isSameClient))
+        return true;
+    return std::ranges::any_of(mirror_.state().windows,
+        [&](const auto& each) { return each.second.frame == rootChild && each.second.pid == getpid(); });
+}
+
+// What is written on a panel's window
+
+void BarSurface::setProperty(
+    const Panel& panel, xcb_atom_t name, xcb_atom_t type, const std::vector<std::uint32_t>& values) const
+{
+    if (xcb_connection_t* connection = toolkitConnection())
+        xcb_change_property(connection, XCB_PROP_MODE_REPLACE, panel.window, name, type, 32,
+            static_cast<std::uint32_t>(values.size()), values.data());
+}
+
+void BarSurface::describe(const Panel& panel) const
+{
+    if (panel.edge == Edge::none)
+        return;
+    const Atoms& atoms = connection_.atoms();
+    // Written here rather than asked of the toolkit, which leaves it out for a window without a frame.
+    setProperty(panel, atoms.netWmWindowType, XCB_ATOM_ATOM, { atoms.netWmWindowTypeDock });
+    setProperty(panel, atoms.netWmDesktop, XCB_ATOM_CARDINAL, { allDesktops });
+    setProperty(panel, atoms.netWmState, XCB_ATOM_ATOM,
+        { atoms.netWmStateSticky, atoms.netWmStateSkipTaskbar, atoms.netWmStateSkipPager });
+    setStrut(panel);
+}
+
+void BarSurface::setStrut(const Panel& panel) const
+{
+    std::optional<Strut> strut;
+    if (panel.edge == Edge::top)
+        strut = topStrut(panel.frame, monitors_);
+    if (panel.edge == Edge::bottom)
+        strut = bottomStrut(panel.frame, monitors_);
+    const Strut values = strut.value_or(Strut {});
+    const Atoms& atoms = connection_.atoms();
+    setProperty(panel, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL, { values.begin(), values.end() });
+    setProperty(panel, atoms.netWmStrut, XCB_ATOM_CARDINAL, { values.begin(), values.begin() + 4 });
+}
+
+void BarSurface::setBackdrop(QWidget& widget, const CGRect& rect)
+{
+    const Panel* panel = find(widget);
+    if (!panel)
+        return;
+    const auto part = [](double value) { return static_cast<std::uint32_t>(std::max(0.0, value)); };
+    if (rect.width > 0 && rect.height > 0)
+        setProperty(*panel, connection_.atoms().kdeBlurBehindRegion, XCB_ATOM_CARDINAL,
+            { part(rect.x), part(rect.y), part(rect.width), part(rect.height) });
+    else if (xcb_connection_t* connection = toolkitConnection())
+        xcb_delete_property(connection, panel->window, connection_.atoms().kdeBlurBehindRegion);
+}
+
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "host/Surfaces.h"
+#include "x11/Monitors.h"
+
+#include <optional>
+#include <vector>
+
+namespace x11 {
+
+/// Our own panels as windows of the desktop. One that spans an edge of its monitor is a dock with a strut; the others
+/// are popups that the window manager leaves alone. What makes a window one or the other is set on the toolkit's
+/// connection, ahead of its being shown, so that the window manager never sees it otherwise.
+class BarSurface final : public host::Surfaces {
+public:
+    BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors);
+
+    void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
+    void release(QWidget& widget) override;
+    void setFrame(QWidget& widget, const CGRect& frame) override;
+    void orderFront(QWidget& widget) override;
+    void orderOut(QWidget& widget) override;
+    void setBackdrop(QWidget& widget, const CGRect& rect) override;
+    bool canBlend() override { return mirror_.state().isComposited; }
+
+    /// Whether a child of the root is a window of this program, or the window manager's frame of one.
+    bool owns(xcb_window_t rootChild) const;
+
+private:
+    enum class Edge { none, top, bottom };
+    struct Panel {
+        QWidget* widget;
+        xcb_window_t window;
+        int level;
+        Edge edge;
+        Rect frame;
+        /// The window in front of this one that raising it hasn't got it past.
+        xcb_window_t obstacle = XCB_WINDOW_NONE;
+        /// When its window was last asked to be mapped or unmapped, in nanoseconds of the clock.
+        std::uint64_t askedAt = 0;
+    };
+
+    Panel* find(const QWidget& widget);
+    Edge edgeOf(const Rect& frame) const;
+    void describe(const Panel& panel) const;
+    void setStrut(const Panel& panel) const;
+    void setProperty(
+        const Panel& panel, xcb_atom_t name, xcb_atom_t type, const std::vector<std::uint32_t>& values) const;
+    void tellMonitors();
+    void insist(Panel& panel, bool isShown);
+    void raise(const Panel& panel);
+    xcb_window_t obstacleOf(const Panel& panel) const;
+    xcb_window_t rootChildOf(xcb_window_t window) const;
+
+    Connection& connection_;
+    const WindowMirror& mirror_;
+    Monitors& monitors_;
+    std::vector<Panel> panels_;
+};
+
+}

@@ -1,0 +1,168 @@
+#include "x11/DesktopEntries.h"
+
+#include "x11/ProcessFiles.h"
+#include "x11/UserFolders.h"
+
+#include <glib.h>
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <unordered_set>
+
+namespace x11 {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string lowered(std::string_view text)
+{
+    std::string result(text);
+    std::ranges::transform(result, result.begin(), g_ascii_tolower);
+    return result;
+}
+
+/// Programs that only run others; which one an entry means, its first word doesn't tell.
+bool isWrapper(std::string_view executable)
+{
+    static constexpr std::string_view wrappers[] = { "sh", "bash", "flatpak", "snap", "python3", "java", "gjs" };
+    return std::ranges::find(wrappers, executable) != std::end(wrappers);
+}
+
+std::vector<std::string> languages()
+{
+    std::vector<std::string> result;
+    for (const char* const* name = g_get_language_names(); *name; ++name)
+        result.emplace_back(*name);
+    return result;
+}
+
+/// The entries below a folder of data, by their ids; of two files with one id the caller keeps the earlier.
+void readFolder(const std::string& folder, std::map<std::string, DesktopEntry>& entries)
+{
+    static const auto userLanguages = languages();
+    std::error_code error;
+    for (auto each = fs::recursive_directory_iterator(folder, error); !error && each != fs::end(each);
+         each.increment(error)) {
+        if (each->path().extension() != ".desktop" || !each->is_regular_file(error))
+            continue;
+        std::string id = each->path().string().substr(folder.size() + 1);
+        id.resize(id.size() - std::string_view(".desktop").size());
+        std::ranges::replace(id, '/', '-');
+        if (entries.contains(id))
+            continue;
+        auto entry = parseDesktopEntry(contentsOf(each->path().string()), userLanguages);
+        if (!entry)
+            entry.emplace();
+        entry->id = id;
+        entry->file = each->path().string();
+        entries.emplace(std::move(id), *std::move(entry));
+    }
+}
+
+/// Entries that menus show come first, so that they get the plain names.
+std::vector<DesktopEntries::Handle> withPaths(const std::map<std::string, DesktopEntry>& entries)
+{
+    std::vector<const DesktopEntry*> order;
+    for (const auto& [id, entry] : entries) {
+        if (!entry.name.empty())
+            order.push_back(&entry);
+    }
+    std::ranges::stable_partition(order, [](const DesktopEntry* entry) { return !entry->isHidden; });
+
+    std::vector<DesktopEntries::Handle> result;
+    std::unordered_set<std::string> used;
+    for (const DesktopEntry* entry : order) {
+        std::string name = entry->name;
+        std::ranges::replace(name, '/', '-');
+        if (!used.insert(name).second) {
+            name += " (" + entry->id + ')';
+            used.insert(name);
+        }
+        result.push_back(std::make_shared<DesktopEntries::Installed>(*entry, "/Applications/" + name + ".app"));
+    }
+    return result;
+}
+
+}
+
+bool DesktopEntries::readIfChanged()
+{
+    std::vector<Folder> folders;
+    for (const std::string& data : dataFolders()) {
+        const std::string folder = data + "/applications";
+        struct stat status { };
+        if (stat(folder.c_str(), &status) == 0)
+            folders.push_back({ folder, status.st_mtim.tv_sec * 1'000'000'000LL + status.st_mtim.tv_nsec });
+    }
+    if (folders == folders_)
+        return false;
+
+    std::map<std::string, DesktopEntry> entries;
+    for (const Folder& folder : folders)
+        readFolder(folder.path, entries);
+    entries_ = withPaths(entries);
+    folders_ = std::move(folders);
+    return true;
+}
+
+template <class Test>
+DesktopEntries::Handle DesktopEntries::find(Test test)
+{
+    const auto search = [&]() -> Handle {
+        const auto found = std::ranges::find_if(entries_, [&](const Handle& each) { return test(*each); });
+        return found == entries_.end() ? nullptr : *found;
+    };
+    const Handle known = search();
+    if (known || !readIfChanged())
+        return known;
+    return search();
+}
+
+DesktopEntries::Handle DesktopEntries::withPath(std::string_view bundlePath)
+{
+    return find([&](const Installed& each) { return each.bundlePath == bundlePath; });
+}
+
+DesktopEntries::Handle DesktopEntries::withId(std::string_view id)
+{
+    return find([&](const Installed& each) { return each.entry.id == id; });
+}
+
+DesktopEntries::Handle DesktopEntries::ofWindow(
+    const std::string& className, const std::string& instanceName, pid_t pid)
+{
+    const Handle known = search(className, instanceName, pid);
+    if (known || !readIfChanged())
+        return known;
+    return search(className, instanceName, pid);
+}
+
+DesktopEntries::Handle DesktopEntries::search(
+    const std::string& className, const std::string& instanceName, pid_t pid) const
+{
+    const std::string names[] = { lowered(className), lowered(instanceName) };
+    const std::string program = programOf(pid);
+    const auto isName = [&](std::string_view text) {
+        return !text.empty() && std::ranges::find(names, lowered(text)) != std::end(names);
+    };
+    const std::function<bool(const DesktopEntry&)> matches[] = {
+        [&](const DesktopEntry& entry) { return isName(entry.startupWmClass); },
+        [&](const DesktopEntry& entry) { return isName(entry.id); },
+        [&](const DesktopEntry& entry) { return isName(entry.id.substr(entry.id.rfind('.') + 1)); },
+        [&](const DesktopEntry& entry) {
+            return !entry.runsInTerminal && !program.empty() && !isWrapper(program) && entry.executable == program;
+        },
+    };
+    for (const auto& match : matches) {
+        const auto found = std::ranges::find_if(entries_, [&](const Handle& each) { return match(each->entry); });
+        if (found != entries_.end())
+            return *found;
+    }
+    return nullptr;
+}
+
+}

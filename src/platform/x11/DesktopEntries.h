@@ -1,0 +1,49 @@
+#pragma once
+
+#include "x11/DesktopEntry.h"
+
+#include <sys/types.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace x11 {
+
+/// The installed applications' desktop entries. They are read when one is first asked for, all in one go, and again
+/// when something is looked for in vain after a folder has changed. An entry, once handed out, stays as it is.
+class DesktopEntries {
+public:
+    /// An installed application and the bundle that it stands for.
+    struct Installed {
+        DesktopEntry entry;
+        /// "/Applications/NAME.app"
+        std::string bundlePath;
+    };
+    using Handle = std::shared_ptr<const Installed>;
+
+    /// Null when there is none.
+    Handle withPath(std::string_view bundlePath);
+    Handle withId(std::string_view id);
+    /// The entry of a running program, by its window's class and instance, else by what its process runs.
+    Handle ofWindow(const std::string& className, const std::string& instanceName, pid_t pid);
+
+private:
+    struct Folder {
+        std::string path;
+        /// When its list of files last changed, in nanoseconds.
+        long long changed;
+        bool operator==(const Folder&) const = default;
+    };
+
+    template <class Test>
+    Handle find(Test test);
+    Handle search(const std::string& className, const std::string& instanceName, pid_t pid) const;
+    bool readIfChanged();
+
+    std::vector<Folder> folders_;
+    std::vector<Handle> entries_;
+};
+
+}

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "x11/RootChildren.h"
+#include "x11/WindowRecord.h"
+
+#include <cstdint>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace x11 {
+
+/// What is known of the desktop's windows, all from events: reading it asks nobody.
+struct DesktopState {
+    /// The window by which a window manager that speaks EWMH shows that it is there; none without one.
+    xcb_window_t manager = XCB_WINDOW_NONE;
+    std::unordered_set<xcb_atom_t> supported;
+    /// Whether the window manager marks iconified windows with _NET_WM_STATE_HIDDEN.
+    bool hasHiddenState = false;
+
+    std::unordered_map<xcb_window_t, WindowRecord> windows;
+    /// In the order in which they were first mapped.
+    std::vector<xcb_window_t> appearance;
+    /// Bottom to top, as the window manager lists them; without one the order of the root's children holds.
+    std::vector<xcb_window_t> managedStacking;
+    RootChildren rootChildren;
+
+    xcb_window_t active = XCB_WINDOW_NONE;
+    /// Windows that were active, the latest last.
+    std::vector<xcb_window_t> activations;
+
+    /// 0 where the window manager has no desktops.
+    std::uint32_t desktopCount = 0;
+    std::uint32_t currentDesktop = 0;
+    /// The top left corner of the primary monitor: the origin of window space.
+    Point primary;
+    /// Whether a compositing manager runs.
+    bool isComposited = false;
+
+    bool isManaged() const { return manager != XCB_WINDOW_NONE; }
+    /// Null when there is no such window, or it is withdrawn.
+    const WindowRecord* find(xcb_window_t window) const;
+    bool isListed(const WindowRecord& window) const;
+    bool isIconic(const WindowRecord& window) const;
+    bool isOnCurrentDesktop(const WindowRecord& window) const;
+    /// Decorations included, shadows not.
+    Rect outer(const WindowRecord& window) const;
+    /// The desktop it lies on, or `allDesktops`.
+    std::uint32_t desktopOf(const WindowRecord& window) const;
+
+    /// The listed windows.
+    std::vector<const WindowRecord*> frontToBack() const;
+    std::vector<const WindowRecord*> byAppearance() const;
+    /// A process's listed windows but for docks and the desktop's own, front first.
+    std::vector<const WindowRecord*> windowsOf(pid_t pid) const;
+    /// Among those, the one that was active last; null when none ever was.
+    const WindowRecord* lastActiveOf(pid_t pid) const;
+};
+
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace x11 {
+
+/// Finds the picture file of a named icon in the user's icon theme, the themes that it inherits, and the shared folders
+/// of pictures. A scalable picture is preferred, else the smallest of at least 64 pixels, else the largest.
+class IconTheme {
+public:
+    /// `name` is an icon's name or a full path. Absent when there is no such picture.
+    std::optional<std::string> find(const std::string& name);
+
+private:
+    struct Theme {
+        std::vector<std::string> folders;
+        std::vector<std::string> parents;
+    };
+
+    const std::vector<std::string>& chain();
+    const Theme& theme(const std::string& name);
+
+    std::vector<std::string> chain_;
+    std::unordered_map<std::string, Theme> themes_;
+};
+
+}

@@ -1,0 +1,100 @@
+#include "x11/InstalledApplications.h"
+
+#include "x11/Launching.h"
+#include "x11/UserFolders.h"
+
+#include <glib.h>
+
+#include <filesystem>
+
+namespace x11 {
+namespace {
+
+/// The list of all applications, which on this desktop a program of its own shows.
+constexpr const char* allApplicationsPath = "/System/Applications/Apps.app";
+
+std::string fileURL(const std::string& path)
+{
+    const std::unique_ptr<char, decltype(&g_free)> url(g_filename_to_uri(path.c_str(), nullptr, nullptr), g_free);
+    return url ? url.get() : "";
+}
+
+std::string pathOf(const std::string& url)
+{
+    const std::unique_ptr<char, decltype(&g_free)> path(g_filename_from_uri(url.c_str(), nullptr, nullptr), g_free);
+    std::string result = path ? path.get() : "";
+    while (result.size() > 1 && result.ends_with('/'))
+        result.pop_back();
+    return result;
+}
+
+}
+
+std::optional<std::string> InstalledApplications::identifier(const std::string& path)
+{
+    const Entry entry = entries_.withPath(path);
+    return entry ? std::optional(identifierOf(entry)) : std::nullopt;
+}
+
+std::optional<std::string> InstalledApplications::displayName(const std::string& path)
+{
+    if (path == allApplicationsPath)
+        return "Apps";
+    const Entry entry = entries_.withPath(path);
+    return entry ? std::optional(entry->entry.name) : std::nullopt;
+}
+
+std::shared_ptr<const IconSource> InstalledApplications::icon(const std::string& path)
+{
+    if (path == allApplicationsPath)
+        return icons_.allApplications();
+    if (path.ends_with(".app"))
+        return iconOf(entries_.withPath(path));
+    std::error_code error;
+    const auto icon = icons_.named(std::filesystem::is_directory(path, error) ? "folder" : "text-x-generic");
+    return icon ? icon : icons_.application();
+}
+
+bool InstalledApplications::open(const std::string& path)
+{
+    if (path == allApplicationsPath)
+        return Launching::launchApplicationFinder();
+    const Entry entry = entries_.withPath(path);
+    if (!entry)
+        return false;
+    if (entry == folderHandler())
+        return Launching::openWithHandler(fileURL(homeFolder()));
+    return Launching::launchEntry(entry->entry.file);
+}
+
+bool InstalledApplications::openURL(const std::string& url)
+{
+    if (pathOf(url) != homeFolder() + "/.Trash")
+        return Launching::openWithHandler(url);
+    if (Launching::openWithHandler("trash:///"))
+        return true;
+    // It comes into being with the first file that is thrown away.
+    std::error_code error;
+    std::filesystem::create_directories(trashFolder(), error);
+    return Launching::openWithHandler(fileURL(trashFolder()));
+}
+
+std::string InstalledApplications::identifierOf(const Entry& entry)
+{
+    return entry == folderHandler() ? finderIdentifier : entry->entry.id;
+}
+
+std::shared_ptr<const IconSource> InstalledApplications::iconOf(const Entry& entry)
+{
+    const auto icon = entry ? icons_.named(entry->entry.icon) : nullptr;
+    return icon ? icon : icons_.application();
+}
+
+InstalledApplications::Entry InstalledApplications::folderHandler()
+{
+    if (!folderHandlerId_)
+        folderHandlerId_ = Launching::handlerOf("inode/directory");
+    return folderHandlerId_->empty() ? nullptr : entries_.withId(*folderHandlerId_);
+}
+
+}

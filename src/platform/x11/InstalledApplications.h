@@ -1,0 +1,38 @@
+#pragma once
+
+#include "host/Applications.h"
+#include "x11/DesktopEntries.h"
+#include "x11/Icons.h"
+
+namespace x11 {
+
+/// Installed applications as bundles, each a desktop entry.
+class InstalledApplications final : public host::Applications {
+public:
+    using Entry = DesktopEntries::Handle;
+
+    std::optional<std::string> identifier(const std::string& path) override;
+    std::optional<std::string> displayName(const std::string& path) override;
+    std::shared_ptr<const IconSource> icon(const std::string& path) override;
+    bool open(const std::string& path) override;
+    bool openURL(const std::string& url) override;
+
+    DesktopEntries& entries() { return entries_; }
+    Icons& icons() { return icons_; }
+    /// The entry's id, or "com.apple.finder" for the application that opens folders.
+    std::string identifierOf(const Entry& entry);
+    std::shared_ptr<const IconSource> iconOf(const Entry& entry);
+    /// Null when no application opens folders.
+    Entry folderHandler();
+
+private:
+    DesktopEntries entries_;
+    Icons icons_;
+    /// The id of the folder handler's entry; empty when there is none.
+    std::optional<std::string> folderHandlerId_;
+};
+
+/// The identifier of the application that opens folders.
+inline constexpr const char* finderIdentifier = "com.apple.finder";
+
+}

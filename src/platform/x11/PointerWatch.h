@@ -1,0 +1,43 @@
+#pragma once
+
+#include "host/Pointer.h"
+#include "x11/Monitors.h"
+
+#include <optional>
+
+namespace x11 {
+
+/// The pointer, watched through XInput 2's raw events, which come whatever window it is over.
+class PointerWatch final : public host::Pointer {
+public:
+    /// `drainSoon` has events handled that waiting for a reply may have left in the queue.
+    PointerWatch(Connection& connection, const Monitors& monitors, std::function<void()> drainSoon);
+
+    CGPoint location() override;
+    bool watch(bool on) override;
+
+    void handle(const xcb_generic_event_t& event);
+    /// Tells of the movement that the events so far amount to: once, and not over our own windows, which `isOwn` knows
+    /// by the root's children.
+    void report(const std::function<bool(xcb_window_t)>& isOwn);
+
+private:
+    struct Place {
+        Point point;
+        /// The child of the root under the pointer.
+        xcb_window_t over = XCB_WINDOW_NONE;
+        bool isButtonDown = false;
+    };
+    std::optional<Place> ask();
+    bool hasXInput();
+    void select(std::uint32_t events);
+
+    Connection& connection_;
+    const Monitors& monitors_;
+    std::function<void()> drainSoon_;
+    /// Absent until it was asked for.
+    std::optional<std::uint8_t> opcode_;
+    bool hasMoved_ = false;
+};
+
+}

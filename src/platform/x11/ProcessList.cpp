@@ -1,0 +1,282 @@
+#include "x11/ProcessList.h"
+
+#include "x11/ProcessFiles.h"
+#include "x11/WindowIcon.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace x11 {
+namespace {
+
+using host::ActivationPolicy;
+using host::Process;
+using host::ProcessEvent;
+
+constexpr const char* ownIdentifier = "com.merrowen.vantry";
+
+bool same(const Process& a, const Process& b)
+{
+    return a.pid == b.pid && a.policy == b.policy && a.bundleIdentifier == b.bundleIdentifier
+        && a.bundlePath == b.bundlePath && a.localizedName == b.localizedName && a.icon == b.icon
+        && a.isHidden == b.isHidden;
+}
+
+/// The window whose class tells what its process is: its first ordinary one, else its first.
+const WindowRecord& speaker(const std::vector<const WindowRecord*>& windows)
+{
+    const auto ordinary
+        = std::ranges::find_if(windows, [](const WindowRecord* window) { return window->facts.isOrdinary(); });
+    return ordinary == windows.end() ? *windows.front() : **ordinary;
+}
+
+const std::string& firstNonEmpty(std::initializer_list<const std::string*> texts)
+{
+    static const std::string none;
+    for (const std::string* text : texts) {
+        if (!text->empty())
+            return *text;
+    }
+    return none;
+}
+
+}
+
+ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, const WindowManager& manager,
+    InstalledApplications& applications, std::optional<pid_t> otherInstance, std::function<void()> updateSoon)
+    : connection_(connection)
+    , mirror_(mirror)
+    , manager_(manager)
+    , applications_(applications)
+    , otherInstance_(otherInstance)
+    , updateSoon_(std::move(updateSoon))
+{
+}
+
+std::shared_ptr<const Process> ProcessList::find(pid_t pid)
+{
+    const auto found = std::ranges::find(running_, pid, [](const auto& process) { return process->pid; });
+    return found == running_.end() ? nullptr : *found;
+}
+
+// Requests
+
+bool ProcessList::activate(pid_t pid)
+{
+    return manager_.activate(pid);
+}
+
+bool ProcessList::hide(pid_t pid)
+{
+    if (mirror_.state().windowsOf(pid).empty())
+        return false;
+    updateSoon_();
+    Taken& taken = taken_[pid];
+    return manager_.withEach(pid, [&](const auto& ask, const DesktopState& state, const WindowRecord& window) {
+        if (state.isIconic(window))
+            return;
+        taken.try_emplace(window.id, state.desktopOf(window));
+        ask.iconify(window);
+    });
+}
+
+bool ProcessList::unhide(pid_t pid)
+{
+    const auto taken = taken_.extract(pid);
+    if (taken.empty())
+        return false;
+    updateSoon_();
+    auto windows = mirror_.state().windowsOf(pid);
+    // From back to front, so that they end in the order in which they were.
+    std::ranges::reverse(windows);
+    for (const WindowRecord* each : windows) {
+        const auto place = taken.mapped().find(each->id);
+        if (place == taken.mapped().end())
+            continue;
+        manager_.with(each->id, [&](const auto& ask, const DesktopState&, const WindowRecord& window) {
+            ask.deiconify(window);
+            // Deiconifying can bring a window to the desktop in front.
+            ask.setDesktop(window, place->second);
+        });
+    }
+    return true;
+}
+
+bool ProcessList::terminate(pid_t pid)
+{
+    return manager_.withEach(
+        pid, [](const auto& ask, const DesktopState&, const WindowRecord& window) { ask.close(window); });
+}
+
+bool ProcessList::forceTerminate(pid_t pid)
+{
+    if (!find(pid) || pid == getpid())
+        return false;
+    return pid > 0 ? kill(pid, SIGKILL) == 0 : manager_.cutOff(pid);
+}
+
+// Following the mirror
+
+ProcessList::Events ProcessList::update()
+{
+    Events events = adopt(describeAll());
+    const DesktopState& state = mirror_.state();
+    const WindowRecord* active = state.find(state.active);
+    const auto frontmost = active ? std::optional(active->pid) : std::nullopt;
+    if (frontmost != frontmost_) {
+        frontmost_ = frontmost;
+        if (const auto process = frontmost ? find(*frontmost) : nullptr)
+            events.emplace_back(ProcessEvent::activated, process);
+    }
+    return events;
+}
+
+/// The processes that own listed windows, in the order in which they first did.
+std::vector<std::pair<pid_t, ProcessList::Windows>> ProcessList::owners() const
+{
+    std::vector<std::pair<pid_t, Windows>> result;
+    for (const auto& process : running_)
+        result.emplace_back(process->pid, Windows {});
+    for (const WindowRecord* window : mirror_.state().byAppearance()) {
+        auto owner = std::ranges::find(result, window->pid, &std::pair<pid_t, Windows>::first);
+        if (owner == result.end())
+            owner = result.insert(result.end(), { window->pid, {} });
+        owner->second.push_back(window);
+    }
+    std::erase_if(result, [&](const auto& owner) {
+        return owner.second.empty() || owner.first == getpid() || owner.first == otherInstance_;
+    });
+    return result;
+}
+
+std::vector<Process> ProcessList::describeAll()
+{
+    const auto icon = applications_.icons().application();
+    std::vector<Process> processes {
+        { standInDock, ActivationPolicy::accessory, "com.apple.dock", {}, "Dock", icon, false },
+        { getpid(), ActivationPolicy::accessory, ownIdentifier, {}, "Vantry", icon, false },
+    };
+    if (otherInstance_)
+        processes.push_back({ *otherInstance_, ActivationPolicy::accessory, ownIdentifier, {}, "Vantry", icon, false });
+    for (const auto& [pid, windows] : owners())
+        processes.push_back(describe(pid, windows));
+    addFinder(processes);
+    return processes;
+}
+
+/// The Finder always runs: the application that opens folders, or what stands for it, and comes first.
+void ProcessList::addFinder(std::vector<Process>& processes)
+{
+    const auto handler = applications_.folderHandler();
+    if (!handler) {
+        finder_ = 0;
+        return;
+    }
+    const auto running = std::ranges::find_if(
+        processes, [](const Process& process) { return process.bundleIdentifier == finderIdentifier; });
+    if (running == processes.end()) {
+        processes.insert(processes.begin(),
+            { standInFinder, ActivationPolicy::regular, finderIdentifier, handler->bundlePath, handler->entry.name,
+                applications_.iconOf(handler), false });
+    } else {
+        running->policy = ActivationPolicy::regular;
+        std::rotate(processes.begin(), running, std::next(running));
+    }
+    finder_ = processes.front().pid;
+}
+
+Process ProcessList::describe(pid_t pid, const Windows& windows)
+{
+    const Identity& identity = identityOf(pid, windows);
+    const bool isRegular
+        = std::ranges::any_of(windows, [](const WindowRecord* window) { return window->facts.isOrdinary(); });
+    return { pid, isRegular ? ActivationPolicy::regular : ActivationPolicy::accessory, identity.identifier,
+        identity.bundlePath, identity.name, identity.icon, isHidden(pid, windows) };
+}
+
+/// Hidden are those that were hidden here, and of which nothing has been brought back since.
+bool ProcessList::isHidden(pid_t pid, const Windows& windows)
+{
+    const auto taken = taken_.find(pid);
+    if (taken == taken_.end())
+        return false;
+    const DesktopState& state = mirror_.state();
+    const bool isAway = std::ranges::all_of(windows,
+        [&](const WindowRecord* window) { return window->facts.isPartOfDesktop() || state.isIconic(*window); });
+    const auto before = find(pid);
+    if (!isAway && before && before->isHidden)
+        taken_.erase(taken);
+    return isAway;
+}
+
+ProcessList::Events ProcessList::adopt(std::vector<Process> processes)
+{
+    Events events;
+    std::vector<std::shared_ptr<const Process>> running;
+    for (Process& process : processes) {
+        const auto before = find(process.pid);
+        const auto now
+            = before && same(*before, process) ? before : std::make_shared<const Process>(std::move(process));
+        running.push_back(now);
+        if (!before)
+            events.emplace_back(ProcessEvent::launched, now);
+        else if (before->isHidden != now->isHidden)
+            events.emplace_back(now->isHidden ? ProcessEvent::hidden : ProcessEvent::unhidden, now);
+    }
+    std::swap(running, running_);
+    for (const auto& before : running) {
+        if (find(before->pid))
+            continue;
+        identities_.erase(before->pid);
+        taken_.erase(before->pid);
+        events.emplace_back(ProcessEvent::terminated, before);
+    }
+    return events;
+}
+
+// Who a process is
+
+const ProcessList::Identity& ProcessList::identityOf(pid_t pid, const Windows& windows)
+{
+    const WindowRecord& window = speaker(windows);
+    const auto known = identities_.find(pid);
+    const bool isCurrent = known != identities_.end() && known->second.className == window.facts.className
+        && known->second.instanceName == window.facts.instanceName;
+    return isCurrent ? known->second : identities_.insert_or_assign(pid, identify(window)).first->second;
+}
+
+ProcessList::Identity ProcessList::identify(const WindowRecord& window)
+{
+    const WindowFacts& facts = window.facts;
+    Identity identity { facts.className, facts.instanceName, {}, {}, {}, {} };
+    if (const auto entry = applications_.entries().ofWindow(facts.className, facts.instanceName, window.pid)) {
+        identity.identifier = applications_.identifierOf(entry);
+        identity.bundlePath = entry->bundlePath;
+        identity.name = entry->entry.name;
+        identity.icon = applications_.icons().named(entry->entry.icon);
+    } else {
+        const std::string program = programOf(window.pid);
+        if (!facts.className.empty())
+            identity.identifier = facts.className;
+        identity.name = firstNonEmpty({ &facts.className, &program, &window.title() });
+    }
+    if (!identity.icon)
+        identity.icon = drawnIcon(window);
+    if (!identity.icon)
+        identity.icon = applications_.icons().application();
+    return identity;
+}
+
+std::shared_ptr<const IconSource> ProcessList::drawnIcon(const WindowRecord& window)
+{
+    const Property property
+        = awaitProperty(connection_, requestProperty(connection_, window.id, connection_.atoms().netWmIcon, iconLongs));
+    auto pictures = iconPixels(property.numbers(XCB_ATOM_CARDINAL));
+    if (pictures.empty())
+        return nullptr;
+    return std::make_shared<IconSource>(IconSource { std::move(pictures) });
+}
+
+}

@@ -1,0 +1,142 @@
+#include "x11/RootChildren.h"
+
+#include <algorithm>
+
+namespace x11 {
+namespace {
+
+template <class Specific>
+const Specific& as(const xcb_generic_event_t& event)
+{
+    return reinterpret_cast<const Specific&>(event);
+}
+
+Rect outerRect(int x, int y, int width, int height, int border)
+{
+    return { x, y, width + 2 * border, height + 2 * border };
+}
+
+}
+
+const RootChild* RootChildren::find(xcb_window_t window) const
+{
+    const auto found = std::ranges::find(children_, window, &RootChild::id);
+    return found == children_.end() ? nullptr : &*found;
+}
+
+std::vector<RootChild>::iterator RootChildren::at(xcb_window_t window)
+{
+    return std::ranges::find(children_, window, &RootChild::id);
+}
+
+void RootChildren::add(const RootChild& child)
+{
+    remove(child.id);
+    children_.push_back(child);
+}
+
+void RootChildren::remove(xcb_window_t window)
+{
+    std::erase_if(children_, [&](const RootChild& child) { return child.id == window; });
+}
+
+void RootChildren::place(xcb_window_t window, const Rect& inner, int border)
+{
+    const auto child = at(window);
+    if (child == children_.end())
+        return;
+    child->outer = outerRect(inner.x, inner.y, inner.width, inner.height, border);
+    child->border = border;
+}
+
+void RootChildren::restack(xcb_window_t window, xcb_window_t above)
+{
+    const auto moved = at(window);
+    const bool isThere = moved != children_.begin() && std::prev(moved)->id == above;
+    if (isThere || window == above)
+        return;
+    const RootChild child = *moved;
+    children_.erase(moved);
+    const auto below = at(above);
+    children_.insert(below == children_.end() ? children_.begin() : std::next(below), child);
+}
+
+bool RootChildren::configure(const xcb_configure_notify_event_t& event)
+{
+    const auto child = at(event.window);
+    if (child == children_.end())
+        return false;
+    place(event.window, { event.x, event.y, event.width, event.height }, event.border_width);
+    child->isOverrideRedirect = event.override_redirect != 0;
+    restack(event.window, event.above_sibling);
+    return true;
+}
+
+bool RootChildren::setMapped(xcb_window_t window, bool isMapped)
+{
+    const auto child = at(window);
+    if (child == children_.end() || child->isMapped == isMapped)
+        return false;
+    child->isMapped = isMapped;
+    return true;
+}
+
+bool RootChildren::handle(const xcb_generic_event_t& event, xcb_window_t root)
+{
+    switch (event.response_type & ~0x80) {
+    case XCB_CREATE_NOTIFY: {
+        const auto& create = as<xcb_create_notify_event_t>(event);
+        if (create.parent != root)
+            return false;
+        add({ create.window, outerRect(create.x, create.y, create.width, create.height, create.border_width),
+            create.border_width, false, create.override_redirect != 0 });
+        return true;
+    }
+    case XCB_DESTROY_NOTIFY:
+        if (as<xcb_destroy_notify_event_t>(event).event != root)
+            return false;
+        remove(as<xcb_destroy_notify_event_t>(event).window);
+        return true;
+    case XCB_MAP_NOTIFY:
+        return as<xcb_map_notify_event_t>(event).event == root
+            && setMapped(as<xcb_map_notify_event_t>(event).window, true);
+    case XCB_UNMAP_NOTIFY:
+        return as<xcb_unmap_notify_event_t>(event).event == root
+            && setMapped(as<xcb_unmap_notify_event_t>(event).window, false);
+    case XCB_CONFIGURE_NOTIFY:
+        return as<xcb_configure_notify_event_t>(event).event == root
+            && configure(as<xcb_configure_notify_event_t>(event));
+    case XCB_GRAVITY_NOTIFY: {
+        const auto& gravity = as<xcb_gravity_notify_event_t>(event);
+        const auto child = at(gravity.window);
+        if (gravity.event != root || child == children_.end())
+            return false;
+        child->outer.x = gravity.x;
+        child->outer.y = gravity.y;
+        return true;
+    }
+    case XCB_CIRCULATE_NOTIFY: {
+        const auto& circulate = as<xcb_circulate_notify_event_t>(event);
+        if (circulate.event != root || !find(circulate.window))
+            return false;
+        restack(circulate.window,
+            circulate.place == XCB_PLACE_ON_TOP ? children_.back().id : xcb_window_t(XCB_WINDOW_NONE));
+        return true;
+    }
+    case XCB_REPARENT_NOTIFY: {
+        const auto& reparent = as<xcb_reparent_notify_event_t>(event);
+        if (reparent.event != root)
+            return false;
+        if (reparent.parent != root)
+            remove(reparent.window);
+        else
+            // Its size isn't told here; the mirror asks for it.
+            add({ reparent.window, { reparent.x, reparent.y, 0, 0 }, 0, false, reparent.override_redirect != 0 });
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+}

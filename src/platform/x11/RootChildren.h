@@ -1,0 +1,45 @@
+#pragma once
+
+#include "x11/Geometry.h"
+
+#include <xcb/xcb.h>
+
+#include <vector>
+
+namespace x11 {
+
+/// A child of the root window: a window manager's frame, or a window that has none.
+struct RootChild {
+    xcb_window_t id = XCB_WINDOW_NONE;
+    /// Border included.
+    Rect outer;
+    int border = 0;
+    bool isMapped = false;
+    /// Whether the window manager leaves it alone: menus, tooltips.
+    bool isOverrideRedirect = false;
+};
+
+/// The children of the root window from bottom to top, kept current by the root's events.
+class RootChildren {
+public:
+    const std::vector<RootChild>& bottomToTop() const { return children_; }
+    const RootChild* find(xcb_window_t window) const;
+
+    /// Puts a window on top.
+    void add(const RootChild& child);
+    void remove(xcb_window_t window);
+    /// `inner` leaves out the border.
+    void place(xcb_window_t window, const Rect& inner, int border);
+    /// Takes an event of the root's substructure; false when it is none or changes nothing.
+    bool handle(const xcb_generic_event_t& event, xcb_window_t root);
+
+private:
+    std::vector<RootChild>::iterator at(xcb_window_t window);
+    void restack(xcb_window_t window, xcb_window_t above);
+    bool configure(const xcb_configure_notify_event_t& event);
+    bool setMapped(xcb_window_t window, bool isMapped);
+
+    std::vector<RootChild> children_;
+};
+
+}

@@ -1,0 +1,58 @@
+#include "x11/UserSession.h"
+
+#include "base/PropertyList.h"
+#include "x11/UserFolders.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace x11 {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The Dock's list as it is on this desktop, where no Dock runs: just the list of all applications.
+Value firstDock()
+{
+    const Value::Dictionary file { { "_CFURLString", "file:///System/Applications/Apps.app/" },
+        { "_CFURLStringType", 15 } };
+    const Value::Dictionary tile { { "file-label", "Apps" }, { "file-data", file } };
+    return Value::Dictionary { { "persistent-apps", Value::Array { Value::Dictionary { { "tile-data", tile } } } } };
+}
+
+void seedDock(const fs::path& folder)
+{
+    const fs::path file = folder / "com.apple.dock.plist";
+    std::error_code error;
+    if (!fs::exists(file, error))
+        std::ofstream(file, std::ios::binary) << PropertyList::xml(firstDock());
+}
+
+}
+
+std::string UserSession::preferencesFolder()
+{
+    if (!preferencesFolder_.empty())
+        return preferencesFolder_;
+    const std::string folder = configFolder() + "/vantry/Preferences";
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!error)
+        seedDock(folder);
+    return preferencesFolder_ = folder;
+}
+
+std::string UserSession::homeFolder()
+{
+    return x11::homeFolder();
+}
+
+std::string UserSession::locate(const std::string& path)
+{
+    const std::string trash = x11::homeFolder() + "/.Trash";
+    if (path == trash || path.starts_with(trash + '/'))
+        return trashFolder() + path.substr(trash.size());
+    return path;
+}
+
+}

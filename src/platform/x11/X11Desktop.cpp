@@ -1,0 +1,217 @@
+#include "x11/X11Desktop.h"
+
+#include "base/RunLoop.h"
+#include "x11/Badges.h"
+#include "x11/BarSurface.h"
+#include "x11/Instance.h"
+#include "x11/PointerWatch.h"
+#include "x11/ScreenRight.h"
+#include "x11/UserSession.h"
+#include "x11/WindowElements.h"
+#include "x11/WindowList.h"
+
+#include <QSocketNotifier>
+
+#include <mutex>
+
+namespace x11 {
+namespace {
+
+/// So often a batch is read on before what it amounts to is told, even while more keeps coming.
+constexpr int mostPasses = 16;
+/// How long titles that changed wait for more, in seconds.
+constexpr double titleDelay = 0.1;
+/// How long no event is read after a batch of titles and nothing else, in seconds: half a frame.
+constexpr double titleRest = 0.008;
+/// The session bus is left alone while the program starts, in seconds.
+constexpr double badgeDelay = 0.5;
+
+/// A block on the main run loop that is there at most once, and goes with its owner. Any thread schedules it.
+class Pending {
+public:
+    ~Pending() { RunLoop::main().cancel(handle_); }
+
+    void schedule(double seconds, RunLoop::Block block)
+    {
+        const std::lock_guard lock(mutex_);
+        if (handle_ != 0)
+            return;
+        handle_ = RunLoop::main().schedule(seconds, [this, block = std::move(block)] {
+            forget();
+            block();
+        });
+    }
+
+private:
+    void forget()
+    {
+        const std::lock_guard lock(mutex_);
+        handle_ = 0;
+    }
+
+    std::mutex mutex_;
+    RunLoop::Handle handle_ = 0;
+};
+
+class X11Desktop final : public host::Desktop {
+public:
+    explicit X11Desktop(std::unique_ptr<Connection> connection)
+        : connection_(std::move(connection))
+    {
+        mirror_.start();
+        monitors_.start();
+        readUntilSettled();
+        monitors_.update();
+        processes_.update();
+        mirror_.takeChanges();
+        connection_->onFlushed = [this] { drainSoon(); };
+        // The toolkit's event loop may not be there yet.
+        start_.schedule(0, [this] { listen(); });
+        badgeStart_.schedule(badgeDelay, [this] { badges_.connect(); });
+    }
+
+    host::Displays& displays() override { return monitors_; }
+    host::Processes& processes() override { return processes_; }
+    host::Applications& applications() override { return applications_; }
+    host::Windows& windows() override { return windows_; }
+    host::Accessibility& accessibility() override { return elements_; }
+    host::Pointer& pointer() override { return pointer_; }
+    host::Surfaces& surfaces() override { return surfaces_; }
+    host::Capture& capture() override { return capture_; }
+    host::Session& session() override { return session_; }
+
+private:
+    void listen()
+    {
+        notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(*connection_), QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { drain(); });
+        drain();
+    }
+
+    void drainSoon()
+    {
+        soon_.schedule(0, [this] { drain(); });
+    }
+
+    void updateProcessesSoon()
+    {
+        areProcessesStale_ = true;
+        drainSoon();
+    }
+
+    /// Takes what the server has sent, follows it up, and tells the layer what it amounts to.
+    void drain()
+    {
+        const RunLoop::Turn turn;
+        readUntilSettled();
+        if (connection_->isLost())
+            return lose();
+        const bool hasTold = tell();
+        pointer_.report([this](xcb_window_t child) { return surfaces_.owns(child); });
+        if (mirror_.hasStaleTitles()) {
+            titles_.schedule(titleDelay, [this] {
+                mirror_.refreshTitles();
+                drain();
+            });
+            if (!hasTold)
+                rest();
+        }
+    }
+
+    /// A window that changes its title without end wakes the program no more than so often.
+    void rest()
+    {
+        if (!notifier_)
+            return;
+        notifier_->setEnabled(false);
+        rest_.schedule(titleRest, [this] {
+            if (notifier_)
+                notifier_->setEnabled(true);
+        });
+    }
+
+    void readUntilSettled()
+    {
+        for (int pass = 0; pass < mostPasses; ++pass) {
+            while (const Event event = connection_->nextEvent()) {
+                mirror_.handle(*event);
+                monitors_.handle(*event);
+                pointer_.handle(*event);
+            }
+            const bool hasAskedOfWindows = mirror_.refresh();
+            const bool hasAskedOfMonitors = monitors_.refresh();
+            isDisplayStale_ |= hasAskedOfMonitors;
+            if (!hasAskedOfWindows && !hasAskedOfMonitors)
+                return;
+        }
+        drainSoon();
+    }
+
+    /// Whether there was anything to tell.
+    bool tell()
+    {
+        const auto changes = mirror_.takeChanges();
+        const bool hasNewDisplays = (std::exchange(isDisplayStale_, false) || changes.struts) && monitors_.update();
+        if (hasNewDisplays && monitors_.onChange)
+            monitors_.onChange();
+
+        const bool hasNewProcesses = std::exchange(areProcessesStale_, false) || changes.listing || changes.active;
+        if (hasNewProcesses) {
+            for (const auto& [event, process] : processes_.update()) {
+                if (processes_.onEvent)
+                    processes_.onEvent(event, process);
+            }
+            // An icon may have been asked for, and events may have come with it.
+            drainSoon();
+        }
+        const bool hasNewWindows = changes.listing || changes.desktops;
+        if (hasNewWindows && windows_.onChange)
+            windows_.onChange();
+        return hasNewDisplays || hasNewProcesses || hasNewWindows;
+    }
+
+    void lose()
+    {
+        if (!notifier_)
+            return;
+        notifier_.reset();
+        if (onLost)
+            onLost("the X server closed the connection");
+    }
+
+    std::unique_ptr<Connection> connection_;
+    WindowMirror mirror_ { *connection_ };
+    WindowManager manager_ { *connection_, mirror_ };
+    InstalledApplications applications_;
+    Monitors monitors_ { *connection_, mirror_ };
+    Instance instance_ { *connection_ };
+    ProcessList processes_ { *connection_, mirror_, manager_, applications_, instance_.other(),
+        [this] { updateProcessesSoon(); } };
+    WindowList windows_ { mirror_, monitors_, processes_ };
+    Badges badges_ { applications_.entries() };
+    WindowElements elements_ { mirror_, manager_, processes_, badges_ };
+    PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
+    BarSurface surfaces_ { *connection_, mirror_, monitors_ };
+    ScreenRight capture_;
+    UserSession session_;
+
+    bool isDisplayStale_ = false;
+    /// Whether a process was asked for something since they were last looked at.
+    bool areProcessesStale_ = false;
+    std::unique_ptr<QSocketNotifier> notifier_;
+    Pending start_;
+    Pending badgeStart_;
+    Pending soon_;
+    Pending titles_;
+    Pending rest_;
+};
+
+}
+
+std::unique_ptr<host::Desktop> openX11Desktop(std::string& reason)
+{
+    auto connection = Connection::open(reason);
+    return connection ? std::make_unique<X11Desktop>(std::move(connection)) : nullptr;
+}
+
+}

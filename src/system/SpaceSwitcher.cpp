@@ -1,0 +1,10 @@
+#include "system/SpaceSwitcher.h"
+
+#include "accessibility/AXUIElement.h"
+#include "app/Log.h"
+
+void SpaceSwitcher::ensureAccessibility()
+{
+    const bool trusted = AXIsProcessTrustedWithOptions(true);
+    Log::debug("accessibility trusted=", trusted);
+}

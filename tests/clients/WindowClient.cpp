@@ -1,0 +1,286 @@
+// A program with windows, for tests: what it does is told to it on its input, a line each, and it answers each with a
+// line when the server has carried it out.
+//
+//   create X Y WIDTH HEIGHT             makes a window and answers its number
+//   map WINDOW                          shows it
+//   destroy WINDOW
+//   iconify WINDOW
+//   fullscreen WINDOW
+//   text WINDOW PROPERTY TYPE VALUE     a property of bytes; the value is the rest of the line
+//   fill WINDOW PROPERTY TYPE COUNT     the same, with so many letters
+//   numbers WINDOW PROPERTY TYPE N...   a property of 32-bit numbers
+//   atoms WINDOW PROPERTY NAME...
+//   flood WINDOW COUNT                  changes the title so often
+//
+// A window asked to close does so, and the program ends with its last one, or with its input.
+
+#include <xcb/xcb.h>
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+class Client {
+public:
+    explicit Client(std::string name)
+        : name_(std::move(name))
+        , connection_(xcb_connect(nullptr, nullptr))
+    {
+        if (xcb_connection_has_error(connection_))
+            std::exit(1);
+        screen_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+        // The server gives the numbers of a client that has gone to the next one. Window managers that are still busy
+        // with the windows of the one would take those of the other for them.
+        for (int skipped = getpid() % 10007; skipped > 0; --skipped)
+            xcb_generate_id(connection_);
+    }
+
+    [[noreturn]] void run()
+    {
+        pollfd sources[] = { { STDIN_FILENO, POLLIN, 0 }, { xcb_get_file_descriptor(connection_), POLLIN, 0 } };
+        for (;;) {
+            takeEvents();
+            poll(sources, 2, -1);
+            if (sources[1].revents & (POLLHUP | POLLERR))
+                std::exit(1);
+            if (sources[0].revents != 0)
+                takeInput();
+        }
+    }
+
+private:
+    void takeInput()
+    {
+        char bytes[4096];
+        const ssize_t count = read(STDIN_FILENO, bytes, sizeof bytes);
+        if (count <= 0)
+            std::exit(0);
+        input_.append(bytes, static_cast<std::size_t>(count));
+        for (std::size_t end; (end = input_.find('\n')) != input_.npos;) {
+            std::istringstream line(input_.substr(0, end));
+            input_.erase(0, end + 1);
+            obey(line);
+        }
+    }
+
+    void obey(std::istringstream& line)
+    {
+        using Command = std::uint32_t (Client::*)(std::istringstream&);
+        static const std::map<std::string, Command> commands {
+            { "create", &Client::create },
+            { "map", &Client::map },
+            { "destroy", &Client::destroy },
+            { "iconify", &Client::iconify },
+            { "fullscreen", &Client::fullscreen },
+            { "text", &Client::text },
+            { "fill", &Client::fill },
+            { "numbers", &Client::numbers },
+            { "atoms", &Client::atoms },
+            { "flood", &Client::flood },
+        };
+        std::string name;
+        line >> name;
+        const auto command = commands.find(name);
+        const std::uint32_t answer = command == commands.end() ? 0 : (this->*command->second)(line);
+        // A reply means that the server has done all that came before.
+        std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+        std::cout << answer << std::endl;
+    }
+
+    xcb_atom_t atom(const std::string& name)
+    {
+        auto* reply = xcb_intern_atom_reply(connection_,
+            xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
+        const xcb_atom_t result = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+        std::free(reply);
+        return result;
+    }
+
+    std::uint32_t create(std::istringstream& line)
+    {
+        int x = 0;
+        int y = 0;
+        unsigned width = 0;
+        unsigned height = 0;
+        line >> x >> y >> width >> height;
+        const xcb_window_t window = xcb_generate_id(connection_);
+        const std::uint32_t background = screen_->white_pixel;
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, screen_->root, static_cast<std::int16_t>(x),
+            static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), 0,
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &background);
+        const std::string classes = name_ + '\0' + name_ + '\0';
+        setBytes(window, "WM_CLASS", "STRING", classes);
+        setNumbers(window, "WM_PROTOCOLS", "ATOM", { atom("WM_DELETE_WINDOW") });
+        setNumbers(window, "_NET_WM_PID", "CARDINAL", { static_cast<std::uint32_t>(getpid()) });
+        const auto place = [](int value) { return static_cast<std::uint32_t>(value); };
+        constexpr std::uint32_t userPositionAndSize = 3;
+        setNumbers(window, "WM_NORMAL_HINTS", "WM_SIZE_HINTS",
+            { userPositionAndSize, place(x), place(y), width, height, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
+        windows_.insert(window);
+        return window;
+    }
+
+    std::uint32_t map(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        xcb_map_window(connection_, window);
+        return window;
+    }
+
+    std::uint32_t destroy(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        xcb_destroy_window(connection_, window);
+        windows_.erase(window);
+        return window;
+    }
+
+    std::uint32_t iconify(std::istringstream& line)
+    {
+        constexpr std::uint32_t iconic = 3;
+        return tellManager(number(line), "WM_CHANGE_STATE", { iconic });
+    }
+
+    std::uint32_t fullscreen(std::istringstream& line)
+    {
+        constexpr std::uint32_t add = 1;
+        constexpr std::uint32_t fromApplication = 1;
+        return tellManager(
+            number(line), "_NET_WM_STATE", { add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromApplication });
+    }
+
+    std::uint32_t text(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        std::string property;
+        std::string type;
+        std::string value;
+        line >> property >> type;
+        std::getline(line >> std::ws, value);
+        setBytes(window, property, type, value);
+        return window;
+    }
+
+    std::uint32_t fill(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        std::string property;
+        std::string type;
+        std::size_t count = 0;
+        line >> property >> type >> count;
+        setBytes(window, property, type, std::string(count, 'x'));
+        return window;
+    }
+
+    std::uint32_t numbers(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        std::string property;
+        std::string type;
+        std::vector<std::uint32_t> values;
+        line >> property >> type;
+        for (std::uint32_t value = 0; line >> value;)
+            values.push_back(value);
+        setNumbers(window, property, type, values);
+        return window;
+    }
+
+    std::uint32_t atoms(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        std::string property;
+        std::vector<std::uint32_t> values;
+        line >> property;
+        for (std::string name; line >> name;)
+            values.push_back(atom(name));
+        setNumbers(window, property, "ATOM", values);
+        return window;
+    }
+
+    std::uint32_t flood(std::istringstream& line)
+    {
+        const xcb_window_t window = number(line);
+        int count = 0;
+        line >> count;
+        for (int i = 1; i <= count; ++i) {
+            setBytes(window, "_NET_WM_NAME", "UTF8_STRING", "title " + std::to_string(i));
+            xcb_flush(connection_);
+        }
+        return window;
+    }
+
+    static std::uint32_t number(std::istringstream& line)
+    {
+        std::uint32_t value = 0;
+        line >> value;
+        return value;
+    }
+
+    void setBytes(xcb_window_t window, const std::string& property, const std::string& type, const std::string& value)
+    {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(property), atom(type), 8,
+            static_cast<std::uint32_t>(value.size()), value.data());
+    }
+
+    void setNumbers(xcb_window_t window, const std::string& property, const std::string& type,
+        const std::vector<std::uint32_t>& values)
+    {
+        xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(property), atom(type), 32,
+            static_cast<std::uint32_t>(values.size()), values.data());
+    }
+
+    std::uint32_t tellManager(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& data)
+    {
+        xcb_client_message_event_t message {};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = atom(type);
+        std::copy(data.begin(), data.end(), message.data.data32);
+        xcb_send_event(connection_, 0, screen_->root,
+            XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+            reinterpret_cast<const char*>(&message));
+        return window;
+    }
+
+    /// The only messages that come to this client itself are requests to close.
+    void takeEvents()
+    {
+        while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) {
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE) {
+                const xcb_window_t window = reinterpret_cast<xcb_client_message_event_t*>(event)->window;
+                xcb_destroy_window(connection_, window);
+                windows_.erase(window);
+            }
+            std::free(event);
+            xcb_flush(connection_);
+            if (windows_.empty())
+                std::exit(0);
+        }
+    }
+
+    std::string name_;
+    xcb_connection_t* connection_;
+    xcb_screen_t* screen_ = nullptr;
+    std::set<xcb_window_t> windows_;
+    std::string input_;
+};
+
+}
+
+int main(int argc, char** argv)
+{
+    Client(argc > 1 ? argv[1] : "client").run();
+}

@@ -1,0 +1,309 @@
+#include "contract/X11Fixture.h"
+
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <thread>
+
+namespace {
+
+using host::ElementID;
+
+/// A program that is ended with the test.
+class Child {
+public:
+    explicit Child(const std::vector<std::string>& command, int passed = -1)
+    {
+        std::vector<char*> arguments;
+        for (const std::string& argument : command)
+            arguments.push_back(const_cast<char*>(argument.c_str()));
+        arguments.push_back(nullptr);
+        pid_ = fork();
+        if (pid_ != 0)
+            return;
+        if (passed >= 0)
+            dup2(passed, 3);
+        std::freopen("/dev/null", "w", stderr);
+        execvp(arguments[0], arguments.data());
+        _exit(127);
+    }
+    ~Child() { end(); }
+    Child(const Child&) = delete;
+    Child& operator=(const Child&) = delete;
+
+    void end()
+    {
+        if (pid_ <= 0)
+            return;
+        kill(pid_, SIGTERM);
+        waitpid(pid_, nullptr, 0);
+        pid_ = 0;
+    }
+
+private:
+    pid_t pid_ = 0;
+};
+
+TEST_F(X11, AWindowWhosePropertiesAreAllWrongIsListed)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody but its class says that it is an application's window";
+    const auto program = start("wrong",
+        {
+            { "numbers", "_NET_WM_NAME CARDINAL 1 2 3" },
+            { "numbers", "WM_NAME WINDOW 7" },
+            { "numbers", "WM_CLASS CARDINAL 1" },
+            { "text", "_NET_WM_PID STRING me" },
+            { "text", "_NET_WM_WINDOW_TYPE STRING window" },
+            { "text", "_NET_WM_STRUT_PARTIAL CARDINAL ab" },
+            { "numbers", "_NET_WM_STRUT CARDINAL 1" },
+            { "numbers", "_GTK_FRAME_EXTENTS CARDINAL 4000000000 1 1 1" },
+            { "text", "WM_TRANSIENT_FOR STRING nobody" },
+            { "text", "WM_HINTS STRING hints" },
+            { "numbers", "_NET_WM_ICON CARDINAL 4294967295 4294967295 1" },
+        });
+
+    EXPECT_EQ(title(program.window), "");
+    EXPECT_EQ(entry(program.window, "kCGWindowLayer")->integer(), 0);
+    EXPECT_GE(bounds(program.window).width, 500);
+    const auto process = processes().find(entry(program.window, "kCGWindowOwnerPID")->integer<pid_t>().value_or(0));
+    ASSERT_TRUE(process);
+    EXPECT_TRUE(process->localizedName);
+    EXPECT_TRUE(process->icon);
+    EXPECT_EQ(displays().all().front().visibleFrame, displays().all().front().frame);
+}
+
+TEST_F(X11, TitlesAreCutToWholeCharactersAndDecoded)
+{
+    const auto program = start("titles");
+    const struct {
+        const char* name;
+        const char* verb;
+        std::string property;
+        std::string title;
+    } rows[] = {
+        { "ten megabytes", "fill", "_NET_WM_NAME UTF8_STRING 10000000", std::string(4096, 'x') },
+        { "no UTF-8", "text", "_NET_WM_NAME UTF8_STRING a\xFF\xC3(\xE2\x82\xACz", "a\uFFFD\uFFFD(\u20ACz" },
+        { "empty, so the old name", "text", "_NET_WM_NAME UTF8_STRING ", "caf\u00E9" },
+    };
+    under_->tell(program.window, "text", "WM_NAME STRING caf\xE9");
+    for (const auto& row : rows) {
+        under_->tell(program.window, row.verb, row.property);
+        EXPECT_TRUE(settle([&] { return title(program.window) == row.title; }))
+            << row.name << ": " << title(program.window).substr(0, 40);
+    }
+}
+
+TEST_F(X11, AbsurdPlacesAndSizesAreListed)
+{
+    for (const CGRect& frame : { CGRect { 0, 0, 1, 1 }, CGRect { -30000, -30000, 30000, 1 },
+             CGRect { 32000, 32000, 20000, 2 }, CGRect { 100, 100, 2, 20000 } }) {
+        const auto program = start("absurd", {}, frame);
+        EXPECT_EQ(write(element(program.pid, program.window), "AXPosition", CGPoint { 1e12, -1e12 }), kAXErrorSuccess);
+        EXPECT_EQ(write(element(program.pid, program.window), "AXSize", CGSize { -5, 0 }), kAXErrorSuccess);
+        EXPECT_TRUE(displays().main());
+        EXPECT_TRUE(isListed(program.window));
+        stop(program);
+    }
+}
+
+TEST_F(X11, AWindowThatDiesBeforeItIsUsedIsPassedOver)
+{
+    const auto keeper = start("keeper");
+    const auto program = start("dying");
+    const auto window = element(program.pid, program.window);
+    under_->closeWindow(program.window);
+
+    // The desktop hasn't heard of it yet; the server has.
+    write(window, "AXPosition", CGPoint { 10, 10 });
+    write(window, "AXMain", true);
+    write(window, "AXMinimized", true);
+    accessibility().perform(window, "AXRaise", 0.5);
+    processes().hide(program.pid);
+    processes().activate(program.pid);
+
+    EXPECT_TRUE(settle([&] { return !isListed(program.window); }));
+    EXPECT_EQ(write(window, "AXMain", true), kAXErrorInvalidUIElement);
+    EXPECT_EQ(accessibility().perform(window, "AXRaise", 0.5), kAXErrorInvalidUIElement);
+    EXPECT_TRUE(isListed(keeper.window));
+}
+
+TEST_F(X11, WindowsThatComeAndGoAtOnceLeaveNothingBehind)
+{
+    const auto keeper = start("keeper");
+    auto& program = under_->program(keeper.pid);
+    for (int i = 0; i < 50; ++i) {
+        const std::string window = std::to_string(program.tell("create 10 10 300 200"));
+        program.tell("map " + window);
+        program.tell("destroy " + window);
+    }
+    EXPECT_TRUE(settle([&] { return windows().list(false)->array()->size() == 1; }));
+    EXPECT_EQ(read<std::vector<ElementID>>(application(keeper.pid), "AXWindows")->size(), 1u);
+}
+
+TEST_F(X11, AnotherThreadMayAskWhileWindowsComeAndGo)
+{
+    const auto keeper = start("keeper");
+    std::atomic<bool> isOver = false;
+    std::thread asker([&] {
+        // The window manager is to be left time for its own work.
+        int requests = 200;
+        while (!isOver) {
+            host::AttributeValue value;
+            accessibility().read(application(keeper.pid), "AXWindows", 0.3, value);
+            const auto* elements = std::get_if<std::vector<ElementID>>(&value);
+            for (const ElementID& window : elements ? *elements : std::vector<ElementID> {}) {
+                host::AttributeValue part;
+                accessibility().read(window, "AXTitle", 0.3, part);
+                accessibility().read(window, "AXSize", 0.3, part);
+                if (requests-- > 0)
+                    accessibility().write(window, "AXPosition", 0.3, CGPoint { 50, 60 });
+            }
+        }
+    });
+    for (int i = 0; i < 20; ++i) {
+        const auto window = under_->openWindow(keeper.pid, "passing " + std::to_string(i), { 100, 100, 300, 200 });
+        EXPECT_TRUE(settle([&] { return isListed(window); }));
+        under_->closeWindow(window);
+        EXPECT_TRUE(settle([&] { return !isListed(window); }));
+    }
+    isOver = true;
+    asker.join();
+    EXPECT_TRUE(isListed(keeper.window));
+}
+
+TEST_F(X11, AKilledProgramGoesWithItsWindows)
+{
+    const auto program = start("victim");
+    EXPECT_TRUE(processes().forceTerminate(program.pid));
+    EXPECT_TRUE(settle([&] { return !processes().find(program.pid) && !isListed(program.window); }));
+    EXPECT_FALSE(processes().forceTerminate(program.pid));
+    EXPECT_FALSE(processes().forceTerminate(getpid()));
+}
+
+TEST_F(X11, StandInsAreNeverSignalled)
+{
+    // Their numbers are negative: a signal to one would go to a group of processes.
+    for (const auto& process : processes().running()) {
+        if (process->pid > 0)
+            continue;
+        EXPECT_FALSE(processes().terminate(process->pid));
+        EXPECT_FALSE(processes().hide(process->pid));
+        EXPECT_FALSE(processes().forceTerminate(process->pid));
+    }
+}
+
+/// With a server that can't tell whose a window is, what the window says counts, if it was said on this machine.
+TEST_F(X11, WithoutTheServersWordAWindowNamesItsProcess)
+{
+    auto* extension = xcb_query_extension_reply(
+        under_->connection(), xcb_query_extension(under_->connection(), 10, "X-Resource"), nullptr);
+    const bool canTell = extension->present != 0;
+    std::free(extension);
+    if (canTell)
+        GTEST_SKIP() << "the server tells";
+    char host[256] = {};
+    gethostname(host, sizeof host - 1);
+
+    const auto here = start("here", { { "text", std::string("WM_CLIENT_MACHINE STRING ") + host } });
+    EXPECT_EQ(entry(here.window, "kCGWindowOwnerPID")->integer<pid_t>(), here.pid);
+
+    const auto there = start("there", { { "text", "WM_CLIENT_MACHINE STRING elsewhere.invalid" } });
+    const auto pid = entry(there.window, "kCGWindowOwnerPID")->integer<pid_t>().value();
+    EXPECT_LT(pid, 0);
+    EXPECT_EQ(processes().find(pid)->localizedName, "there");
+    const auto second = under_->openWindow(there.pid, "second", { 50, 50, 300, 200 });
+    under_->tell(second, "text", "WM_CLIENT_MACHINE STRING elsewhere.invalid");
+    EXPECT_TRUE(
+        settle([&] { return isListed(second) && entry(second, "kCGWindowOwnerPID")->integer<pid_t>() == pid; }));
+
+    EXPECT_TRUE(processes().forceTerminate(pid));
+    EXPECT_TRUE(settle([&] { return !processes().find(pid); }));
+    EXPECT_TRUE(isListed(here.window));
+}
+
+// Without a window manager, and when one comes and goes
+
+TEST_F(X11, WithoutAWindowManagerTheServerIsAsked)
+{
+    if (hasWindowManager())
+        GTEST_SKIP() << "there is one";
+    const auto back = start("back");
+    const auto front = start("front");
+    const auto window = element(back.pid, back.window);
+    EXPECT_EQ(windows().activeSpace(), 1u);
+    EXPECT_EQ(windows().spaces(back.window)->array()->size(), 1u);
+    EXPECT_EQ(bounds(back.window), (CGRect { 200, 150, 500, 400 }));
+
+    EXPECT_TRUE(processes().activate(back.pid));
+    EXPECT_TRUE(settle([&] { return processes().frontmost() == back.pid; }));
+    EXPECT_EQ(windows().list(true)->array()->front().find("kCGWindowNumber")->integer(), back.window);
+
+    write(window, "AXPosition", CGPoint { 20, 30 });
+    write(window, "AXSize", CGSize { 640, 480 });
+    EXPECT_TRUE(settle([&] { return bounds(back.window) == CGRect { 20, 30, 640, 480 }; }));
+
+    processes().hide(back.pid);
+    EXPECT_TRUE(settle([&] { return processes().find(back.pid)->isHidden; }));
+    EXPECT_EQ(windows().list(true)->array()->size(), 1u);
+    processes().unhide(back.pid);
+    EXPECT_TRUE(settle([&] { return windows().list(true)->array()->size() == 2; }));
+
+    EXPECT_TRUE(processes().terminate(back.pid));
+    EXPECT_TRUE(settle([&] { return !processes().find(back.pid); }));
+    EXPECT_TRUE(isListed(front.window));
+}
+
+TEST_F(X11, AWindowManagerThatComesAndGoesIsFollowed)
+{
+    if (hasWindowManager())
+        GTEST_SKIP() << "there is one from the start";
+    const auto program = start("patient");
+    const auto spaceCount = [&] { return windows().displaySpaces()->array()->front().find("Spaces")->array()->size(); };
+    ASSERT_EQ(spaceCount(), 1u);
+    const CGRect bare = bounds(program.window);
+
+    // It looks for its theme among the installed ones.
+    Child manager({ "env", "-u", "XDG_DATA_DIRS", "openbox" });
+    EXPECT_TRUE(settle([&] { return spaceCount() > 1 && isListed(program.window); }));
+    EXPECT_TRUE(settle([&] { return bounds(program.window).height > bare.height; })) << "decorated now";
+
+    manager.end();
+    EXPECT_TRUE(settle([&] { return spaceCount() == 1 && isListed(program.window); }));
+    EXPECT_TRUE(settle([&] { return bounds(program.window).size() == bare.size(); }));
+}
+
+TEST_F(X11, AServerThatGoesIsTold)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    Child server({ "Xvfb", "-displayfd", "3", "-nolisten", "tcp" }, ends[1]);
+    close(ends[1]);
+    char number[16] = {};
+    ASSERT_GT(::read(ends[0], number, sizeof number - 1), 0);
+    close(ends[0]);
+
+    const std::string display = std::getenv("DISPLAY");
+    setenv("DISPLAY", (":" + std::to_string(std::atoi(number))).c_str(), 1);
+    {
+        X11DesktopUnderTest other;
+        setenv("DISPLAY", display.c_str(), 1);
+        std::string reason;
+        int told = 0;
+        other.desktop().onLost = [&](const std::string& text) {
+            reason = text;
+            ++told;
+        };
+        other.settle([&] { return other.desktop().displays().main().has_value(); });
+        server.end();
+        EXPECT_TRUE(other.settle([&] { return told > 0; }));
+        EXPECT_EQ(reason, "the X server closed the connection");
+        EXPECT_EQ(told, 1);
+    }
+}
+
+}

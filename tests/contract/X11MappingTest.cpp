@@ -1,0 +1,461 @@
+// Ahead of the toolkit, whose keywords it uses as names.
+#include <gio/gio.h>
+
+#include "contract/X11Fixture.h"
+
+#include "base/IconSource.h"
+
+#include <QWidget>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace {
+
+using host::ElementID;
+
+std::string contentsOf(const std::string& path)
+{
+    std::ifstream file(path);
+    return { std::istreambuf_iterator<char>(file), {} };
+}
+
+std::string description(const CGRect& rect)
+{
+    return description(CGRectCreateDictionaryRepresentation(rect));
+}
+
+// Windows
+
+TEST_F(X11, LayersFollowTypeAndState)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "states are the window manager's";
+    constexpr int desktopLayers = -1'000'000;
+    const struct {
+        const char* name;
+        const char* type;
+        const char* state;
+        int layer;
+    } rows[] = {
+        { "ordinary", "_NET_WM_WINDOW_TYPE_NORMAL", "", 0 },
+        { "ordinary above", "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_STATE_ABOVE", 3 },
+        { "dialog", "_NET_WM_WINDOW_TYPE_DIALOG", "", 0 },
+        { "dialog above", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_STATE_ABOVE", 8 },
+        { "utility", "_NET_WM_WINDOW_TYPE_UTILITY", "", 3 },
+        { "notification", "_NET_WM_WINDOW_TYPE_NOTIFICATION", "", 8 },
+        { "dock", "_NET_WM_WINDOW_TYPE_DOCK", "", 20 },
+        { "unknown type first", "_TEST_TYPE _NET_WM_WINDOW_TYPE_DOCK", "", 20 },
+        { "desktop", "_NET_WM_WINDOW_TYPE_DESKTOP", "", desktopLayers },
+    };
+    for (const auto& row : rows) {
+        const auto program = start("layers",
+            { { "atoms", std::string("_NET_WM_WINDOW_TYPE ") + row.type },
+                { "atoms", std::string("_NET_WM_STATE ") + row.state } });
+        const auto layer = [&] { return entry(program.window, "kCGWindowLayer")->integer().value_or(-1); };
+        const auto isRight
+            = [&] { return row.layer == desktopLayers ? layer() < desktopLayers : layer() == row.layer; };
+        EXPECT_TRUE(settle(isRight)) << row.name << ": " << layer();
+        stop(program);
+    }
+}
+
+TEST_F(X11, BoundsAreThoseOfTheVisibleFrame)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody decorates";
+    const auto program = start("bounds");
+    const auto decoration = [&] {
+        auto* connection = under_->connection();
+        auto* reply = xcb_get_property_reply(connection,
+            xcb_get_property(
+                connection, 0, program.window, under_->atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 0, 4),
+            nullptr);
+        std::vector<int> sides;
+        if (reply && reply->value_len == 4) {
+            const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply));
+            sides.assign(values, values + 4);
+        }
+        std::free(reply);
+        return sides;
+    };
+    ASSERT_TRUE(settle([&] { return decoration().size() == 4; }));
+    const auto sides = decoration();
+
+    EXPECT_GT(sides[2], 0) << "the window manager gave it no title bar";
+    EXPECT_TRUE(settle([&] {
+        return bounds(program.window).size() == CGSize { 500.0 + sides[0] + sides[1], 400.0 + sides[2] + sides[3] };
+    }));
+    auto* connection = under_->connection();
+    auto* at = xcb_translate_coordinates_reply(
+        connection, xcb_translate_coordinates(connection, program.window, under_->root(), 0, 0), nullptr);
+    EXPECT_EQ(
+        bounds(program.window).origin(), (CGPoint { double(at->dst_x - sides[0]), double(at->dst_y - sides[2]) }));
+    std::free(at);
+}
+
+TEST_F(X11, TheShadowsThatAClientDrawsAreNoPartOfItsBounds)
+{
+    const auto program = start("shadows");
+    const CGRect plain = bounds(program.window);
+    under_->tell(program.window, "numbers", "_GTK_FRAME_EXTENTS CARDINAL 10 20 30 40");
+
+    const CGRect visible { plain.x + 10, plain.y + 30, plain.width - 30, plain.height - 70 };
+    EXPECT_TRUE(settle([&] { return bounds(program.window) == visible; }));
+
+    EXPECT_EQ(write(element(program.pid, program.window), "AXPosition", CGPoint { 300, 200 }), kAXErrorSuccess);
+    EXPECT_EQ(write(element(program.pid, program.window), "AXSize", CGSize { 350, 300 }), kAXErrorSuccess);
+    EXPECT_TRUE(settle([&] { return bounds(program.window) == CGRect { 300, 200, 350, 300 }; }));
+}
+
+TEST_F(X11, AMaximisedWindowCanBePlaced)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody maximises";
+    const auto program = start(
+        "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
+    ASSERT_TRUE(settle([&] { return bounds(program.window).width == displays().all().front().frame.width; }));
+
+    // The first request ends the maximised state, and with it goes its decoration; who wants it exact asks again.
+    const CGRect goal { 100, 120, 640, 480 };
+    EXPECT_TRUE(settle([&] {
+        write(element(program.pid, program.window), "AXSize", goal.size());
+        write(element(program.pid, program.window), "AXPosition", goal.origin());
+        return bounds(program.window) == goal;
+    })) << description(bounds(program.window));
+}
+
+TEST_F(X11, AFloodOfTitlesCostsLittleAndIsToldToNobody)
+{
+    const auto program = start("flood");
+    int changes = 0;
+    settle([&] { return title(program.window) != "?"; });
+    windows().onChange = [&] { ++changes; };
+
+    const auto before = std::clock();
+    under_->tell(program.window, "flood", "1000");
+    EXPECT_TRUE(settle([&] { return title(program.window) == "title 1000"; }));
+    const double seconds = double(std::clock() - before) / CLOCKS_PER_SEC;
+
+    EXPECT_EQ(changes, 0);
+    EXPECT_LT(seconds, 0.25);
+}
+
+TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
+{
+    const auto program = start("hider");
+    const auto second = under_->openWindow(program.pid, "second", { 700, 150, 400, 300 });
+    ASSERT_TRUE(settle([&] { return isListed(second); }));
+    processes().hide(program.pid);
+    ASSERT_TRUE(settle([&] { return processes().find(program.pid)->isHidden; }));
+
+    under_->tell(second, "map");
+
+    EXPECT_TRUE(settle([&] { return !processes().find(program.pid)->isHidden; }));
+    EXPECT_EQ(read<bool>(element(program.pid, program.window), "AXMinimized"), true);
+    EXPECT_FALSE(processes().unhide(program.pid));
+}
+
+// Who a program is
+
+TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
+{
+    writeAtHome("data/icons/hicolor/index.theme",
+        "[Icon Theme]\nDirectories=16x16/apps,128x128/apps\n"
+        "[16x16/apps]\nSize=16\nType=Fixed\nContext=Applications\n"
+        "[128x128/apps]\nSize=128\nType=Fixed\nContext=Applications\n");
+    writeAtHome("data/icons/hicolor/16x16/apps/mail-icon.png", "16");
+    writeAtHome("data/icons/hicolor/128x128/apps/mail-icon.png", "128");
+    const std::string head = "[Desktop Entry]\nType=Application\n";
+    writeAtHome("data/applications/org.test.Mail.desktop",
+        head + "Name=Test Mail\nName[de]=Testpost\nStartupWMClass=testmail-main\nIcon=mail-icon\nExec=mail\n");
+    writeAtHome("data/applications/testnotes.desktop", head + "Name=Notes/Slips\nIcon=no-such-icon\nExec=notes %F\n");
+    writeAtHome("data/applications/org.test.Painter.desktop", head + "Name=Painter\nExec=painter\n");
+    writeAtHome("data/applications/wrapped.desktop", head + "Name=By Program\nExec=env A=b /opt/x/window_client %u\n");
+    writeAtHome("data/applications/terminal.desktop", head + "Name=In Terminal\nTerminal=true\nExec=window_client\n");
+    writeAtHome("data/applications/zz-second.desktop", head + "Name=Painter\nStartupWMClass=second painter\nExec=p2\n");
+
+    const struct {
+        const char* className;
+        const char* identifier;
+        const char* name;
+        const char* path;
+        const char* icon;
+    } rows[] = {
+        { "TestMail-Main", "org.test.Mail", "Test Mail", "/Applications/Test Mail.app",
+            "data/icons/hicolor/128x128/apps/mail-icon.png" },
+        { "TestNotes", "testnotes", "Notes/Slips", "/Applications/Notes-Slips.app", nullptr },
+        { "painter", "org.test.Painter", "Painter", "/Applications/Painter.app", nullptr },
+        { "second painter", "zz-second", "Painter", "/Applications/Painter (zz-second).app", nullptr },
+        { "NoClassThatAnEntryHas", "wrapped", "By Program", "/Applications/By Program.app", nullptr },
+    };
+    for (const auto& row : rows) {
+        const auto program = start(row.className);
+        const auto process = processes().find(program.pid);
+        ASSERT_TRUE(process);
+        EXPECT_EQ(process->bundleIdentifier, row.identifier);
+        EXPECT_EQ(process->localizedName, row.name);
+        EXPECT_EQ(process->bundlePath, row.path);
+        EXPECT_EQ(applications().identifier(row.path), row.identifier);
+        EXPECT_EQ(applications().displayName(row.path), row.name);
+        ASSERT_TRUE(process->icon);
+        const auto* file = std::get_if<IconSource::File>(&process->icon->content);
+        EXPECT_EQ(file ? file->path : "", row.icon ? temporaryHome() + '/' + row.icon : "");
+        if (row.icon) {
+            EXPECT_EQ(process->icon, applications().icon(row.path)) << "one picture is one object";
+        }
+        stop(program);
+    }
+    std::filesystem::remove(temporaryHome() + "/data/applications/wrapped.desktop");
+}
+
+TEST_F(X11, WithoutAnEntryTheWindowsOwnClassAndIconStand)
+{
+    const auto program
+        = start("Lonely", { { "numbers", "_NET_WM_ICON CARDINAL 2 1 4278190335 4294901760 1 1 16777215 99 99 1" } });
+
+    const auto process = processes().find(program.pid);
+    ASSERT_TRUE(process);
+    EXPECT_EQ(process->bundleIdentifier, "Lonely");
+    EXPECT_EQ(process->localizedName, "Lonely");
+    EXPECT_FALSE(process->bundlePath);
+    const auto* pictures = std::get_if<std::vector<IconSource::Pixels>>(&process->icon->content);
+    ASSERT_TRUE(pictures);
+    ASSERT_EQ(pictures->size(), 2u) << "the cut-off third one is left out";
+    EXPECT_EQ(pictures->front().argb, (std::vector<std::uint32_t> { 0xFF0000FF, 0xFFFF0000 }));
+}
+
+TEST_F(X11, OnlyOrdinaryWindowsMakeARegularApplication)
+{
+    const struct {
+        const char* verb;
+        const char* property;
+        host::ActivationPolicy policy;
+    } rows[] = {
+        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_NORMAL", host::ActivationPolicy::regular },
+        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DIALOG", host::ActivationPolicy::regular },
+        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_UTILITY", host::ActivationPolicy::accessory },
+        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK", host::ActivationPolicy::accessory },
+        { "atoms", "_NET_WM_STATE _NET_WM_STATE_SKIP_TASKBAR", host::ActivationPolicy::accessory },
+    };
+    for (const auto& row : rows) {
+        const auto program = start("policy", { { row.verb, row.property } });
+        EXPECT_TRUE(settle([&] { return processes().find(program.pid)->policy == row.policy; })) << row.property;
+        stop(program);
+    }
+    EXPECT_EQ(processes().find(getpid())->policy, host::ActivationPolicy::accessory);
+}
+
+// The Finder, the Dock and the folders
+
+TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
+{
+    const auto finder = processes().running().front();
+    EXPECT_EQ(finder->bundleIdentifier, "com.apple.finder");
+    EXPECT_EQ(finder->policy, host::ActivationPolicy::regular);
+    EXPECT_EQ(finder->localizedName, "Test Files");
+    EXPECT_EQ(applications().identifier(*finder->bundlePath), "com.apple.finder");
+
+    const auto elements = read<std::vector<ElementID>>(application(finder->pid), "AXWindows");
+    ASSERT_TRUE(elements);
+    ASSERT_EQ(elements->size(), 1u);
+    EXPECT_EQ(elements->front().kind, ElementID::Kind::other);
+    EXPECT_FALSE(read<CGSize>(elements->front(), "AXSize"));
+
+    const auto program = start("testfiles");
+    EXPECT_TRUE(settle([&] { return processes().running().front()->pid == program.pid; }));
+    EXPECT_EQ(processes().running().front()->bundleIdentifier, "com.apple.finder");
+    EXPECT_FALSE(processes().find(finder->pid));
+
+    stop(program);
+    EXPECT_TRUE(settle([&] { return processes().running().front()->pid == finder->pid; }));
+}
+
+TEST_F(X11, FoldersAndTheTrashOpenWithTheirHandler)
+{
+    const std::string log = temporaryHome() + "/opened";
+    const struct {
+        std::function<bool()> open;
+        std::string folder;
+    } rows[] = {
+        { [&] { return applications().open(*processes().running().front()->bundlePath); }, temporaryHome() },
+        { [&] { return applications().openURL("file://" + temporaryHome() + "/.Trash/"); },
+            temporaryHome() + "/data/Trash/files" },
+    };
+    for (const auto& row : rows) {
+        std::filesystem::remove(log);
+        EXPECT_TRUE(row.open());
+        EXPECT_TRUE(settle([&] { return contentsOf(log) == row.folder + "\n"; })) << row.folder;
+    }
+    EXPECT_EQ(session().locate(temporaryHome() + "/.Trash/a"), temporaryHome() + "/data/Trash/files/a");
+    EXPECT_EQ(session().locate("/elsewhere"), "/elsewhere");
+    EXPECT_FALSE(applications().openURL("no-such-scheme:there"));
+    EXPECT_FALSE(applications().open("/Applications/No Such Thing.app"));
+}
+
+TEST_F(X11, TheDockShowsTheBadgesThatApplicationsSignal)
+{
+    GDBusConnection* bus = nullptr;
+    if (std::getenv("DBUS_SESSION_BUS_ADDRESS"))
+        bus = g_dbus_connection_new_for_address_sync(std::getenv("DBUS_SESSION_BUS_ADDRESS"),
+            GDBusConnectionFlags(
+                G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+            nullptr, nullptr, nullptr);
+    if (!bus)
+        GTEST_SKIP() << "no session bus";
+    writeAtHome("data/applications/chatter.desktop", "[Desktop Entry]\nType=Application\nName=Chatter\nExec=chatter\n");
+    const auto dock = std::ranges::find(
+        processes().running(), "com.apple.dock", [](const auto& each) { return each->bundleIdentifier.value_or(""); });
+    ASSERT_NE(dock, processes().running().end());
+    const pid_t pid = (*dock)->pid;
+    const auto children = [&](const ElementID& of) {
+        return read<std::vector<ElementID>>(of, "AXChildren").value_or(std::vector<ElementID> {});
+    };
+    const auto badge = [&](const char* name) {
+        std::string label;
+        for (const ElementID& list : children(application(pid))) {
+            for (const ElementID& tile : children(list)) {
+                if (read<std::string>(tile, "AXTitle") == name)
+                    label = read<std::string>(tile, "AXStatusLabel").value_or("");
+            }
+        }
+        return label;
+    };
+    const auto signal = [&](const char* properties) {
+        g_dbus_connection_emit_signal(bus, nullptr, "/chatter", "com.canonical.Unity.LauncherEntry", "Update",
+            g_variant_new("(s@a{sv})", "application://chatter.desktop",
+                g_variant_new_parsed(
+                    "%@a{sv}", g_variant_parse(G_VARIANT_TYPE_VARDICT, properties, nullptr, nullptr, nullptr))),
+            nullptr);
+        g_dbus_connection_flush_sync(bus, nullptr, nullptr);
+    };
+
+    // Nobody tells when the desktop has begun to listen.
+    EXPECT_TRUE(settle([&] {
+        signal("{'count': <int64 7>, 'count-visible': <true>}");
+        return badge("Chatter") == "7";
+    }));
+    signal("{'count': <int64 8>}");
+    EXPECT_TRUE(settle([&] { return badge("Chatter") == "8"; }));
+    g_dbus_connection_close_sync(bus, nullptr, nullptr);
+    EXPECT_TRUE(settle([&] { return badge("Chatter").empty(); }));
+    g_object_unref(bus);
+}
+
+TEST_F(X11, TheFirstStartLeavesADockWithTheListOfApplications)
+{
+    const std::string folder = session().preferencesFolder();
+    EXPECT_EQ(folder, temporaryHome() + "/config/vantry/Preferences");
+    const std::string dock = contentsOf(folder + "/com.apple.dock.plist");
+    EXPECT_NE(dock.find("<string>file:///System/Applications/Apps.app/</string>"), dock.npos);
+    EXPECT_EQ(applications().displayName("/System/Applications/Apps.app"), "Apps");
+    EXPECT_TRUE(std::holds_alternative<IconSource::Svg>(applications().icon("/System/Applications/Apps.app")->content));
+}
+
+// Displays and panels
+
+TEST_F(X11, OtherDocksAreOutsideTheVisibleFrameAndOurBarsAreNot)
+{
+    const CGRect frame = displays().all().front().frame;
+    int changes = 0;
+    displays().onChange = [&] { ++changes; };
+    const auto dock = start("dock",
+        { { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK" },
+            { "numbers", "_NET_WM_STRUT_PARTIAL CARDINAL 0 0 30 0 0 0 0 0 0 1919 0 0" } },
+        { 0, 0, frame.width, 30 });
+    const CGRect below { 0, 0, frame.width, frame.height - 30 };
+    EXPECT_TRUE(settle([&] { return displays().all().front().visibleFrame == below; }));
+    EXPECT_EQ(displays().all().front().frame, frame);
+    EXPECT_GT(changes, 0);
+
+    stop(dock);
+    EXPECT_TRUE(settle([&] { return displays().all().front().visibleFrame == frame; }));
+}
+
+TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody maximises";
+    const CGRect frame = displays().all().front().frame;
+    const auto program = start(
+        "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
+    const struct {
+        const char* name;
+        double y;
+        CGRect left;
+    } rows[] = {
+        { "bottom", 0, { 0, 0, frame.width, frame.height - 48 } },
+        { "top", frame.height - 48, { 0, 48, frame.width, frame.height - 48 } },
+    };
+    QWidget bar;
+    surfaces().adopt(bar, { .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
+    surfaces().orderFront(bar);
+    for (const auto& row : rows) {
+        surfaces().setFrame(bar, { 0, row.y, frame.width, 48 });
+        EXPECT_TRUE(settle([&] { return bounds(program.window) == row.left; })) << row.name;
+        EXPECT_EQ(displays().all().front().visibleFrame, frame) << row.name;
+    }
+    surfaces().release(bar);
+}
+
+TEST_F(X11, PointerMovementIsToldWhileWatchedAndNotOverOurOwnBar)
+{
+    const CGRect frame = displays().all().front().frame;
+    auto& pointer = under_->desktop().pointer();
+    int moves = 0;
+    pointer.onMove = [&](bool isButtonDown) { moves += !isButtonDown; };
+    QWidget bar;
+    surfaces().adopt(bar, { .level = 101 }, { 0, 0, frame.width, 48 });
+    surfaces().orderFront(bar);
+    const auto move = [&](int x, int y) {
+        const int before = moves;
+        const auto from = pointer.location();
+        const std::string by = std::to_string(x - int(from.x)) + ' ' + std::to_string(y - int(frame.height - from.y));
+        EXPECT_EQ(std::system(("xdotool mousemove_relative -- " + by).c_str()), 0);
+        EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y }; }));
+        // The events of a movement come no later than the answer to where the pointer is.
+        settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
+        return moves - before;
+    };
+    ASSERT_TRUE(settle([&] { return bar.isVisible(); }));
+    EXPECT_EQ(move(300, 300), 0) << "not watched yet";
+    ASSERT_TRUE(pointer.watch(true));
+    EXPECT_GT(move(310, 310), 0);
+    EXPECT_EQ(move(320, int(frame.height) - 10), 0) << "over our own bar";
+    EXPECT_GT(move(300, 300), 0);
+    ASSERT_TRUE(pointer.watch(false));
+    EXPECT_EQ(move(310, 310), 0);
+    pointer.onMove = nullptr;
+    surfaces().release(bar);
+}
+
+TEST_F(X11, AMonitorThatComesIsADisplayOfItsOwn)
+{
+    const auto before = displays().all();
+    int changes = 0;
+    displays().onChange = [&] { ++changes; };
+    ASSERT_EQ(std::system("xrandr --setmonitor '*right' 960/300x1080/300+960+0 screen"
+                          " && xrandr --setmonitor left 960/300x1000/300+0+80 none"),
+        0);
+
+    EXPECT_TRUE(settle([&] { return displays().all().size() == 2; }));
+    const auto all = displays().all();
+    EXPECT_GT(changes, 0);
+    EXPECT_EQ(all[0].frame, (CGRect { 0, 0, 960, 1080 })) << "the primary one is first and the origin";
+    EXPECT_EQ(all[1].frame, (CGRect { -960, 0, 960, 1000 }));
+    EXPECT_NE(all[0].number, all[1].number);
+    EXPECT_NE(all[0].uuid, all[1].uuid);
+
+    // Window space begins at the primary display.
+    const auto program
+        = start("monitors", { { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK" } }, { 1000, 0, 300, 40 });
+    EXPECT_TRUE(settle([&] { return bounds(program.window) == CGRect { 40, 0, 300, 40 }; }));
+    ASSERT_EQ(std::system("xrandr --delmonitor left && xrandr --delmonitor right"), 0);
+    EXPECT_TRUE(settle([&] { return displays().all() == before; }));
+}
+
+}

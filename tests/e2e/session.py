@@ -1,0 +1,360 @@
+"""A private X session for one test: a server, a window manager, a home folder, and hands and eyes to use it with.
+
+Nothing here knows the program from inside: programs are started as a user starts them, driven by XTEST, and judged by
+window properties, pixels and files."""
+
+import os
+import plistlib
+import random
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+
+from PIL import Image
+from Xlib import X, display, error
+from Xlib.ext import randr, xtest
+from Xlib.protocol import event
+
+PROGRAM = os.environ["VANTRY_PROGRAM"]
+WINDOW_MANAGER = os.environ.get("VANTRY_WM", "openbox")
+
+DOMAIN = "com.merrowen.vantry"
+
+
+def eventually(condition, what, timeout=10.0):
+    """Waits until the condition gives something true, and returns that."""
+    end = time.monotonic() + timeout
+    while True:
+        try:
+            result = condition()
+        except (error.BadWindow, error.BadDrawable, error.BadMatch):
+            result = None
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise AssertionError(f"not within {timeout} s: {what}")
+        time.sleep(0.01)
+
+
+class Bar:
+    """The bar's places at the default size, worked out from its published measures; x and y from the upper left."""
+
+    SCALE = 1.22
+
+    SETTINGS = {"launcher": "showLauncher", "search": "showSearch", "showDesktop": "showDesktopButton",
+                "finder": "showFinderButton"}
+
+    def __init__(self, window_x, window_y, settings):
+        size = lambda base: int(base * self.SCALE + 0.5)
+        self.x, self.y, self.height = window_x, window_y, size(52)
+        self.pad, self.item, self.icon = size(8), size(46), size(26)
+        widths = {"launcher": self.item, "search": size(160), "showDesktop": self.item, "finder": self.item}
+        self.places, x = {}, self.pad
+        for name, width in widths.items():
+            if not settings.get(self.SETTINGS[name], True):
+                continue
+            self.places[name] = (x, width)
+            x += width + self.pad
+        self.apps = x
+
+    def middle(self, name):
+        x, width = self.places[name]
+        return self.x + x + width // 2, self.y + self.height // 2
+
+    def button(self, index):
+        return self.x + self.apps + index * self.item + self.item // 2, self.y + self.height // 2
+
+    def trash(self, buttons):
+        return self.x + self.apps + max(1, buttons) * self.item + self.pad + self.item // 2, self.y + self.height // 2
+
+
+class Session:
+    def __init__(self, window_manager=WINDOW_MANAGER, size="1920x1080"):
+        self.window_manager_name = window_manager
+        self.size = size
+        self.processes = []
+
+    def __enter__(self):
+        self.folder = tempfile.mkdtemp(prefix="vantry-e2e-")
+        self.environment = dict(os.environ)
+        for variable in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DESKTOP_SESSION", "XDG_CURRENT_DESKTOP"):
+            self.environment.pop(variable, None)
+        for variable, name in {
+            "HOME": "home", "XDG_CONFIG_HOME": "home/.config", "XDG_DATA_HOME": "home/.local/share",
+            "XDG_STATE_HOME": "home/.local/state", "XDG_CACHE_HOME": "home/.cache", "XDG_RUNTIME_DIR": "run",
+        }.items():
+            path = os.path.join(self.folder, name)
+            os.makedirs(path, mode=0o700, exist_ok=True)
+            self.environment[variable] = path
+        self.environment["LC_ALL"] = "C.UTF-8"
+        try:
+            self._start_server()
+            self._start_bus()
+            if self.window_manager_name:
+                self.start_window_manager()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def __exit__(self, *unused):
+        for process in reversed(self.processes):
+            if process.poll() is None:
+                process.terminate()
+        for process in reversed(self.processes):
+            try:
+                process.wait(5)
+            except subprocess.TimeoutExpired:
+                process.kill()
+                process.wait()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    # Programs
+
+    def start(self, *arguments, env=None, log=None):
+        with open(log or os.devnull, "wb") as output:
+            process = subprocess.Popen(arguments, env={**self.environment, **(env or {})}, stdin=subprocess.DEVNULL,
+                                       stdout=output, stderr=output, start_new_session=True)
+        self.processes.append(process)
+        return process
+
+    def _start_server(self):
+        # A number of our own choice takes the server's lock file; one that the server chooses takes none, and two
+        # servers that start at once may then share a socket.
+        for _ in range(20):
+            self.environment["DISPLAY"] = ":" + str(random.randrange(100, 30000))
+            self.server = subprocess.Popen(
+                ["Xvfb", self.environment["DISPLAY"], "-screen", "0", self.size + "x24", "-nolisten", "tcp", "-noreset"],
+                stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            self.display = eventually(lambda: self.server.poll() is not None or self._connect(), "the X server answers", 20)
+            if self.server.poll() is None:
+                break
+        self.processes.append(self.server)
+        self.root = self.display.screen().root
+
+    def _connect(self):
+        try:
+            return display.Display(self.environment["DISPLAY"])
+        except error.DisplayConnectionError:
+            return None
+
+    def _start_bus(self):
+        read, write = os.pipe()
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address", str(write)],
+                               pass_fds=[write], env=self.environment, stdin=subprocess.DEVNULL,
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.processes.append(bus)
+        os.close(write)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = os.read(read, 4096).decode().strip()
+        os.close(read)
+
+    def start_window_manager(self):
+        self.window_manager = self.start(self.window_manager_name)
+        eventually(lambda: self.property(self.root, "_NET_SUPPORTING_WM_CHECK"), "a window manager runs", 20)
+
+    def start_bar(self, *arguments, env=None, wait=True):
+        self.log_file = os.path.join(self.folder, f"vantry-{len(self.processes)}.log")
+        variables = {"BAR_DEBUG": "1", "BAR_TIMING": "1", **(env or {})}
+        process = self.start(PROGRAM, *arguments, env=variables, log=self.log_file)
+        process.log_file = self.log_file
+        if wait:
+            eventually(self.bars, "the bar is on the screen: " + self.log(), 20)
+            eventually(lambda: "launched" in self.log(), "the program has launched")
+        return process
+
+    def restart_bar(self):
+        """Ends the running bar as a log-out does, and starts it again."""
+        for process in [process for process in self.processes if hasattr(process, "log_file")]:
+            process.terminate()
+            process.wait(5)
+            self.processes.remove(process)
+        return self.start_bar()
+
+    def log(self):
+        with open(self.log_file, encoding="utf-8", errors="replace") as file:
+            return file.read()
+
+    # Windows
+
+    def atom(self, name):
+        return self.display.intern_atom(name)
+
+    def property(self, window, name):
+        try:
+            answer = window.get_full_property(self.atom(name), X.AnyPropertyType)
+        except error.BadWindow:
+            return None
+        return None if answer is None else answer.value
+
+    def atoms(self, window, name):
+        return [self.display.get_atom_name(atom) for atom in self.property(window, name) or []]
+
+    def window(self, number):
+        return self.display.create_resource_object("window", number)
+
+    def clients(self):
+        """The windows that the window manager manages, at the bottom first, where it has stacked any yet."""
+        numbers = self.property(self.root, "_NET_CLIENT_LIST_STACKING")
+        if numbers is None:
+            numbers = self.property(self.root, "_NET_CLIENT_LIST")
+        return [self.window(number) for number in ([] if numbers is None else numbers)]
+
+    def bars(self):
+        """The mapped bars, from the left."""
+        found = []
+        for window in self.clients():
+            if "_NET_WM_WINDOW_TYPE_DOCK" not in self.atoms(window, "_NET_WM_WINDOW_TYPE"):
+                continue
+            if self.class_of(window)[1].capitalize() == "Vantry":
+                if window.get_attributes().map_state == X.IsViewable:
+                    found.append(window)
+        return sorted(found, key=lambda window: self.geometry(window)[:2])
+
+    def geometry(self, window):
+        """x, y, width, height of the window without decorations, on the root."""
+        size = window.get_geometry()
+        place = window.translate_coords(self.root, 0, 0)
+        return -place.x, -place.y, size.width, size.height
+
+    def bar(self, index=0):
+        x, y, _, _ = self.geometry(self.bars()[index])
+        return Bar(x, y, self.settings_or_none() or {})
+
+    def windows_of(self, wm_class):
+        return [window for window in self.clients() if wm_class in self.class_of(window)]
+
+    @staticmethod
+    def class_of(window):
+        try:
+            return window.get_wm_class() or ("", "")
+        except error.BadWindow:
+            return "", ""
+
+    def open(self, wm_class, *arguments, env=None):
+        """Starts a program and gives the new window of that class."""
+        before = {window.id for window in self.windows_of(wm_class)}
+        self.start(*arguments, env=env)
+        return eventually(lambda: next((window for window in self.windows_of(wm_class) if window.id not in before), None),
+                          f"{arguments[0]} opens a window", 20)
+
+    def xterm(self, title="Terminal", geometry="80x24+200+150"):
+        window = self.open("XTerm", "xterm", "-title", title, "-geometry", geometry, "-e", "sleep", "1000")
+        eventually(lambda: self.active() == window.id, "the new terminal is active")
+        return window
+
+    def active(self):
+        value = self.property(self.root, "_NET_ACTIVE_WINDOW")
+        return value[0] if value else 0
+
+    def is_minimised(self, window):
+        state = self.property(window, "WM_STATE")
+        return bool(state) and state[0] == 3
+
+    def ask(self, window, message, *data):
+        """Sends the window manager a client message, as a pager does."""
+        values = (list(data) + [0] * 5)[:5]
+        note = event.ClientMessage(window=window, client_type=self.atom(message), data=(32, values))
+        self.root.send_event(note, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self.display.sync()
+
+    def activate(self, window):
+        self.ask(window, "_NET_ACTIVE_WINDOW", 2, X.CurrentTime, 0)
+        eventually(lambda: self.active() == window.id, "the window is active")
+
+    def minimise(self, window):
+        self.ask(window, "WM_CHANGE_STATE", 3)
+        eventually(lambda: self.is_minimised(window), "the window is minimised")
+
+    # Hands
+
+    def move(self, x, y):
+        xtest.fake_input(self.display, X.MotionNotify, x=int(x), y=int(y))
+        self.display.sync()
+
+    def press(self, button=1):
+        xtest.fake_input(self.display, X.ButtonPress, button)
+        self.display.sync()
+
+    def release(self, button=1):
+        xtest.fake_input(self.display, X.ButtonRelease, button)
+        self.display.sync()
+
+    def click(self, point):
+        self.move(*point)
+        self.press()
+        self.release()
+
+    def drag(self, start, end, steps=12):
+        self.move(*start)
+        self.press()
+        for step in range(1, steps + 1):
+            self.move(start[0] + (end[0] - start[0]) * step / steps, start[1] + (end[1] - start[1]) * step / steps)
+        self.release()
+
+    # Eyes
+
+    def picture(self, x=0, y=0, width=None, height=None):
+        screen = self.display.screen()
+        width, height = width or screen.width_in_pixels, height or screen.height_in_pixels
+        raw = self.root.get_image(int(x), int(y), int(width), int(height), X.ZPixmap, 0xFFFFFFFF)
+        return Image.frombytes("RGB", (int(width), int(height)), raw.data, "raw", "BGRX")
+
+    def icon_picture(self, bar, centre_x, lift=True):
+        """The square where the icon of the button around `centre_x` is painted, at the bottom edge."""
+        top = bar.y + (bar.height - bar.icon) / 2 - (4 if lift else 0)
+        return self.picture(centre_x - bar.icon // 2, int(top + 0.5), bar.icon, bar.icon)
+
+    def names(self):
+        """The running items of the bar in their order with their window counts, as the program last logged them."""
+        lines = [line for line in self.log().splitlines() if line.startswith("[bar] counts: ")]
+        if not lines:
+            return []
+        return [pair.rsplit("=", 1)[0] for pair in self._pairs(lines[-1])]
+
+    @staticmethod
+    def _pairs(line):
+        return re.findall(r"\S.*?=\d+(?= |$)", line[len("[bar] counts: "):])
+
+    # Files
+
+    def preferences(self, domain=DOMAIN):
+        return os.path.join(self.environment["XDG_CONFIG_HOME"], "vantry", "Preferences", domain + ".plist")
+
+    def settings(self):
+        try:
+            with open(self.preferences(), "rb") as file:
+                return plistlib.load(file)
+        except FileNotFoundError:
+            return {}
+
+    def settings_or_none(self):
+        """The settings, or none while the file is no property list."""
+        try:
+            return self.settings()
+        except Exception:  # plistlib raises what its parsers raise
+            return None
+
+    def write_settings(self, **values):
+        """Changes settings as another program would: reads, changes and replaces the file."""
+        settings = {**self.settings(), **values}
+        path = self.preferences()
+        os.makedirs(os.path.dirname(path), exist_ok=True)
+        with open(path + ".other", "wb") as file:
+            plistlib.dump(settings, file)
+        os.replace(path + ".other", path)
+
+    def trash_folder(self):
+        path = os.path.join(self.environment["XDG_DATA_HOME"], "Trash", "files")
+        os.makedirs(path, exist_ok=True)
+        return path
+
+    def split_monitors(self):
+        """Two monitors side by side on the one screen."""
+        subprocess.run(["xrandr", "--setmonitor", "LEFT", "960/250x1080/280+0+0", "screen"], env=self.environment, check=True)
+        subprocess.run(["xrandr", "--setmonitor", "RIGHT", "960/250x1080/280+960+0", "none"], env=self.environment, check=True)
+
+    def join_monitors(self):
+        subprocess.run(["xrandr", "--delmonitor", "RIGHT"], env=self.environment, check=True)

@@ -1,0 +1,95 @@
+"""The bar as a window of a real desktop."""
+
+import unittest
+
+from session import Session, eventually
+
+
+class BarWindowTest(unittest.TestCase):
+    def test_it_is_a_dock_at_the_bottom_that_keeps_windows_off(self):
+        with Session() as session:
+            session.start_bar()
+            bar = session.bars()[0]
+            self.assertEqual(session.geometry(bar), (0, 1017, 1920, 63))
+            self.assertEqual(session.atoms(bar, "_NET_WM_WINDOW_TYPE")[0], "_NET_WM_WINDOW_TYPE_DOCK")
+            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT_PARTIAL")),
+                             [0, 0, 0, 63, 0, 0, 0, 0, 0, 0, 0, 1919])
+            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT")), [0, 0, 0, 63])
+            eventually(lambda: session.property(session.root, "_NET_WORKAREA")[3] == 1080 - 63,
+                       "the window manager keeps the strut free")
+
+            terminal = session.xterm()
+            session.ask(terminal, "_NET_WM_STATE", 1, session.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
+                        session.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), 2)
+            eventually(lambda: session.geometry(terminal)[3] > 900, "the window is maximised")
+            _, y, _, height = session.geometry(terminal)
+            self.assertLessEqual(y + height, 1017)
+
+    def test_at_the_top_edge_the_strut_is_at_the_top(self):
+        with Session() as session:
+            session.write_settings(barEdge="top")
+            session.start_bar()
+            bar = session.bars()[0]
+            self.assertEqual(session.geometry(bar), (0, 0, 1920, 63))
+            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT_PARTIAL")),
+                             [0, 0, 63, 0, 0, 0, 0, 0, 0, 1919, 0, 0])
+
+    def test_it_never_takes_the_keyboard(self):
+        with Session() as session:
+            terminal = session.xterm()
+            session.start_bar()
+            place = session.bar()
+            for point in ((place.x + 1900, place.y + 30), place.middle("search"), place.middle("launcher")):
+                session.click(point)
+            session.move(600, 300)
+            session.display.sync()
+            self.assertEqual(session.active(), terminal.id)
+            focus = session.display.get_input_focus().focus
+            self.assertNotEqual(focus.id, session.bars()[0].id)
+
+    def test_a_second_instance_leaves_the_desktop_to_the_first(self):
+        with Session() as session:
+            session.start_bar()
+            bar = session.bars()[0].id
+            second = session.start_bar(wait=False)
+            self.assertEqual(second.wait(10), 0)
+            self.assertIn("[bar] another instance is already running, leaving it to it", session.log())
+            self.assertEqual([window.id for window in session.bars()], [bar])
+
+    def test_a_hidden_bar_stays_hidden(self):
+        with Session() as session:
+            session.write_settings(barVisible=False)
+            session.start_bar(wait=False)
+            eventually(lambda: "[bar] launched" in session.log(), "the program has launched")
+            eventually(lambda: not session.bars(), "no bar is shown")
+            session.write_settings(barVisible=True)
+            eventually(session.bars, "the bar comes back when the setting is written from outside")
+
+
+class MonitorTest(unittest.TestCase):
+    def test_one_bar_a_monitor_and_a_monitor_that_comes_or_goes_is_followed(self):
+        with Session() as session:
+            session.start_bar()
+            self.assertEqual(len(session.bars()), 1)
+            session.split_monitors()
+            eventually(lambda: [session.geometry(bar) for bar in session.bars()]
+                       == [(0, 1017, 960, 63), (960, 1017, 960, 63)], "a bar on each monitor")
+            session.join_monitors()
+            eventually(lambda: len(session.bars()) == 1, "the bar of the monitor that went away is gone")
+            self.assertRegex(session.log(), r"bars: display \d+ went away")
+
+    def test_each_bar_shows_what_lives_on_its_monitor(self):
+        with Session() as session:
+            session.split_monitors()
+            session.write_settings(showFinderButton=False, showLauncher=False)
+            session.xterm("left", "60x20+100+100")
+            session.xterm("right", "60x20+1300+100")
+            session.start_bar()
+            eventually(lambda: session.log().count("counts: XTerm=1\n") >= 2, "one terminal on each bar")
+            session.write_settings(showFinderButton=False, showLauncher=False, multiDisplayMode="mirrored")
+            eventually(lambda: session.log().splitlines()[-1].endswith("XTerm=1 XTerm=1")
+                       or "counts: XTerm=1 XTerm=1" in session.log(), "both on every bar once they are mirrored")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

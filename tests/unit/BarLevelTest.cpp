@@ -1,0 +1,41 @@
+#include "bar/BarLevel.h"
+
+#include "app/Log.h"
+#include "windowserver/CGWindowLevel.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+TEST(BarLevelTest, TheEnvironmentNamesTheLevelInAnyCase)
+{
+    const struct {
+        const char* name;
+        std::int32_t level;
+        std::string logged;
+    } cases[] {
+        { nullptr, CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "popup" },
+        { "popup", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "popup" },
+        { "status", CGWindowLevelForKey(kCGStatusWindowLevelKey), "status" },
+        { "STATUS", CGWindowLevelForKey(kCGStatusWindowLevelKey), "status" },
+        { "maximum", CGWindowLevelForKey(kCGMaximumWindowLevelKey), "maximum" },
+        { "Shielding", CGShieldingWindowLevel(), "shielding" },
+        { "floating", CGWindowLevelForKey(kCGFloatingWindowLevelKey), "floating" },
+        { "screensaver", CGWindowLevelForKey(kCGScreenSaverWindowLevelKey), "screensaver" },
+        { "Somewhere", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "somewhere" },
+        { "", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "" },
+    };
+    std::string log;
+    Log::setSink([&](std::string_view line) { log = line; });
+    for (const auto& test : cases) {
+        if (test.name)
+            setenv("BAR_LEVEL", test.name, 1);
+        else
+            unsetenv("BAR_LEVEL");
+        EXPECT_EQ(BarLevel::resolve(), test.level) << test.logged;
+        EXPECT_EQ(log, "[bar] window level: " + test.logged + " -> " + std::to_string(test.level) + "\n");
+    }
+    unsetenv("BAR_LEVEL");
+    Log::setSink(nullptr);
+}

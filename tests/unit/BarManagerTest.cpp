@@ -1,0 +1,305 @@
+#include "ModelTest.h"
+
+#include "appkit/NSScreen.h"
+#include "appkit/NSVisualEffectView.h"
+#include "appkit/NSWorkspace.h"
+#include "bar/BarManager.h"
+#include "foundation/NSNotificationCenter.h"
+#include "host/Displays.h"
+#include "settings/Settings.h"
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using IDs = std::vector<std::uint32_t>;
+
+/// A desktop with two displays: 1 is 1440 by 900 with a menu bar of 24, 2 lies to its right, 1000 by 800 without one.
+class BarManagerTest : public ModelTest {
+protected:
+    void describe() override { desk.addDisplay(1000, 800).menuBar(0); }
+
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        NSWorkspace::sharedWorkspace().followDesktop();
+        desktop().displays().onChange
+            = [] { NSNotificationCenter::defaultCenter().post(NSApplicationDidChangeScreenParametersNotification); };
+        Settings::barSize.set(BarSize::medium);
+    }
+
+    void TearDown() override
+    {
+        manager_.reset();
+        ModelTest::TearDown();
+    }
+
+    void startBars()
+    {
+        manager_ = std::make_shared<BarManager>();
+        manager_->start();
+        settle();
+        calls().clear();
+    }
+
+    const std::shared_ptr<BarController>& bar(std::uint32_t displayID) const
+    {
+        return manager_->controllers().at(displayID);
+    }
+
+    IDs displaysWithABar() const
+    {
+        IDs displays;
+        for (const auto& [displayID, controller] : manager_->controllers())
+            displays.push_back(displayID);
+        return displays;
+    }
+
+    const embedded::Panel& panel(std::uint32_t displayID)
+    {
+        return *std::as_const(desktop().surfaces()).find(*bar(displayID)->window().widget());
+    }
+
+    std::size_t refreshes() { return count("windowList"); }
+
+    std::shared_ptr<BarManager> manager_;
+};
+
+}
+
+TEST_F(BarManagerTest, EachDisplayHasABarAlongItsEdge)
+{
+    const struct {
+        BarEdge edge;
+        BarSize size;
+        CGRect first, second;
+    } cases[] {
+        { BarEdge::bottom, BarSize::medium, { 0, 0, 1440, 52 }, { 1440, 0, 1000, 52 } },
+        { BarEdge::bottom, BarSize::large, { 0, 0, 1440, 63 }, { 1440, 0, 1000, 63 } },
+        { BarEdge::top, BarSize::large, { 0, 813, 1440, 63 }, { 1440, 737, 1000, 63 } },
+        { BarEdge::top, BarSize::small, { 0, 833, 1440, 43 }, { 1440, 757, 1000, 43 } },
+    };
+    startBars();
+    for (const auto& test : cases) {
+        Settings::barEdge.set(test.edge);
+        Settings::barSize.set(test.size);
+        EXPECT_EQ(bar(1)->window().frame(), test.first) << "moved at once";
+        EXPECT_EQ(bar(2)->window().frame(), test.second);
+        EXPECT_EQ(bar(2)->view()->bounds().size(), test.second.size());
+
+        auto fresh = std::make_shared<BarManager>();
+        fresh->reconcile();
+        EXPECT_EQ(fresh->controllers().at(1)->window().frame(), test.first) << "made there";
+    }
+}
+
+TEST_F(BarManagerTest, BarsFollowTheDisplays)
+{
+    startBars();
+    EXPECT_EQ(displaysWithABar(), (IDs { 1, 2 }));
+    EXPECT_EQ(logged("bars: "), (Texts { "bars: added display 1", "bars: added display 2" }));
+    const auto first = bar(1);
+    const std::weak_ptr<BarController> second = bar(2);
+    log_.clear();
+
+    manager_->reconcile();
+    EXPECT_EQ(bar(1), first);
+    EXPECT_EQ(bar(2), second.lock());
+    EXPECT_EQ(logged("bars: "), Texts());
+
+    world().removeScreen(1);
+    settle();
+    EXPECT_EQ(displaysWithABar(), (IDs { 1 }));
+    EXPECT_EQ(logged("bars: "), (Texts { "bars: display 2 went away" }));
+    EXPECT_TRUE(second.expired());
+    log_.clear();
+
+    world().setScreenFrame(0, { 0, 0, 1920, 1080 });
+    settle();
+    EXPECT_EQ(bar(1), first);
+    EXPECT_EQ(first->window().frame(), (CGRect { 0, 0, 1920, 52 }));
+    EXPECT_EQ(panel(1).frame, (CGRect { 0, 0, 1920, 52 }));
+
+    world().addScreen(display(2, "SECOND", { 1920, 0, 800, 600 }, { 9 }));
+    settle();
+    EXPECT_EQ(displaysWithABar(), (IDs { 1, 2 }));
+    EXPECT_EQ(logged("bars: "), (Texts { "bars: added display 2" }));
+    EXPECT_EQ(bar(2)->window().frame(), (CGRect { 1920, 0, 800, 52 }));
+}
+
+TEST_F(BarManagerTest, ABarIsAPanelThatStaysOutOfTheWay)
+{
+    startBars();
+    const host::SurfaceStyle& style = panel(1).style;
+    EXPECT_EQ(style.level, 101);
+    EXPECT_EQ(style.collectionBehavior, 337u);
+    EXPECT_FALSE(style.isOpaque);
+    EXPECT_FALSE(style.hasShadow);
+    EXPECT_FALSE(style.ignoresMouseEvents);
+    EXPECT_FALSE(bar(1)->window().canBecomeKey());
+    EXPECT_FALSE(bar(1)->window().canBecomeMain());
+}
+
+TEST_F(BarManagerTest, OnlyATranslucentBarHasItsBackdrop)
+{
+    Settings::barStyle.set(BarStyle::translucent);
+    startBars();
+    const auto isBackdropHidden = [&] { return bar(1)->window().contentView()->subviews().at(0)->isHidden(); };
+    EXPECT_FALSE(isBackdropHidden());
+    for (const BarStyle style : { BarStyle::solid, BarStyle::translucent, BarStyle::gradient }) {
+        Settings::barStyle.set(style);
+        EXPECT_EQ(isBackdropHidden(), style != BarStyle::translucent) << rawValue(style);
+    }
+}
+
+TEST_F(BarManagerTest, AChangedSettingReachesTheSearchFieldAtOnce)
+{
+    startBars();
+    const auto& field = dynamic_cast<NSTextField&>(*bar(1)->view()->subviews().at(0));
+    Settings::barSize.set(BarSize::large);
+    EXPECT_EQ(field.font(), NSFont::systemFont(15));
+    Settings::setVisible(BarComponent::search, false);
+    EXPECT_TRUE(field.isHidden());
+}
+
+TEST_F(BarManagerTest, EachWorkspaceNotificationRefreshesFromAFreshWindowList)
+{
+    world().removeScreen(1);
+    startBars();
+    for (const char* name :
+        { NSWorkspaceActiveSpaceDidChangeNotification, NSWorkspaceDidActivateApplicationNotification,
+            NSWorkspaceDidLaunchApplicationNotification, NSWorkspaceDidTerminateApplicationNotification,
+            NSWorkspaceDidHideApplicationNotification, NSWorkspaceDidUnhideApplicationNotification }) {
+        const std::size_t before = refreshes();
+        NSWorkspace::sharedWorkspace().notificationCenter().post(name);
+        EXPECT_EQ(refreshes(), before + 1) << name;
+    }
+}
+
+TEST_F(BarManagerTest, WhatHappensOnTheDesktopShowsAtOnce)
+{
+    startBars();
+    const std::size_t before = bar(1)->currentItems().size();
+    const pid_t mail = run("Mail");
+    settle();
+    ASSERT_EQ(bar(1)->currentItems().size(), before + 1);
+    EXPECT_FALSE(bar(1)->currentItems().back().isFrontmost);
+    world().activate(mail);
+    settle();
+    EXPECT_TRUE(bar(1)->currentItems().back().isFrontmost);
+    world().quit(mail);
+    settle();
+    EXPECT_EQ(bar(1)->currentItems().size(), before);
+}
+
+TEST_F(BarManagerTest, TheTimerRefreshesEverySecondAndAHalf)
+{
+    startBars();
+    advance(1.4);
+    EXPECT_EQ(refreshes(), 0u);
+    advance(0.1);
+    EXPECT_EQ(refreshes(), 1u) << "two bars share one reading of the window list";
+    advance(3.0);
+    EXPECT_EQ(refreshes(), 3u);
+}
+
+TEST_F(BarManagerTest, ADroppedBarStopsAndHides)
+{
+    startBars();
+    const auto second = bar(2);
+    world().removeScreen(1);
+    settle();
+    EXPECT_FALSE(second->window().isVisible());
+    world().removeScreen(0);
+    settle();
+    EXPECT_TRUE(manager_->controllers().empty());
+
+    calls().clear();
+    run("Mail");
+    Settings::barVisible.set(true);
+    advance(5);
+    desktop().pointer().move({ 1440 + 30, 20 });
+    EXPECT_EQ(refreshes(), 0u);
+    EXPECT_EQ(second->view()->hoveredIndex(), std::nullopt);
+    EXPECT_FALSE(second->window().isVisible());
+}
+
+TEST_F(BarManagerTest, AHiddenBarStaysHiddenAndCostsNoItems)
+{
+    Settings::barVisible.set(false);
+    startBars();
+    run("Mail");
+    advance(5);
+    EXPECT_FALSE(bar(1)->window().isVisible());
+    EXPECT_FALSE(panel(1).isVisible);
+    EXPECT_EQ(refreshes(), 0u);
+    EXPECT_TRUE(bar(1)->currentItems().empty());
+
+    manager_->toggleVisibility();
+    EXPECT_TRUE(bar(1)->window().isVisible());
+    EXPECT_TRUE(panel(2).isVisible);
+    EXPECT_FALSE(bar(1)->currentItems().empty());
+    manager_->toggleVisibility();
+    EXPECT_FALSE(bar(1)->window().isVisible());
+    EXPECT_FALSE(bar(2)->window().isVisible());
+    EXPECT_FALSE(Settings::barVisible());
+    EXPECT_EQ(logged("bar visible"), (Texts { "bar visible -> true", "bar visible -> false" }));
+}
+
+TEST_F(BarManagerTest, TheMainBarsItemsAreThoseOfTheScreenWithTheFocus)
+{
+    startBars();
+    const pid_t left = run("Left");
+    openWindow(left, { 100, 100, 800, 600 });
+    const pid_t right = run("Right");
+    openWindow(right, { 1500, 200, 800, 500 });
+    for (const auto& [pid, name] : { std::pair(left, "Left"), std::pair(right, "Right") }) {
+        world().activate(pid);
+        settle();
+        EXPECT_EQ(names(manager_->primaryItems()), (Texts { name }));
+    }
+
+    EXPECT_TRUE(BarManager().primaryItems().empty()) << "no bars, no items";
+}
+
+TEST_F(BarManagerTest, AMainScreenWithoutABarGivesAnotherBarsItems)
+{
+    manager_ = std::make_shared<BarManager>();
+    manager_->reconcile();
+    world().addScreen(display(3, "THIRD", { 2440, 0, 800, 600 }, { 9 }));
+    const pid_t mail = run("Mail");
+    openWindow(mail, { 2500, 350, 640, 480 });
+    world().activate(mail);
+    settle();
+    ASSERT_EQ(NSScreen::mainScreen()->frame().x, 2440);
+    EXPECT_EQ(names(manager_->primaryItems()), names(bar(1)->currentItems()));
+}
+
+TEST_F(BarManagerTest, PointerOverOtherProgramsStillHoversTheBar)
+{
+    startBars();
+    const auto& view = bar(2)->view();
+    desktop().pointer().move({ 1440 + 30, 20 });
+    EXPECT_EQ(view->hoveredIndex(), BarHit::launcher);
+    EXPECT_EQ(bar(1)->view()->hoveredIndex(), std::nullopt);
+    desktop().pointer().move({ 1440 + 240, 20 }, true);
+    EXPECT_EQ(view->hoveredIndex(), BarHit::showDesktop);
+    desktop().pointer().move({ 1440 + 240, 52 });
+    EXPECT_EQ(view->hoveredIndex(), std::nullopt);
+}
+
+TEST_F(BarManagerTest, TheMirroredBarsFitEachTheirOwnDisplay)
+{
+    Settings::grouping.set(WindowGrouping::automatic);
+    Settings::multiDisplayMode.set(MultiDisplayMode::mirrored);
+    const pid_t mail = run("Mail");
+    for (int i = 0; i < 15; ++i)
+        openWindow(mail);
+    startBars();
+    EXPECT_EQ(bar(1)->view()->buttonCapacity(), 22);
+    EXPECT_EQ(bar(2)->view()->buttonCapacity(), 12);
+    EXPECT_EQ(bar(1)->currentItems().size(), 15u) << "a button a window";
+    EXPECT_EQ(bar(2)->currentItems().size(), 1u) << "too narrow for that";
+}

@@ -1,0 +1,396 @@
+#include "bar/BarPainter.h"
+
+#include "appkit/DrawingList.h"
+#include "appkit/NSFont.h"
+#include "base/IconSource.h"
+#include "unit/DrawingText.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+
+#include <algorithm>
+#include <sstream>
+
+/// Takes the bundled symbols away for as long as it lives. It stands out here as the toolkit's macros name functions of
+/// the global namespace.
+class WithoutSymbols {
+public:
+    WithoutSymbols()
+    {
+        for (; QFile::exists(":/symbols/trash.svg"); ++registrations_)
+            Q_CLEANUP_RESOURCE(symbols);
+    }
+    ~WithoutSymbols()
+    {
+        for (; registrations_ > 0; --registrations_)
+            Q_INIT_RESOURCE(symbols);
+    }
+
+private:
+    int registrations_ = 0;
+};
+
+namespace {
+
+using Lines = std::vector<std::string>;
+using enum BarComponent;
+
+const std::vector<BarComponent> everything { launcher, search, showDesktop, finder, apps, trash };
+
+NSImage icon()
+{
+    static const auto source = std::make_shared<const IconSource>(IconSource { IconSource::Svg { "<svg/>" } });
+    return NSImage(source);
+}
+
+BarItem application(const std::string& name, bool running, bool frontmost = false, int windows = 0)
+{
+    BarItem item;
+    item.name = name;
+    item.icon = icon();
+    if (running)
+        item.pid = 100;
+    item.isFrontmost = frontmost;
+    item.windowCount = windows;
+    return item;
+}
+
+/// A blue bar of medium size with a red accent.
+BarPicture picture(
+    std::vector<BarItem> buttons, const std::vector<BarComponent>& components = { apps }, double width = 400)
+{
+    const Metrics metrics(BarSize::medium);
+    return {
+        .layout = BarLayout({ width, 52 }, metrics, components, static_cast<int>(buttons.size())),
+        .look = { .style = BarStyle::solid,
+            .edge = BarEdge::bottom,
+            .tint = NSColor::colorWithSRGBRed(0, 0, 1, 1),
+            .opacity = 1,
+            .accent = NSColor::colorWithSRGBRed(1, 0, 0, 1),
+            .floatingInset = 0,
+            .showsPips = true },
+        .launcher = std::nullopt,
+        .finder = std::nullopt,
+        .buttons = std::move(buttons),
+        .hovered = std::nullopt,
+        .drag = std::nullopt,
+    };
+}
+
+Lines painted(const BarPicture& picture)
+{
+    DrawingRecorder recorder;
+    const NSGraphicsContext::Scope scope(recorder);
+    BarPainter(picture).draw();
+    return described(recorder.list);
+}
+
+/// What is painted behind the body, the hairline and the separator of a bar with nothing but buttons.
+Lines paintedButtons(const BarPicture& picture)
+{
+    const Lines all = painted(picture);
+    return { all.begin() + 3, all.end() };
+}
+
+TEST(BarPainterTest, PaintsEverythingInOrder)
+{
+    BarPicture bar = picture({ application("Mail", true) }, everything, 1400);
+    bar.launcher = application("Apps", false);
+    bar.finder = application("Finder", true);
+    bar.drag = BarDrag { .landing = 3, .pointX = 700, .icon = icon() };
+    EXPECT_EQ(painted(bar),
+        (Lines {
+            "fill 0,0 1400x52 r0 0000FF@1",
+            "fill 0,51 1400x1 r0 FFFFFF@0.12",
+            "icon 18,13 26x26 @1",
+            "fill 62,13 160x26 r6 FFFFFF@0.07",
+            "stroke 62,13 160x26 r6 FFFFFF@0.13 w1",
+            "symbol magnifyingglass 12 FFFFFF@0.55 69.5,18.5 15x15",
+            "gradient 242,16 22x22 r5.28 5C9EFA@1 2461DB@1 -90",
+            "stroke 242,16 22x22 r5.28 000000@0.18 w0.5",
+            "symbol display 11.44 FFFFFF@1 245.85,19.85 14.3x14.3",
+            "icon 294,16 26x26 @1",
+            "fill 299,7 16x3 r1.5 B3B3B3@1",
+            "fill 330.5,14 1x24 r0 FFFFFF@0.13",
+            "fill 391.5,14 1x24 r0 FFFFFF@0.13",
+            "gradient 404,16 22x22 r5.28 9EA8B5@1 6B7585@1 -90",
+            "stroke 404,16 22x22 r5.28 000000@0.18 w0.5",
+            "symbol trash 11.44 FFFFFF@1 407.85,19.85 14.3x14.3",
+            "icon 348,16 26x26 @1",
+            "fill 353,7 16x3 r1.5 B3B3B3@1",
+            "save",
+            "shadow 000000@0.5 blur 8 offset 0,-2",
+            "icon 684.4,13.4 31.2x31.2 @1",
+            "restore",
+        }));
+}
+
+TEST(BarPainterTest, HiddenComponentsLeaveOnlyTheFirstSeparator)
+{
+    BarPicture bar = picture({});
+    bar.launcher = application("Apps", false);
+    bar.finder = application("Finder", true);
+    EXPECT_EQ(paintedButtons(bar), Lines());
+}
+
+TEST(BarPainterTest, ButtonShowsItsState)
+{
+    struct Row {
+        const char* what;
+        bool running;
+        bool frontmost;
+        bool hovered;
+        Lines painted;
+    };
+    const std::string hover = "fill 12,4 38x44 r9 FFFFFF@0.1";
+    const std::string active = "fill 12,4 38x44 r9 FFFFFF@0.18";
+    const std::string idleIcon = "icon 18,16 26x26 @0.42";
+    const std::string fullIcon = "icon 18,16 26x26 @1";
+    const std::string dash = "fill 23,7 16x3 r1.5 B3B3B3@1";
+    const std::string longDash = "fill 18,7 26x3 r1.5 FF0000@1";
+    const Row rows[] = {
+        { "not running", false, false, false, { idleIcon } },
+        { "not running, hovered", false, false, true, { hover, idleIcon } },
+        { "in the background", true, false, false, { fullIcon, dash } },
+        { "in the background, hovered", true, false, true, { hover, fullIcon, dash } },
+        { "frontmost", true, true, false, { active, fullIcon, longDash } },
+        { "frontmost, hovered", true, true, true, { active, fullIcon, longDash } },
+    };
+    for (const Row& row : rows) {
+        BarPicture bar = picture({ application("Mail", row.running, row.frontmost) });
+        if (row.hovered)
+            bar.hovered = 0;
+        EXPECT_EQ(paintedButtons(bar), row.painted) << row.what;
+    }
+}
+
+TEST(BarPainterTest, PipsCountTheWindowsOfAnApplication)
+{
+    struct Row {
+        const char* what;
+        int windows;
+        bool frontmost;
+        bool isOneWindow;
+        bool pipsOn;
+        Lines marks;
+    };
+    const std::string dash = "fill 23,7 16x3 r1.5 B3B3B3@1";
+    const Row rows[] = {
+        { "none", 0, false, false, true, { dash } },
+        { "one", 1, false, false, true, { dash } },
+        { "two", 2, false, false, true, { "fill 21,7 8x3 r1.5 B3B3B3@1", "fill 33,7 8x3 r1.5 B3B3B3@1" } },
+        { "nine", 9, false, false, true,
+            { "fill 15,7 8x3 r1.5 B3B3B3@1", "fill 27,7 8x3 r1.5 B3B3B3@1", "fill 39,7 8x3 r1.5 B3B3B3@1" } },
+        { "frontmost", 2, true, false, true, { "fill 21,7 8x3 r1.5 FF0000@1", "fill 33,7 8x3 r1.5 FF0000@1" } },
+        { "switched off", 2, false, false, false, { dash } },
+        { "a button of one window", 2, false, true, true, { dash } },
+    };
+    for (const Row& row : rows) {
+        BarItem item = application("Mail", true, row.frontmost, row.windows);
+        item.icon.reset();
+        if (row.isOneWindow)
+            item.windowID = 7;
+        BarPicture bar = picture({ item });
+        bar.look.showsPips = row.pipsOn;
+        Lines marks = paintedButtons(bar);
+        if (row.frontmost)
+            marks.erase(marks.begin());
+        EXPECT_EQ(marks, row.marks) << row.what;
+    }
+    EXPECT_EQ(paintedButtons(picture({ application("Mail", false, false, 5) })).size(), 1u) << "not running";
+}
+
+TEST(BarPainterTest, StyleAndEdgeShapeTheBody)
+{
+    struct Row {
+        const char* what;
+        BarStyle style;
+        BarEdge edge;
+        double inset;
+        Lines body;
+    };
+    const Row rows[] = {
+        { "solid", BarStyle::solid, BarEdge::bottom, 0,
+            { "fill 0,0 400x52 r0 0000FF@0.8", "fill 0,51 400x1 r0 FFFFFF@0.12" } },
+        { "solid, top", BarStyle::solid, BarEdge::top, 0,
+            { "fill 0,0 400x52 r0 0000FF@0.8", "fill 0,0 400x1 r0 FFFFFF@0.12" } },
+        { "translucent", BarStyle::translucent, BarEdge::bottom, 0,
+            { "fill 0,0 400x52 r0 0000FF@0.44", "fill 0,51 400x1 r0 FFFFFF@0.12" } },
+        { "gradient", BarStyle::gradient, BarEdge::bottom, 0,
+            { "gradient 0,0 400x52 r0 0000FF@0.8 00008C@0.8 -90", "fill 0,51 400x1 r0 FFFFFF@0.12" } },
+        { "gradient, top", BarStyle::gradient, BarEdge::top, 0,
+            { "gradient 0,0 400x52 r0 0000FF@0.8 00008C@0.8 90", "fill 0,0 400x1 r0 FFFFFF@0.12" } },
+        { "floating", BarStyle::solid, BarEdge::bottom, 8, { "fill 8,8 384x36 r12 0000FF@0.8" } },
+        { "floating gradient, top", BarStyle::gradient, BarEdge::top, 8,
+            { "gradient 8,8 384x36 r12 0000FF@0.8 00008C@0.8 90" } },
+    };
+    for (const Row& row : rows) {
+        BarPicture bar = picture({});
+        bar.look.style = row.style;
+        bar.look.edge = row.edge;
+        bar.look.opacity = 0.8;
+        bar.look.floatingInset = row.inset;
+        Lines body = painted(bar);
+        EXPECT_EQ(body.back(), "fill 0.5,14 1x24 r0 FFFFFF@0.13") << "the separator keeps its place: " << row.what;
+        body.pop_back();
+        EXPECT_EQ(body, row.body) << row.what;
+    }
+}
+
+TEST(BarPainterTest, OnTheTopEdgeIconsSinkAndMarksGoToTheTop)
+{
+    BarPicture bar = picture({ application("Mail", true) }, { showDesktop, apps });
+    bar.look.edge = BarEdge::top;
+    const Lines all = painted(bar);
+    EXPECT_EQ((Lines { all.begin() + 2, all.end() }),
+        (Lines {
+            "gradient 20,10 22x22 r5.28 5C9EFA@1 2461DB@1 -90",
+            "stroke 20,10 22x22 r5.28 000000@0.18 w0.5",
+            "symbol display 11.44 FFFFFF@1 23.85,13.85 14.3x14.3",
+            "fill 54.5,14 1x24 r0 FFFFFF@0.13",
+            "icon 72,10 26x26 @1",
+            "fill 77,42 16x3 r1.5 B3B3B3@1",
+        }));
+}
+
+TEST(BarPainterTest, FixedButtonsLightUpUnderThePointer)
+{
+    struct Row {
+        BarComponent component;
+        int hit;
+        std::string pill;
+    };
+    const Row rows[] = {
+        { launcher, BarHit::launcher, "fill 12,4 38x44 r9 FFFFFF@0.1" },
+        { showDesktop, BarHit::showDesktop, "fill 12,4 38x44 r9 FFFFFF@0.1" },
+        { finder, BarHit::finder, "fill 12,4 38x44 r9 FFFFFF@0.1" },
+        { trash, BarHit::trash, "fill 12,4 38x44 r9 FFFFFF@0.1" },
+        { search, BarHit::search, "fill 8,13 160x26 r6 FFFFFF@0.11" },
+    };
+    for (const Row& row : rows)
+        for (const Row& other : rows) {
+            BarPicture bar = picture({}, { row.component, apps });
+            bar.finder = application("Finder", true);
+            bar.hovered = other.hit;
+            const Lines all = painted(bar);
+            const bool isLit = std::find(all.begin(), all.end(), row.pill) != all.end();
+            EXPECT_EQ(isLit, row.hit == other.hit) << row.hit << " while over " << other.hit;
+        }
+}
+
+TEST(BarPainterTest, FinderButtonLooksLikeAnyOther)
+{
+    BarPicture bar = picture({}, { finder, apps });
+    bar.finder = application("Finder", true, true, 2);
+    bar.hovered = BarHit::finder;
+    const Lines all = painted(bar);
+    EXPECT_EQ((Lines { all.begin() + 2, all.end() - 1 }),
+        (Lines { "fill 12,4 38x44 r9 FFFFFF@0.18", "icon 18,16 26x26 @1", "fill 21,7 8x3 r1.5 FF0000@1",
+            "fill 33,7 8x3 r1.5 FF0000@1" }));
+    bar.finder.reset();
+    EXPECT_EQ(painted(bar).size(), 3u) << "nothing while Finder doesn't run";
+}
+
+TEST(BarPainterTest, ShowDesktopStaysLitWhileTheDesktopShows)
+{
+    for (const bool hovered : { false, true }) {
+        BarPicture bar = picture({}, { showDesktop, apps });
+        bar.isShowingDesktop = true;
+        if (hovered)
+            bar.hovered = BarHit::showDesktop;
+        EXPECT_EQ(painted(bar)[2], "fill 12,4 38x44 r9 FFFFFF@0.18");
+    }
+}
+
+TEST(BarPainterTest, SearchBoxIsOutlinedInTheAccentWhileItHasTheKeyboard)
+{
+    BarPicture bar = picture({}, { search, apps });
+    bar.isSearchFocused = true;
+    const Lines all = painted(bar);
+    EXPECT_EQ((Lines { all.begin() + 2, all.begin() + 5 }),
+        (Lines { "fill 8,13 160x26 r6 FFFFFF@0.11", "stroke 8,13 160x26 r6 FF0000@0.9 w1.5",
+            "symbol magnifyingglass 12 FFFFFF@1 15.5,18.5 15x15" }));
+}
+
+TEST(BarPainterTest, TrashIsFilledUnlessItIsEmpty)
+{
+    BarPicture bar = picture({}, { apps, trash });
+    bar.isTrashEmpty = false;
+    const Lines all = painted(bar);
+    EXPECT_EQ(all.back(), "symbol trash.fill 11.44 FFFFFF@1 77.85,19.85 14.3x14.3");
+}
+
+TEST(BarPainterTest, WithoutItsSymbolATileStaysBareAndTheSearchBoxHasNoGlass)
+{
+    const BarPicture bar = picture({}, { search, showDesktop, apps });
+    const Lines withSymbols = painted(bar);
+    Lines expected = withSymbols;
+    std::erase_if(expected, [](const std::string& line) { return line.starts_with("symbol"); });
+    EXPECT_EQ(withSymbols.size(), expected.size() + 2);
+
+    const WithoutSymbols withoutSymbols;
+    EXPECT_EQ(painted(bar), expected);
+}
+
+TEST(BarPainterTest, BadgeGrowsWithItsTextAndMovesDownAndLeftWithIt)
+{
+    for (const char* text : { "1", "12345" }) {
+        BarItem item = application("Mail", false);
+        item.badge = text;
+        const NSFont font = NSFont::systemFont(9, NSFontWeight::semibold);
+        const CGSize size = sizeWithAttributes(text, font);
+        const double width = std::max(15.0, size.width + 8);
+        const CGRect badge { 44 - width * 0.55, 42 - width * 0.45, width, 15 };
+
+        std::ostringstream place;
+        place << badge.x << ',' << badge.y << ' ' << width << "x15 r7.5 ";
+        std::ostringstream label;
+        label << "text " << text << " 9 FFFFFF " << badge.midX() - size.width / 2 << ','
+              << badge.midY() - size.height / 2;
+        EXPECT_EQ(paintedButtons(picture({ item })),
+            (Lines { "icon 18,16 26x26 @0.42", "fill " + place.str() + "FF3B30@1",
+                "stroke " + place.str() + "000000@0.25 w0.5", label.str() }));
+    }
+
+    BarItem item = application("Mail", false);
+    item.badge = "";
+    EXPECT_EQ(paintedButtons(picture({ item })).size(), 1u) << "an empty badge is none";
+}
+
+TEST(BarPainterTest, ButtonWithoutAnIconKeepsTheRest)
+{
+    BarItem item = application("Mail", true, true);
+    item.icon.reset();
+    item.badge = "1";
+    const Lines all = paintedButtons(picture({ item }));
+    ASSERT_EQ(all.size(), 5u);
+    EXPECT_EQ(all[0], "fill 12,4 38x44 r9 FFFFFF@0.18");
+    EXPECT_EQ(all[1], "fill 18,7 26x3 r1.5 FF0000@1");
+    EXPECT_EQ(all[4].substr(0, 6), "text 1");
+}
+
+TEST(BarPainterTest, LandingPlaceOfADragIsAnEmptyPill)
+{
+    BarItem moving = application("Mail", true, true);
+    moving.badge = "3";
+    BarPicture bar = picture({ application("Notes", false), moving, application("Music", false) });
+    bar.drag = BarDrag { .landing = 1, .pointX = 80, .icon = icon() };
+    bar.hovered = 2;
+    EXPECT_EQ(paintedButtons(bar),
+        (Lines {
+            "icon 18,16 26x26 @0.42",
+            "fill 58,4 38x44 r9 FFFFFF@0.1",
+            "fill 104,4 38x44 r9 FFFFFF@0.1",
+            "icon 110,16 26x26 @0.42",
+            "save",
+            "shadow 000000@0.5 blur 8 offset 0,-2",
+            "icon 64.4,13.4 31.2x31.2 @1",
+            "restore",
+        }));
+
+    bar.drag->icon.reset();
+    EXPECT_EQ(paintedButtons(bar).size(), 4u) << "nothing flies without an icon";
+}
+
+}

@@ -1,0 +1,320 @@
+#include "ModelTest.h"
+
+#include "appkit/DrawingList.h"
+#include "bar/BarView.h"
+#include "base/IconSource.h"
+#include "settings/Settings.h"
+#include "unit/DrawingText.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace {
+
+/// A bar of medium size and 1400 points with three application buttons; the cells begin at 338, 46 points each. The
+/// applications run in the background.
+class BarViewTest : public ModelTest {
+protected:
+    void describe() override { desk.trash({ "letter.txt" }); }
+
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        Settings::barSize.set(BarSize::medium);
+        view_ = std::make_unique<BarView>(CGRect { 0, 0, 1400, 52 });
+        BarItem launcher = itemOf("Apps", run("Apps"));
+        launcher.isLauncher = true;
+        view_->setItems(
+            { itemOf("Mail", run("Mail")), launcher, itemOf("Notes", run("Notes")), itemOf("Music", run("Music")) });
+        settle();
+        calls().clear();
+    }
+
+    void TearDown() override
+    {
+        view_.reset();
+        ModelTest::TearDown();
+    }
+
+    static double cell(int position) { return 338 + 46 * position + 23; }
+    void press(double x, double y = 20) { view_->mouseDown({ { x, y } }); }
+    void drag(double x, double y = 20) { view_->mouseDragged({ { x, y } }); }
+    void release(double x, double y = 20) { view_->mouseUp({ { x, y } }); }
+    void hover(double x, double y = 20) { view_->mouseMoved({ { x, y } }); }
+
+    void click(double x)
+    {
+        press(x);
+        release(x);
+    }
+
+    bool wasActivated(const std::string& name) { return count("activate", pidOf(name)) > 0; }
+    pid_t pidOf(const std::string& name) { return world().processNamed("org." + name)->pid(); }
+
+    bool isRepaintPending() const
+    {
+        const auto due = RunLoop::main().nextDue();
+        return due && *due <= clock.nanoseconds();
+    }
+
+    bool paints(const std::string& start)
+    {
+        return std::ranges::any_of(
+            described(view_->record()), [&](const std::string& line) { return line.starts_with(start); });
+    }
+
+    std::unique_ptr<BarView> view_;
+};
+
+}
+
+TEST_F(BarViewTest, TheLaunchersEntryIsNoButton)
+{
+    EXPECT_EQ(names(view_->appItems()), (Texts { "Mail", "Notes", "Music" }));
+    EXPECT_EQ(view_->launcherItem()->name, "Apps");
+    const auto placed = view_->layoutItems();
+    ASSERT_EQ(placed.size(), 3u);
+    EXPECT_EQ(placed[2].index, 2);
+    EXPECT_EQ(placed[2].item.name, "Music");
+    EXPECT_EQ(placed[2].rect, (CGRect { 430, 0, 46, 52 }));
+
+    view_->setItems({});
+    EXPECT_FALSE(view_->launcherItem());
+}
+
+TEST_F(BarViewTest, LayoutFollowsTheSettingsAtTheNextCall)
+{
+    Settings::setVisible(BarComponent::search, false);
+    EXPECT_EQ(view_->rect(BarComponent::search), CGRect());
+    EXPECT_EQ(view_->rect(BarComponent::showDesktop).x, 62);
+    Settings::componentOrder.set({ BarComponent::apps, BarComponent::launcher });
+    EXPECT_EQ(view_->rect(BarComponent::apps).x, 8);
+    EXPECT_EQ(view_->rect(BarComponent::launcher).x, 154);
+    Settings::barSize.set(BarSize::small);
+    EXPECT_EQ(view_->rect(BarComponent::apps).x, 7);
+}
+
+TEST_F(BarViewTest, TheSearchFieldFollowsTheBox)
+{
+    auto& field = dynamic_cast<NSTextField&>(*view_->subviews().at(0));
+    EXPECT_EQ(field.placeholder(), "Spotlight Search");
+    EXPECT_EQ(field.font(), NSFont::systemFont(12));
+    EXPECT_EQ(field.frame(), view_->searchFieldRect());
+
+    Settings::barSize.set(BarSize::large);
+    view_->setFrame({ 0, 0, 1400, 63 });
+    EXPECT_EQ(field.frame(), view_->searchFieldRect());
+    view_->relayout();
+    EXPECT_EQ(field.font(), NSFont::systemFont(15));
+    EXPECT_FALSE(field.isHidden());
+
+    Settings::setVisible(BarComponent::search, false);
+    view_->relayout();
+    EXPECT_TRUE(field.isHidden());
+}
+
+TEST_F(BarViewTest, OnlyAChangeOfWhatIsHoveredRepaints)
+{
+    const struct {
+        const char* what;
+        double x;
+        std::optional<int> hovered;
+        bool repaints;
+    } steps[] {
+        { "onto the first button", cell(0), 0, true },
+        { "within it", cell(0) + 10, 0, false },
+        { "onto the next", cell(1), 1, true },
+        { "onto the Trash", 500, BarHit::trash, true },
+        { "off everything", 1000, std::nullopt, true },
+        { "still off everything", 1001, std::nullopt, false },
+    };
+    for (const auto& step : steps) {
+        SCOPED_TRACE(step.what);
+        hover(step.x);
+        EXPECT_EQ(view_->hoveredIndex(), step.hovered);
+        EXPECT_EQ(isRepaintPending(), step.repaints);
+        settle();
+    }
+
+    hover(cell(0));
+    view_->mouseExited({});
+    EXPECT_EQ(view_->hoveredIndex(), std::nullopt);
+}
+
+TEST_F(BarViewTest, APressBecomesADragBeyondFivePointsSideways)
+{
+    const struct {
+        const char* what;
+        double x, y;
+        bool isClick;
+    } cases[] {
+        { "5 points to the right", cell(0) + 5.0, 20, true },
+        { "5.1 points to the right", cell(0) + 5.1, 20, false },
+        { "5.1 points to the left", cell(0) - 5.1, 20, false },
+        { "all the way up", cell(0), 51.9, true },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        calls().clear();
+        Settings::appOrder.set(AppOrder::dock);
+        press(cell(0));
+        drag(test.x, test.y);
+        release(test.x, test.y);
+        EXPECT_EQ(wasActivated("Mail"), test.isClick);
+        EXPECT_EQ(Settings::appOrder() == AppOrder::dock, test.isClick);
+    }
+}
+
+TEST_F(BarViewTest, AClickIsWhereTheButtonComesUp)
+{
+    press(cell(0));
+    release(cell(1));
+    EXPECT_FALSE(wasActivated("Mail"));
+    EXPECT_TRUE(wasActivated("Notes"));
+
+    calls().clear();
+    press(cell(0));
+    drag(cell(0), 300);
+    release(cell(0), 300);
+    EXPECT_FALSE(wasActivated("Mail")) << "released above the bar";
+}
+
+TEST_F(BarViewTest, ADragCommitsTheOrderAndSwitchesToManual)
+{
+    const struct {
+        const char* what;
+        int from;
+        double to;
+        Texts order;
+    } cases[] {
+        { "to the right", 0, cell(1), { "org.Notes", "org.Mail", "org.Music" } },
+        { "to the left", 2, cell(0), { "org.Music", "org.Mail", "org.Notes" } },
+        { "far past the right end", 0, 1e6, { "org.Notes", "org.Music", "org.Mail" } },
+        { "far past the left end", 1, -1e6, { "org.Notes", "org.Mail", "org.Music" } },
+        { "away and back to its place", 1, cell(1) - 1, { "org.Mail", "org.Notes", "org.Music" } },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        Settings::appOrder.set(AppOrder::dock);
+        Settings::manualOrder.set({});
+        log_.clear();
+        press(cell(test.from));
+        drag(700);
+        drag(test.to);
+        EXPECT_EQ(view_->displayItems().size(), 3u);
+        release(test.to);
+
+        EXPECT_EQ(Settings::manualOrder(), test.order);
+        EXPECT_EQ(Settings::appOrder(), AppOrder::manual);
+        EXPECT_EQ(logged("reorder: "), (Texts { "reorder: saved 3 items" }));
+        EXPECT_EQ(names(view_->displayItems()), (Texts { "Mail", "Notes", "Music" }))
+            << "the drag is over; the new order comes with the next refresh";
+    }
+    EXPECT_EQ(count("activate"), 0u) << "a drag is never a click";
+}
+
+TEST_F(BarViewTest, ADragShowsTheLandingPlaceAndTheIconUnderThePointer)
+{
+    auto items = view_->items();
+    items[0].icon = NSImage(std::make_shared<const IconSource>());
+    view_->setItems(items);
+    press(cell(0));
+    drag(cell(2));
+    EXPECT_EQ(names(view_->displayItems()), (Texts { "Notes", "Music", "Mail" }));
+    EXPECT_TRUE(paints("fill 434,4 38x44 r9 FFFFFF@0.1"));
+    EXPECT_TRUE(paints("icon 437.4,13.4 31.2x31.2"));
+    release(cell(2));
+    EXPECT_FALSE(paints("fill 434,4 38x44"));
+    EXPECT_FALSE(paints("icon 437.4,13.4"));
+}
+
+TEST_F(BarViewTest, OnlyApplicationButtonsCanBePickedUp)
+{
+    press(view_->rect(BarComponent::launcher).midX());
+    drag(cell(1));
+    release(cell(1));
+    EXPECT_EQ(Settings::appOrder(), AppOrder::dock);
+    EXPECT_TRUE(wasActivated("Notes")) << "a press beside the buttons is still a click where it ends";
+}
+
+TEST_F(BarViewTest, AListThatGrowsShorterDuringADragIsCommittedAsItIs)
+{
+    press(cell(2));
+    drag(cell(0));
+    view_->setItems({ view_->items().front() });
+    EXPECT_EQ(names(view_->displayItems()), (Texts { "Mail" }));
+    view_->setItems({});
+    EXPECT_EQ(view_->displayItems().size(), 0u);
+    view_->record();
+    release(cell(0));
+    EXPECT_EQ(Settings::manualOrder(), Texts());
+    EXPECT_EQ(Settings::appOrder(), AppOrder::manual);
+}
+
+TEST_F(BarViewTest, AskingHowManyADragShowsLeavesTheBarAsItWas)
+{
+    for (const double x : { -1e6, -400.0, 338.0, 450.0, 2000.0 })
+        for (int from = 0; from < 3; ++from)
+            EXPECT_EQ(view_->layoutCountDuringDrag(from, x), 3) << from << " to " << x;
+    EXPECT_EQ(names(view_->displayItems()), (Texts { "Mail", "Notes", "Music" }));
+}
+
+TEST_F(BarViewTest, EachPlaceHasItsClick)
+{
+    const auto middle = [&](BarComponent component) { return view_->rect(component).midX(); };
+
+    click(middle(BarComponent::launcher));
+    EXPECT_TRUE(wasActivated("Apps"));
+
+    click(middle(BarComponent::finder));
+    EXPECT_EQ(count("activate", world().processNamed(embedded::finderIdentifier)->pid()), 1u);
+
+    click(middle(BarComponent::trash));
+    EXPECT_EQ(logged("trash: "), (Texts { "trash: opening" }));
+
+    calls().clear();
+    click(middle(BarComponent::search));
+    click(1000);
+    EXPECT_TRUE(calls().all().empty()) << "the search box and the empty bar are no buttons";
+
+    click(middle(BarComponent::showDesktop));
+    EXPECT_GT(count("hide"), 0u);
+    EXPECT_TRUE(isRepaintPending());
+}
+
+TEST_F(BarViewTest, WithoutFinderAClickOnItsPlaceGoesToTheButtonBelow)
+{
+    Settings::componentOrder.set({ BarComponent::apps, BarComponent::finder });
+    for (const BarComponent component :
+        { BarComponent::launcher, BarComponent::search, BarComponent::showDesktop, BarComponent::trash })
+        Settings::setVisible(component, false);
+    view_->setFrame({ 0, 0, 160, 52 });
+    const double x = view_->rect(BarComponent::finder).midX();
+    const auto below = view_->layoutItems();
+    const auto item = std::ranges::find_if(below, [&](const auto& button) {
+        return CGRectContainsPoint(button.rect, { x, 20 });
+    });
+    ASSERT_NE(item, below.end()) << "there must be an overflowing button under Finder's";
+
+    click(x);
+    EXPECT_FALSE(wasActivated(item->item.name));
+    world().quit(world().processNamed(embedded::finderIdentifier)->pid());
+    click(x);
+    EXPECT_TRUE(wasActivated(item->item.name));
+}
+
+TEST_F(BarViewTest, ThePictureTellsTheStateOfTheSystem)
+{
+    EXPECT_TRUE(paints("symbol trash.fill "));
+    EXPECT_TRUE(paints("icon 294,16")) << "Finder runs";
+    EXPECT_FALSE(paints("fill 234,4 38x44 r9 FFFFFF@0.18"));
+    click(view_->rect(BarComponent::showDesktop).midX());
+    EXPECT_TRUE(paints("fill 234,4 38x44 r9 FFFFFF@0.18")) << "the desktop is being shown";
+
+    Settings::floatingBar.set(true);
+    Settings::barTintHex.set("336699");
+    Settings::barOpacity.set(0.75);
+    EXPECT_TRUE(paints("fill 8,8 1384x36 r12 336699@0.75"));
+    Settings::barTintHex.set("no colour");
+    EXPECT_TRUE(paints("fill 8,8 1384x36 r12 1A1A1A@0.75"));
+}

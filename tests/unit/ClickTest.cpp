@@ -1,0 +1,194 @@
+#include "ModelTest.h"
+
+#include "appkit/NSWorkspace.h"
+#include "model/AppHistory.h"
+#include "model/DockModel.h"
+
+namespace {
+
+/// The application that was in front before, with a window, and the one that is clicked.
+class ClickTest : public ModelTest {
+protected:
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        NSWorkspace::sharedWorkspace().followDesktop();
+        former_ = run("Former");
+        openWindow(former_);
+        app_ = run("App");
+        bringToFront(former_);
+        AppHistory::start();
+    }
+
+    void bringToFront(pid_t pid)
+    {
+        world().activate(pid);
+        settle();
+        WindowIndex::invalidate();
+    }
+
+    void click(const BarItem& item)
+    {
+        DockModel::handleClick(item);
+        advance(3);
+    }
+
+    pid_t former_ = 0;
+    pid_t app_ = 0;
+};
+
+class HiddenInFrontTest : public ModelTest {
+protected:
+    void describe() override
+    {
+        ghost_ = desk.app("Ghost").hidden().pid();
+        desk.window(ghost_, "Window");
+        desk.frontmost(ghost_);
+    }
+
+    pid_t ghost_ = 0;
+};
+
+}
+
+TEST_F(ClickTest, WhatOneClickDoesInEachStateOfTheApplication)
+{
+    enum class Window { none, tiny, visible, minimised };
+    const struct {
+        const char* what;
+        bool isFront;
+        bool isHidden;
+        Window window;
+        bool showsDesktop;
+        const char* log;
+        bool endsInFront;
+        std::size_t raised;
+        std::size_t reopened;
+    } cases[] {
+        { "in the background", false, false, Window::visible, false, "activate: ", true, 1, 0 },
+        { "in the background, minimised", false, false, Window::minimised, false, "activate: ", true, 1, 0 },
+        { "hidden", false, true, Window::visible, false, "activate: ", true, 1, 0 },
+        { "in front", true, false, Window::visible, false, "back: ", false, 0, 0 },
+        { "in front, minimised", true, false, Window::minimised, false, "back: ", false, 0, 0 },
+        { "in front, while the desktop shows", true, false, Window::visible, true, "activate: ", true, 1, 0 },
+        { "in front without a window", true, false, Window::none, false, "activate: ", true, 0, 1 },
+        { "in front with windows that don't count", true, false, Window::tiny, false, "activate: ", true, 0, 1 },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        const pid_t pid = run(test.what);
+        std::uint32_t window = 0;
+        if (test.window != Window::none) {
+            const double side = test.window == Window::tiny ? 100 : 600;
+            window = openWindow(pid, { 0, 0, side, side });
+            world().setMinimised(window, test.window == Window::minimised);
+        }
+        bringToFront(former_);
+        if (test.isFront)
+            bringToFront(pid);
+        if (test.showsDesktop) {
+            ShowDesktop::toggle();
+            advance(1);
+            bringToFront(pid);
+        }
+        if (test.isHidden)
+            world().hide(pid);
+        calls().clear();
+        log_.clear();
+
+        click(itemOf(test.what, pid));
+        EXPECT_EQ(logged(test.log).size(), 1u);
+        EXPECT_EQ(world().frontmost() == pid, test.endsInFront);
+        EXPECT_FALSE(world().process(pid)->record->isHidden);
+        EXPECT_EQ(count("AXRaise", pid), test.raised);
+        EXPECT_EQ(count("open"), test.reopened);
+        EXPECT_FALSE(test.raised && world().window(window)->isMinimised);
+
+        if (test.showsDesktop)
+            ShowDesktop::toggle();
+        world().quit(pid);
+        advance(1);
+    }
+}
+
+TEST_F(HiddenInFrontTest, AnApplicationThatIsStillInFrontThoughHiddenIsUnhidden)
+{
+    ASSERT_EQ(world().frontmost(), ghost_);
+    DockModel::handleClick(itemOf("Ghost", ghost_));
+    settle();
+    EXPECT_FALSE(world().process(ghost_)->record->isHidden);
+    EXPECT_EQ(count("unhide", ghost_), 1u);
+    EXPECT_EQ(logged("activate: "), Texts { "activate: Ghost pid=" + std::to_string(ghost_) + " hidden=true" });
+}
+
+TEST_F(ClickTest, ClicksOnTheFrontmostApplicationGoBackAndForth)
+{
+    openWindow(app_);
+    bringToFront(app_);
+    click(itemOf("App", app_));
+    EXPECT_EQ(world().frontmost(), former_);
+    EXPECT_EQ(logged("back: "), Texts { "back: returning to Former pid=" + std::to_string(former_) });
+    click(itemOf("App", app_));
+    EXPECT_EQ(world().frontmost(), app_);
+
+    world().quit(former_);
+    WindowIndex::invalidate();
+    click(itemOf("App", app_));
+    EXPECT_EQ(world().frontmost(), app_);
+    EXPECT_EQ(logged("back: ").back(), "back: no previous app recorded");
+}
+
+TEST_F(ClickTest, WithoutAFormerApplicationThereIsNoWayBack)
+{
+    calls().clear();
+    click(itemOf("Former", former_));
+    EXPECT_EQ(log_.back(), "back: no previous app recorded");
+    EXPECT_EQ(count("activate"), 0u);
+}
+
+TEST_F(ClickTest, WhatIsNotRunningIsLaunchedWhereThereIsSomethingToLaunch)
+{
+    install("Notes");
+    click(itemOf("Notes", std::nullopt));
+    ASSERT_TRUE(world().processNamed("org.Notes"));
+    EXPECT_EQ(world().frontmost(), world().processNamed("org.Notes")->pid());
+    EXPECT_EQ(logged("launch: "), Texts { "launch: Notes at /Applications/Notes.app" });
+
+    // The process of an item that is out of date.
+    world().quit(app_);
+    click(itemOf("App", app_));
+    EXPECT_TRUE(world().processNamed("org.App"));
+
+    BarItem nothing;
+    nothing.name = "Nothing";
+    calls().clear();
+    click(nothing);
+    EXPECT_TRUE(calls().named("open").empty());
+}
+
+TEST_F(ClickTest, AWindowsButtonRaisesItsWindowEvenInFront)
+{
+    const auto window = openWindow(app_);
+    const auto other = openWindow(app_);
+    bringToFront(app_);
+    BarItem item = itemOf("Letter", app_);
+    item.windowID = window;
+    for (int round = 0; round < 2; ++round) {
+        click(item);
+        EXPECT_EQ(world().frontmost(), app_);
+        EXPECT_EQ(world().focusedWindow(app_)->number, window);
+    }
+    EXPECT_EQ(logged("click: "), Texts(2, "click: window " + std::to_string(window) + " of Letter"));
+    EXPECT_NE(window, other);
+    EXPECT_EQ(count("activate"), 0u);
+}
+
+TEST_F(ClickTest, ActivatingNeverGoesBack)
+{
+    openWindow(app_);
+    bringToFront(app_);
+    DockModel::activate(itemOf("App", app_));
+    advance(1);
+    EXPECT_EQ(world().frontmost(), app_);
+    EXPECT_EQ(logged("activate: "), Texts { "activate: App pid=" + std::to_string(app_) + " hidden=false" });
+}

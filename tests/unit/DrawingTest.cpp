@@ -1,0 +1,186 @@
+#include "appkit/DrawingList.h"
+#include "appkit/DrawingPainter.h"
+#include "appkit/NSView.h"
+#include "base/Clock.h"
+#include "base/IconSource.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPainter>
+
+namespace {
+
+/// A picture of what the body draws, 40 by 40, clear where nothing is.
+template <class Body>
+QImage painted(const Body& body, bool flipped = false)
+{
+    QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    DrawingPainter context(painter, { 40, 40 }, flipped);
+    const NSGraphicsContext::Scope scope(context);
+    body();
+    painter.end();
+    return image;
+}
+
+std::shared_ptr<const IconSource> plainIcon(std::uint32_t argb)
+{
+    return std::make_shared<const IconSource>(
+        IconSource { std::vector { IconSource::Pixels { 2, 2, { argb, argb, argb, argb } } } });
+}
+
+const NSColor red = NSColor::colorWithSRGBRed(1, 0, 0, 1);
+const NSColor blue = NSColor::colorWithSRGBRed(0, 0, 1, 1);
+
+TEST(DrawingPainterTest, YGrowsUpwardUnlessTheViewIsFlipped)
+{
+    const auto body = [] {
+        red.set();
+        NSBezierPath::rect({ 0, 0, 40, 10 }).fill();
+    };
+    EXPECT_EQ(painted(body).pixelColor(20, 35), QColor(Qt::red));
+    EXPECT_EQ(painted(body).pixelColor(20, 5).alpha(), 0);
+    EXPECT_EQ(painted(body, true).pixelColor(20, 5), QColor(Qt::red));
+}
+
+TEST(DrawingPainterTest, AGradientRunsAlongItsAngle)
+{
+    const struct {
+        double angle;
+        QPoint start;
+        QPoint end;
+    } cases[] = { { -90, { 20, 1 }, { 20, 38 } }, { 90, { 20, 38 }, { 20, 1 } }, { 0, { 1, 20 }, { 38, 20 } } };
+    for (const auto& c : cases) {
+        const QImage image = painted([&] {
+            NSGradient(red, blue).drawInBezierPath(NSBezierPath::rect({ 0, 0, 40, 40 }), c.angle);
+        });
+        EXPECT_GT(image.pixelColor(c.start).red(), 230) << c.angle;
+        EXPECT_GT(image.pixelColor(c.end).blue(), 230) << c.angle;
+    }
+}
+
+TEST(DrawingPainterTest, RoundCornersAreClearAndTheMiddleIsFilled)
+{
+    const QImage image = painted([] {
+        red.set();
+        NSBezierPath::roundedRect({ 0, 0, 40, 40 }, 12, 12).fill();
+    });
+    EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
+    EXPECT_EQ(image.pixelColor(39, 39).alpha(), 0);
+    EXPECT_EQ(image.pixelColor(20, 20), QColor(Qt::red));
+}
+
+TEST(DrawingPainterTest, AnImageIsDrawnAtItsFraction)
+{
+    const NSImage image(plainIcon(0xFFFF0000));
+    const QImage half = painted([&] { image.drawInRect({ 10, 10, 20, 20 }, 0.42); });
+    EXPECT_NEAR(half.pixelColor(20, 20).alpha(), 0.42 * 255, 2);
+    EXPECT_EQ(half.pixelColor(5, 5).alpha(), 0);
+}
+
+TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)
+{
+    const NSImage symbol = *NSImage::imageWithSystemSymbolName("display", "");
+    const NSImage tinted = NSImage::imageWithSize(symbol.size(), false, [&](CGRect rect) {
+        symbol.drawInRect(rect);
+        red.set();
+        NSRectFillUsingOperation(rect, NSCompositingOperation::sourceAtop);
+        return true;
+    });
+    const QImage plain = painted([&] { symbol.drawInRect({ 0, 0, 40, 40 }); });
+    const QImage coloured = painted([&] { tinted.drawInRect({ 0, 0, 40, 40 }); });
+    int solid = 0;
+    for (int y = 0; y < 40; ++y)
+        for (int x = 0; x < 40; ++x) {
+            ASSERT_NEAR(plain.pixelColor(x, y).alpha(), coloured.pixelColor(x, y).alpha(), 3);
+            if (plain.pixelColor(x, y).alpha() < 255)
+                continue;
+            ++solid;
+            EXPECT_EQ(coloured.pixelColor(x, y), QColor(Qt::red));
+        }
+    EXPECT_GT(solid, 50);
+}
+
+TEST(DrawingPainterTest, AShadowFallsBelowTheImageAndEndsWithTheState)
+{
+    const NSImage image(plainIcon(0xFFFFFFFF));
+    const QImage picture = painted([&] {
+        NSGraphicsContext* context = NSGraphicsContext::current();
+        context->saveGraphicsState();
+        context->setShadow({ NSColor::black().withAlphaComponent(0.5), 8, { 0, -2 } });
+        image.drawInRect({ 12, 12, 16, 16 });
+        context->restoreGraphicsState();
+    });
+    EXPECT_EQ(picture.pixelColor(20, 20), QColor(Qt::white));
+    EXPECT_GT(picture.pixelColor(20, 30).alpha(), 20);
+    EXPECT_EQ(picture.pixelColor(20, 30).lightness(), 0);
+    EXPECT_GT(picture.pixelColor(20, 31).alpha(), picture.pixelColor(20, 8).alpha());
+}
+
+TEST(NSImageTest, EqualDrawingsAreEqualImages)
+{
+    const auto drawing = [](const NSColor& color) {
+        return NSImage::imageWithSize({ 8, 8 }, false, [&](CGRect rect) {
+            color.set();
+            NSBezierPath::rect(rect).fill();
+            return true;
+        });
+    };
+    EXPECT_EQ(drawing(red), drawing(red));
+    EXPECT_NE(drawing(red), drawing(blue));
+    const auto icon = plainIcon(0xFF00FF00);
+    EXPECT_EQ(NSImage(icon), NSImage(icon));
+    EXPECT_NE(NSImage(icon), NSImage(plainIcon(0xFF00FF00)));
+    EXPECT_FALSE(NSImage::imageWithSystemSymbolName("no such symbol", ""));
+}
+
+class Square final : public NSView {
+public:
+    Square()
+        : NSView({ 0, 0, 10, 10 })
+    {
+    }
+    void draw(const CGRect&) override
+    {
+        ++draws;
+        color.set();
+        NSBezierPath::rect(bounds()).fill();
+    }
+    NSColor color = red;
+    int draws = 0;
+};
+
+TEST(NSViewTest, AViewThatDrawsTheSameAgainPaintsNothingNew)
+{
+    ManualClock clock;
+    RunLoop::main().setClock(&clock);
+    Square square;
+    const DrawingList* first = &square.painted();
+    square.setNeedsDisplay();
+    square.setNeedsDisplay();
+    clock.advance(0);
+    EXPECT_EQ(square.draws, 2);
+    EXPECT_EQ(&square.painted(), first);
+
+    square.color = blue;
+    square.setNeedsDisplay();
+    clock.advance(0);
+    EXPECT_NE(&square.painted(), first);
+    RunLoop::main().reset();
+    RunLoop::main().setClock(nullptr);
+}
+
+TEST(NSViewTest, PointsConvertThroughViewsThatLieInViews)
+{
+    const auto outer = std::make_shared<NSView>(CGRect { 0, 0, 100, 60 });
+    const auto inner = std::make_shared<NSView>(CGRect { 30, 10, 20, 20 });
+    outer->addSubview(inner);
+    EXPECT_EQ(inner->convertToWindow(CGPoint { 1, 2 }), (CGPoint { 31, 12 }));
+    EXPECT_EQ(inner->convertFromWindow({ 31, 12 }), (CGPoint { 1, 2 }));
+    EXPECT_EQ(inner->convertToWindow(CGRect { 0, 0, 5, 5 }), (CGRect { 30, 10, 5, 5 }));
+}
+
+}

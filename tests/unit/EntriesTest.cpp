@@ -1,0 +1,147 @@
+#include "ModelTest.h"
+
+#include "model/DockModel.h"
+#include "settings/Settings.h"
+#include "system/Displays.h"
+
+namespace {
+
+constexpr CGRect onMain { 100, 100, 800, 600 };
+constexpr CGRect onSide { 1500, 100, 800, 600 };
+
+/// Two displays; in the Dock a launcher and an application that don't run, and one that will.
+class EntriesTest : public ModelTest {
+protected:
+    void describe() override
+    {
+        desk.scenario().displays = { display(1, "MAIN", { 0, 0, 1440, 900 }, { 1, 2 }),
+            display(2, "SIDE", { 1440, 0, 1440, 900 }, { 20, 21 }) };
+        desk.tile("Apps", "file:///Applications/Apps.app/");
+        desk.installedApp("Notes").pinned();
+        desk.installedApp("Both").pinned();
+        desk.badge("Notes", "2").badge("Both", "7").badge("Main", "1");
+    }
+
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        const pid_t main = run("Main");
+        const pid_t side = run("Side");
+        both_ = run("Both");
+        run("None");
+        openWindow(both_, onSide, "B2");
+        openWindow(both_, onMain, "B1");
+        openWindow(side, onSide, "S1");
+        const auto elsewhere = openWindow(main, onMain, "M1");
+        world().setSpaces(elsewhere, { 2 });
+    }
+
+    /// By the index of the display; -1 for none.
+    Texts shownOn(int index, int capacity = 100)
+    {
+        WindowIndex::invalidate();
+        const auto displays = Displays::all();
+        return names(DockModel::entries(
+            capacity, index < 0 ? std::nullopt : std::optional(displays.at(static_cast<std::size_t>(index)))));
+    }
+
+    BarItem entry(const std::string& name)
+    {
+        WindowIndex::invalidate();
+        const auto items = DockModel::entries(100, std::nullopt);
+        const auto place = std::ranges::find(items, name, &BarItem::name);
+        return place == items.end() ? BarItem() : *place;
+    }
+
+    pid_t both_ = 0;
+};
+
+}
+
+TEST_F(EntriesTest, ABarShowsWhatBelongsOnItsScreenAndSpace)
+{
+    const Texts everything { "Apps", "Notes", "Both", "Main", "Side", "None" };
+    const struct {
+        MultiDisplayMode mode;
+        bool currentSpaceOnly;
+        int display;
+        Texts shown;
+    } cases[] {
+        { MultiDisplayMode::perScreen, false, 0, { "Apps", "Notes", "Both", "Main", "None" } },
+        { MultiDisplayMode::perScreen, false, 1, { "Apps", "Notes", "Both", "Side" } },
+        { MultiDisplayMode::perScreen, false, -1, everything },
+        { MultiDisplayMode::mirrored, false, 0, everything },
+        { MultiDisplayMode::mirrored, false, 1, everything },
+        { MultiDisplayMode::mirrored, true, 0, { "Apps", "Notes", "Both" } },
+        { MultiDisplayMode::mirrored, true, 1, { "Apps", "Notes", "Both", "Side" } },
+        { MultiDisplayMode::perScreen, true, 0, { "Apps", "Notes", "Both" } },
+    };
+    for (const auto& test : cases) {
+        Settings::multiDisplayMode.set(test.mode);
+        Settings::currentSpaceOnly.set(test.currentSpaceOnly);
+        EXPECT_EQ(shownOn(test.display), test.shown)
+            << title(test.mode) << ", space " << test.currentSpaceOnly << ", display " << test.display;
+    }
+
+    world().removeScreen(1);
+    Settings::multiDisplayMode.set(MultiDisplayMode::perScreen);
+    Settings::currentSpaceOnly.set(false);
+    EXPECT_EQ(shownOn(0), everything) << "of one screen nothing is left out";
+}
+
+TEST_F(EntriesTest, ItemsCarryTheirBadgeAndHowManyWindowsTheyHave)
+{
+    EXPECT_EQ(entry("Both").windowCount, 2);
+    EXPECT_EQ(entry("None").windowCount, 0);
+    EXPECT_EQ(entry("Notes").badge, "2");
+    EXPECT_EQ(entry("Both").badge, "7");
+    EXPECT_FALSE(entry("Main").badge) << "the Dock has no tile of that name";
+    EXPECT_EQ(logged("counts: ").back(), "counts: Both=2 Main=1 Side=1 None=0");
+}
+
+TEST_F(EntriesTest, GroupingDecidesBetweenApplicationsAndWindows)
+{
+    const Texts perApplication { "Apps", "Notes", "Both", "Main", "Side", "None" };
+    const Texts perWindow { "Apps", "Notes", "B1", "B2", "M1", "S1", "None" };
+    const struct {
+        WindowGrouping grouping;
+        int capacity;
+        Texts shown;
+    } cases[] {
+        { WindowGrouping::always, 100, perApplication },
+        { WindowGrouping::never, 1, perWindow },
+        { WindowGrouping::automatic, 7, perWindow },
+        { WindowGrouping::automatic, 6, perApplication },
+    };
+    for (const auto& test : cases) {
+        Settings::grouping.set(test.grouping);
+        EXPECT_EQ(shownOn(-1, test.capacity), test.shown) << title(test.grouping) << " " << test.capacity;
+    }
+}
+
+TEST_F(EntriesTest, AWindowsButtonStandsForThatWindowAlone)
+{
+    Settings::grouping.set(WindowGrouping::never);
+    const auto untitled = openWindow(both_, onMain, std::nullopt);
+    world().activate(both_);
+    world().focus(untitled);
+
+    const BarItem focused = entry("Both");
+    EXPECT_EQ(focused.windowID, untitled);
+    EXPECT_TRUE(focused.isFrontmost && focused.isPinned);
+    EXPECT_EQ(focused.windowCount, 0);
+    EXPECT_FALSE(focused.badge);
+    EXPECT_EQ(focused.pid, both_);
+    EXPECT_FALSE(entry("B1").isFrontmost);
+    EXPECT_FALSE(entry("None").windowID);
+    EXPECT_EQ(entry("Notes").badge, "2");
+
+    world().processFaults(both_).hangs = true;
+    EXPECT_FALSE(entry("Both").isFrontmost) << "which window has the focus can't be told";
+}
+
+TEST_F(EntriesTest, APerScreenBarShowsAllWindowsOfAnApplicationThatHasOneThere)
+{
+    Settings::grouping.set(WindowGrouping::never);
+    EXPECT_EQ(shownOn(1), (Texts { "Apps", "Notes", "B1", "B2", "S1" }));
+}

@@ -1,0 +1,121 @@
+#include "ModelTest.h"
+
+#include "model/DockModel.h"
+#include "settings/Settings.h"
+
+namespace {
+
+class ItemCommandsTest : public ModelTest {
+protected:
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        app_ = run("App");
+        item_ = itemOf("App", app_);
+    }
+
+    pid_t app_ = 0;
+    BarItem item_;
+};
+
+}
+
+TEST_F(ItemCommandsTest, TheWindowListHasTheTitledWindowsAndAsksForThemEachTime)
+{
+    world().processFaults(app_).needsManualAccessibility = true;
+    openWindow(app_, { 0, 0, 50, 50 }, "Palette");
+    openWindow(app_, { 0, 0, 800, 600 }, std::nullopt);
+    openWindow(app_, { 0, 0, 800, 600 }, "Letter");
+    Texts titles;
+    for (const auto& listed : DockModel::windowList(item_))
+        titles.push_back(listed.title);
+    EXPECT_EQ(titles, (Texts { "Letter", "Palette" }));
+    DockModel::windowList(item_);
+    EXPECT_EQ(count("AXManualAccessibility", app_), 2u);
+
+    world().processFaults(app_).hangs = true;
+    EXPECT_TRUE(DockModel::windowList(item_).empty());
+    EXPECT_EQ(calls().all().back().heldUp, 1.0);
+    item_.pid.reset();
+    EXPECT_TRUE(DockModel::windowList(item_).empty());
+}
+
+TEST_F(ItemCommandsTest, AListedWindowComesForwardUnminimised)
+{
+    const auto window = openWindow(app_);
+    openWindow(app_);
+    world().setMinimised(window, true);
+    const auto list = DockModel::windowList(item_);
+    const auto listed = std::ranges::find(
+        list, window, [](const auto& each) { return static_cast<std::uint32_t>(each.element.id().id); });
+    ASSERT_NE(listed, list.end());
+    DockModel::raise(listed->element, app_);
+    EXPECT_EQ(world().frontmost(), app_);
+    EXPECT_EQ(world().focusedWindow(app_)->number, window);
+    EXPECT_FALSE(world().window(window)->isMinimised);
+}
+
+TEST_F(ItemCommandsTest, HidingQuittingAndOpeningReachTheApplication)
+{
+    DockModel::setHidden(item_, true);
+    settle();
+    EXPECT_TRUE(DockModel::isHidden(item_));
+    DockModel::setHidden(item_, false);
+    settle();
+    EXPECT_FALSE(DockModel::isHidden(item_));
+    DockModel::newWindow(item_);
+    EXPECT_EQ(std::get<std::string>(*calls().named("open").at(0).value), path("App"));
+
+    DockModel::quit(item_);
+    settle();
+    EXPECT_FALSE(world().process(app_));
+    const pid_t second = run("App");
+    DockModel::forceQuit(itemOf("App", second));
+    settle();
+    EXPECT_FALSE(world().process(second));
+    EXPECT_EQ(count("terminate"), 1u);
+    EXPECT_EQ(count("forceTerminate"), 1u);
+    EXPECT_EQ(log_, (Texts { "quit: App", "force quit: App" }));
+}
+
+TEST_F(ItemCommandsTest, OnAnItemThatIsOutOfDateTheyDoNothing)
+{
+    world().quit(app_);
+    calls().clear();
+    DockModel::quit(item_);
+    DockModel::forceQuit(item_);
+    DockModel::setHidden(item_, true);
+    EXPECT_FALSE(DockModel::isHidden(item_));
+    item_.bundleURL.reset();
+    DockModel::newWindow(item_);
+    EXPECT_TRUE(calls().all().empty());
+    EXPECT_TRUE(log_.empty());
+}
+
+TEST_F(ItemCommandsTest, PinningAndUnpinningAreKeptInTheSettings)
+{
+    item_.bundleURL = NSURL::URLWithString("file:///Applications/./App.app/");
+    Settings::hiddenKeys.set({ "org.App", "other", "org.App" });
+    DockModel::pin(item_);
+    DockModel::pin(item_);
+    EXPECT_EQ(Settings::hiddenKeys(), Texts { "other" });
+    EXPECT_EQ(Settings::extraPinnedPaths(), Texts { path("App") });
+    EXPECT_EQ(logged("pin: "), Texts { "pin: App" });
+
+    Settings::extraPinnedPaths.set({ path("App"), "/b", path("App") });
+    DockModel::unpin(item_);
+    DockModel::unpin(item_);
+    EXPECT_EQ(Settings::extraPinnedPaths(), Texts { "/b" });
+    EXPECT_EQ(Settings::hiddenKeys(), (Texts { "other", "org.App" }));
+    EXPECT_EQ(logged("unpin: "), Texts(2, "unpin: App"));
+}
+
+TEST_F(ItemCommandsTest, WithoutABundleThereIsNothingToPinButAKeyToHide)
+{
+    item_.bundleURL.reset();
+    item_.bundleID.reset();
+    DockModel::pin(item_);
+    EXPECT_TRUE(log_.empty());
+    DockModel::unpin(item_);
+    EXPECT_EQ(Settings::hiddenKeys(), Texts { "App" });
+}

@@ -1,0 +1,179 @@
+#include "ModelTest.h"
+
+#include "foundation/NSUserDefaults.h"
+#include "model/DockModel.h"
+#include "settings/Settings.h"
+
+namespace {
+
+class ItemsTest : public ModelTest {
+protected:
+    static Value tile(const std::string& label, const std::string& url)
+    {
+        return Value::Dictionary { { "tile-data",
+            Value::Dictionary {
+                { "file-label", label }, { "file-data", Value::Dictionary { { "_CFURLString", url } } } } } };
+    }
+
+    static Value tile(const std::string& name) { return tile(name, "file:///Applications/" + name + ".app/"); }
+
+    /// The Dock's list, as whatever wrote it left it.
+    static void storeDock(const Value& apps)
+    {
+        NSUserDefaults::initWithSuiteName("com.apple.dock")->setObject(apps, "persistent-apps");
+    }
+
+    /// One text an item: its name, "*" when pinned, its process where it runs.
+    Texts shown()
+    {
+        Texts texts;
+        for (const BarItem& item : DockModel::items()) {
+            const auto* process = item.pid ? world().process(*item.pid) : nullptr;
+            const std::string running = process ? ":" + process->record->localizedName.value_or("?") : "";
+            texts.push_back(item.name + (item.isPinned ? "*" : "") + running);
+        }
+        return texts;
+    }
+
+    const BarItem* find(const std::vector<BarItem>& items, const std::string& name)
+    {
+        const auto place = std::ranges::find(items, name, &BarItem::name);
+        return place == items.end() ? nullptr : &*place;
+    }
+};
+
+}
+
+TEST_F(ItemsTest, PinnedItemsComeFirstThenWhatElseRuns)
+{
+    for (const char* name : { "Notes", "Mail", "Chat" })
+        install(name);
+    storeDock(Value::Array { tile("Mail"), tile("Notes") });
+    Settings::extraPinnedPaths.set({ path("Chat"), path("Mail"), path("Chat") });
+    run("Editor");
+    run("Agent", host::ActivationPolicy::accessory);
+    run("Mail");
+    run("Chat", host::ActivationPolicy::accessory);
+    EXPECT_EQ(shown(), (Texts { "Mail*:Mail", "Notes*", "Chat*:Chat", "Editor:Editor" }));
+    EXPECT_EQ(logged("dock: "), Texts { "dock: 2 pinned apps" });
+}
+
+TEST_F(ItemsTest, NothingIsShownForTheProgramItselfAndFinder)
+{
+    storeDock(Value::Array {});
+    world().launch({ .name = "Second copy",
+        .bundleIdentifier = "com.merrowen.vantry",
+        .bundlePath = {},
+        .icon = {},
+        .faults = {} });
+    EXPECT_EQ(shown(), Texts());
+    Settings::showFinderButton.set(false);
+    EXPECT_EQ(shown(), Texts { "Finder:Finder" });
+}
+
+TEST_F(ItemsTest, AHiddenKeyTakesAwayThePinButNotARunningApplication)
+{
+    install("Notes");
+    storeDock(Value::Array { tile("Notes"), tile("Mail"), tile("Ghost") });
+    run("Mail");
+    Settings::hiddenKeys.set({ "org.Notes", "org.Mail", "Ghost" });
+    EXPECT_EQ(shown(), Texts { "Mail:Mail" });
+}
+
+TEST_F(ItemsTest, AMalformedTileIsSkippedButAForeignElementFailsTheWholeList)
+{
+    const Value fileless = Value::Dictionary { { "tile-data", Value::Dictionary { { "file-label", "A" } } } };
+    const Value urlless = Value::Dictionary { { "tile-data",
+        Value::Dictionary { { "file-label", "A" }, { "file-data", Value::Dictionary { { "x", 1 } } } } } };
+    const Value nameless = Value::Dictionary { { "tile-data",
+        Value::Dictionary { { "file-label", 5 },
+            { "file-data", Value::Dictionary { { "_CFURLString", "file:///Applications/N.app/" } } } } } };
+    const struct {
+        Value apps;
+        Texts shown;
+        std::string log;
+    } cases[] {
+        { Value::Array {
+              tile("Mail"), Value::Dictionary { { "other", 1 } }, fileless, urlless, tile("B", "a b"), tile("C", "") },
+            { "Mail*" }, "dock: 1 pinned apps" },
+        { Value::Array { nameless }, { "?*" }, "dock: 1 pinned apps" },
+        { Value::Array { tile("Mail"), tile("Mail") }, { "Mail*", "Mail*" }, "dock: 2 pinned apps" },
+        { Value::Array { tile("Mail"), "text" }, {}, "dock: could not read persistent-apps" },
+        { "text", {}, "dock: could not read persistent-apps" },
+    };
+    for (const auto& test : cases) {
+        log_.clear();
+        storeDock(test.apps);
+        EXPECT_EQ(shown(), test.shown) << description(test.apps);
+        EXPECT_EQ(logged("dock: "), Texts { test.log });
+    }
+}
+
+TEST_F(ItemsTest, ARunningCopyIsFoundByItsPathFirstThenByItsIdentifier)
+{
+    install("Mail");
+    storeDock(Value::Array { tile("Post", "file:///Applications/./Mail.app/") });
+    embedded::Scenario::Process copy;
+    copy.name = "Copy";
+    copy.bundleIdentifier = "org.Mail";
+    copy.bundlePath = "/Volumes/Backup/Mail.app";
+    world().launch(copy);
+    EXPECT_EQ(shown(), Texts { "Post*:Copy" });
+    EXPECT_EQ(DockModel::items().front().bundleURL->absoluteString(), "file:///Applications/./Mail.app/");
+
+    run("Mail");
+    world().launch(copy);
+    EXPECT_EQ(shown(), (Texts { "Post*:Mail", "Copy:Copy", "Copy:Copy" }));
+}
+
+TEST_F(ItemsTest, TheBarsOwnPinsAreNamedByTheSettingsThenByTheDesktop)
+{
+    install("Mail");
+    embedded::Scenario::Application twice;
+    twice.path = path("Twice");
+    twice.displayName = "A.app B.app";
+    world().install(twice);
+    Settings::extraPinnedPaths.set({ path("Mail"), path("Twice"), path("Gone") });
+    Settings::pinnedNames.set({ { path("Mail"), "Post" } });
+    EXPECT_EQ(shown(), (Texts { "Post*", "A B*", "Gone*" }));
+    EXPECT_EQ(DockModel::key(DockModel::items()[2]), "Gone");
+}
+
+TEST_F(ItemsTest, OnlyAPinnedEntryCalledAppsIsTheLauncher)
+{
+    storeDock(Value::Array { tile("Apps", "file:///Applications/Anything.app/"), tile("Apps2") });
+    run("Apps");
+    const auto items = DockModel::items();
+    ASSERT_EQ(items.size(), 3u);
+    EXPECT_TRUE(items[0].isLauncher);
+    EXPECT_FALSE(items[1].isLauncher);
+    EXPECT_FALSE(items[2].isLauncher);
+}
+
+TEST_F(ItemsTest, OneApplicationIsFrontmostAndFinderHasItsOwnItem)
+{
+    const pid_t mail = run("Mail");
+    run("Chat");
+    world().activate(mail);
+    auto items = DockModel::items();
+    EXPECT_TRUE(find(items, "Mail")->isFrontmost);
+    EXPECT_FALSE(find(items, "Chat")->isFrontmost);
+    EXPECT_FALSE(DockModel::finderItem()->isFrontmost);
+
+    const pid_t finder = world().processNamed("com.apple.finder")->pid();
+    world().activate(finder);
+    items = DockModel::items();
+    EXPECT_TRUE(std::ranges::none_of(items, &BarItem::isFrontmost));
+    const auto item = DockModel::finderItem();
+    EXPECT_TRUE(item->isFrontmost && item->isPinned);
+    EXPECT_EQ(item->pid, finder);
+    world().quit(finder);
+    EXPECT_FALSE(DockModel::finderItem());
+}
+
+TEST_F(ItemsTest, AnApplicationWithoutAnIdentifierOrANameStillHasAButton)
+{
+    world().launch({ .name = {}, .bundleIdentifier = {}, .bundlePath = {}, .icon = {}, .faults = {} });
+    EXPECT_EQ(shown(), Texts { "?:?" });
+    EXPECT_EQ(DockModel::key(DockModel::items().front()), "?");
+}

@@ -1,0 +1,151 @@
+#include "base/RunLoop.h"
+#include "base/Clock.h"
+#include "foundation/DispatchQueue.h"
+#include "foundation/NSDate.h"
+#include "foundation/NSNotificationCenter.h"
+#include "foundation/NSTimer.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <future>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class RunLoopTest : public testing::Test {
+protected:
+    RunLoopTest() { RunLoop::main().setClock(&clock); }
+    ~RunLoopTest() override
+    {
+        RunLoop::main().reset();
+        RunLoop::main().setClock(nullptr);
+    }
+
+    auto note(const std::string& what)
+    {
+        return [this, what] { log.push_back(what); };
+    }
+
+    ManualClock clock;
+    std::vector<std::string> log;
+};
+
+TEST_F(RunLoopTest, BlocksRunInTheOrderOfTheirTimesWhateverQueueTheyCameBy)
+{
+    const auto serial = DispatchQueue::serial("com.example.serial");
+    RunLoop::main().schedule(0.3, note("late"));
+    serial->asyncAfter(0.2, note("serial"));
+    NSTimer::scheduledTimer(0.1, false, note("timer"));
+    DispatchQueue::main().async(note("now"));
+    DispatchQueue::global().async(note("now too"));
+    clock.advance(0.25);
+    EXPECT_EQ(log, (std::vector<std::string> { "now", "now too", "timer", "serial" }));
+}
+
+TEST_F(RunLoopTest, ABlockSeesTheTimeAtWhichItIsDue)
+{
+    const NSDate start = NSDate::now();
+    double seen = 0;
+    RunLoop::main().schedule(0.4, [&] { seen = NSDate::now().timeIntervalSince(start); });
+    clock.advance(2);
+    EXPECT_NEAR(seen, 0.4, 1e-9);
+}
+
+TEST_F(RunLoopTest, ABlockAddedByABlockRunsInTheSameAdvanceWhenItIsDueThen)
+{
+    RunLoop::main().schedule(0.1, [&] { RunLoop::main().schedule(0.1, note("chained")); });
+    clock.advance(0.19);
+    EXPECT_TRUE(log.empty());
+    clock.advance(0.02);
+    EXPECT_EQ(log.size(), 1u);
+}
+
+TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoByItself)
+{
+    int count = 0;
+    std::shared_ptr<NSTimer> timer;
+    timer = NSTimer::scheduledTimer(0.5, true, [&] {
+        if (++count == 3)
+            timer->invalidate();
+    });
+    clock.advance(10);
+    EXPECT_EQ(count, 3);
+    EXPECT_FALSE(timer->isValid());
+}
+
+TEST_F(RunLoopTest, ACancelledBlockIsNotRunAndIsLetGo)
+{
+    const auto held = std::make_shared<int>(0);
+    const auto handle = RunLoop::main().perform([held] { ++*held; });
+    RunLoop::main().cancel(handle);
+    clock.advance(1);
+    EXPECT_EQ(*held, 0);
+    EXPECT_EQ(held.use_count(), 1);
+}
+
+TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
+{
+    int wakes = 0;
+    RunLoop::main().setWaker([&] { ++wakes; });
+    RunLoop::main().schedule(1, [] {});
+    RunLoop::main().schedule(2, [] {});
+    RunLoop::main().schedule(0.5, [] {});
+    RunLoop::main().setWaker(nullptr);
+    EXPECT_EQ(wakes, 2);
+}
+
+TEST_F(RunLoopTest, OneTurnLastsThroughABlock)
+{
+    std::optional<std::uint64_t> first;
+    std::optional<std::uint64_t> inner;
+    RunLoop::main().perform([&] {
+        first = RunLoop::Turn::current();
+        const RunLoop::Turn nested;
+        inner = RunLoop::Turn::current();
+    });
+    clock.advance(0);
+    EXPECT_TRUE(first);
+    EXPECT_EQ(first, inner);
+    EXPECT_FALSE(RunLoop::Turn::current());
+    RunLoop::main().perform([&] { inner = RunLoop::Turn::current(); });
+    clock.advance(0);
+    EXPECT_NE(first, inner);
+}
+
+TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)
+{
+    std::promise<std::vector<int>> promise;
+    std::vector<int> order;
+    std::thread::id thread;
+    const auto queue = DispatchQueue::serial("com.example.serial");
+    queue->asyncAfter(0.02, [&] {
+        order.push_back(2);
+        promise.set_value(order);
+    });
+    queue->async([&] {
+        thread = std::this_thread::get_id();
+        order.push_back(1);
+    });
+    EXPECT_EQ(promise.get_future().get(), (std::vector { 1, 2 }));
+    EXPECT_NE(thread, std::this_thread::get_id());
+}
+
+TEST(NotificationCenterTest, AnObserverRemovedWhileANotificationIsPostedIsNotCalled)
+{
+    NSNotificationCenter center;
+    std::vector<std::string> called;
+    NSNotificationCenter::Token second;
+    const auto first = center.addObserver("name", [&](const NSNotification&) {
+        called.push_back("first");
+        center.removeObserver(second);
+    });
+    second = center.addObserver("name", [&](const NSNotification&) { called.push_back("second"); });
+    const auto other = center.addObserver("other", [&](const NSNotification&) { called.push_back("other"); });
+    center.post("name");
+    EXPECT_EQ(called, std::vector<std::string> { "first" });
+}
+
+}

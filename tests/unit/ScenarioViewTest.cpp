@@ -1,0 +1,212 @@
+#include "unit/Fixture.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWidget>
+
+using namespace embedded;
+
+namespace {
+
+/// A desktop that is looked at, with a user's hand in it. Points are in window space, which with one display is also
+/// that of the view.
+class ViewTest : public DesktopTest {
+protected:
+    void SetUp() override
+    {
+        mail = desk.app("Mail").pid();
+        browser = desk.app("Browser").pid();
+        desk.window(browser, "Start").number(2).at({ 400, 300, 500, 400 });
+        desk.window(mail, "Inbox").number(1).at({ 100, 100, 500, 400 });
+        start();
+        desktop().show();
+        for (QWidget* top : QApplication::topLevelWidgets()) {
+            if (top->windowTitle() == "Desktop")
+                view = top;
+        }
+    }
+
+    void mouse(QEvent::Type type, QPointF point, Qt::MouseButtons held)
+    {
+        QWidget* target = view->childAt(point.toPoint());
+        ASSERT_TRUE(target);
+        const auto button = type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton;
+        QMouseEvent event(type, target->mapFrom(view, point), view->mapToGlobal(point), button, held, Qt::NoModifier);
+        QApplication::sendEvent(target, &event);
+    }
+
+    void click(QPointF point)
+    {
+        mouse(QEvent::MouseButtonPress, point, Qt::LeftButton);
+        mouse(QEvent::MouseButtonRelease, point, Qt::NoButton);
+    }
+
+    void key(int code, Qt::KeyboardModifiers modifiers, const QString& text)
+    {
+        QKeyEvent event(QEvent::KeyPress, code, modifiers, text);
+        QApplication::sendEvent(view->childAt(5, 5), &event);
+    }
+
+    QImage picture()
+    {
+        const auto path = (root() / "picture.png").string();
+        EXPECT_TRUE(desktop().savePicture(path));
+        return QImage(QString::fromStdString(path));
+    }
+
+    pid_t mail = 0;
+    pid_t browser = 0;
+    QWidget* view = nullptr;
+};
+
+TEST_F(ViewTest, AClickGoesToTheWindowThatIsInFrontThere)
+{
+    click({ 150, 300 });
+    EXPECT_EQ(world().frontmost(), mail);
+
+    click({ 550, 450 });
+    EXPECT_EQ(world().frontmost(), mail);
+
+    click({ 850, 650 });
+    EXPECT_EQ(world().frontmost(), browser);
+
+    click({ 1300, 800 });
+    EXPECT_EQ(world().frontmost(), world().processNamed(finderIdentifier)->pid());
+}
+
+TEST_F(ViewTest, TheLightsMinimiseAndClose)
+{
+    click({ 100 + 8 + 26, 100 + 14 });
+    EXPECT_TRUE(world().window(1)->isMinimised);
+
+    click({ 400 + 14, 300 + 14 });
+    EXPECT_FALSE(world().window(2));
+}
+
+TEST_F(ViewTest, AWindowIsDraggedByItsTitleBarButNotUnderTheMenuBar)
+{
+    mouse(QEvent::MouseButtonPress, { 650, 310 }, Qt::LeftButton);
+    mouse(QEvent::MouseMove, { 700, 350 }, Qt::LeftButton);
+    EXPECT_EQ(world().window(2)->bounds, (CGRect { 450, 340, 500, 400 }));
+
+    mouse(QEvent::MouseMove, { 700, 2 }, Qt::LeftButton);
+    EXPECT_EQ(world().window(2)->bounds.y, 24);
+
+    mouse(QEvent::MouseButtonRelease, { 700, 2 }, Qt::NoButton);
+    mouse(QEvent::MouseMove, { 700, 300 }, Qt::NoButton);
+    EXPECT_EQ(world().window(2)->bounds.y, 24);
+}
+
+TEST_F(ViewTest, KeysAreTypedIntoTheFocusedWindowAndChangeTheSpace)
+{
+    key(Qt::Key_A, Qt::NoModifier, "a");
+    key(Qt::Key_B, Qt::NoModifier, "b");
+    EXPECT_EQ(world().window(2)->typed, "ab");
+
+    key(Qt::Key_Right, Qt::ControlModifier, {});
+    EXPECT_EQ(world().activeSpace(), 2u);
+    key(Qt::Key_Right, Qt::ControlModifier, {});
+    EXPECT_EQ(world().activeSpace(), 2u);
+}
+
+TEST_F(ViewTest, OurPanelsKeepThePointerToThemselves)
+{
+    QWidget panel;
+    panel.setMouseTracking(true);
+    desktop().surfaces().adopt(panel, { .level = 101 }, { 0, 0, 1440, 40 });
+    desktop().surfaces().orderFront(panel);
+    int moves = 0;
+    desktop().pointer().onMove = [&](bool) { ++moves; };
+    desktop().pointer().watch(true);
+
+    mouse(QEvent::MouseMove, { 10, 880 }, Qt::NoButton);
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 20 }));
+    EXPECT_EQ(moves, 0);
+
+    click({ 10, 880 });
+    EXPECT_EQ(world().frontmost(), browser);
+
+    mouse(QEvent::MouseMove, { 10, 500 }, Qt::NoButton);
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 400 }));
+    EXPECT_EQ(moves, 1);
+    desktop().surfaces().release(panel);
+}
+
+TEST_F(ViewTest, PanelsLieOnTheirDisplayInTheOrderOfTheirLevels)
+{
+    QWidget low;
+    QWidget high;
+    auto& surfaces = desktop().surfaces();
+    surfaces.adopt(high, { .level = 102 }, { 0, 0, 100, 40 });
+    surfaces.adopt(low, { .level = 101 }, { 0, 0, 1440, 40 });
+    surfaces.orderFront(high);
+    surfaces.orderFront(low);
+
+    EXPECT_EQ(low.geometry().translated(low.parentWidget()->pos()), QRect(0, 860, 1440, 40));
+    EXPECT_EQ(view->childAt(10, 880), &high);
+    EXPECT_EQ(view->childAt(200, 880), &low);
+
+    surfaces.orderOut(high);
+    EXPECT_EQ(view->childAt(10, 880), &low);
+    surfaces.release(high);
+    surfaces.release(low);
+    EXPECT_EQ(low.parentWidget(), nullptr);
+}
+
+/// Nothing but a veil.
+class Veil : public QWidget {
+    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), QColor(0, 0, 0, 1)); }
+};
+
+TEST_F(ViewTest, ABackdropBlursWhatIsBehindAndNothingElse)
+{
+    Veil veil;
+    auto& surfaces = desktop().surfaces();
+    // Across the browser's upper edge: paper below, wallpaper above.
+    surfaces.adopt(veil, { .level = 101, .isOpaque = false, .hasShadow = false }, { 600, 550, 200, 100 });
+    surfaces.orderFront(veil);
+    const QImage sharp = picture();
+    surfaces.setBackdrop(veil, { 0, 0, 100, 100 });
+    const QImage soft = picture();
+
+    const auto contrast = [](const QImage& image, int x) {
+        return std::abs(image.pixelColor(x, 301).lightness() - image.pixelColor(x, 298).lightness());
+    };
+    EXPECT_LT(contrast(soft, 650), contrast(sharp, 650) / 2);
+    EXPECT_EQ(soft.pixelColor(750, 298), sharp.pixelColor(750, 298));
+    surfaces.release(veil);
+}
+
+TEST_F(ViewTest, DisplaysComeAndGoInTheView)
+{
+    QWidget panel;
+    auto& surfaces = desktop().surfaces();
+    Scenario::Display second;
+    second.frame = { 1440, 0, 800, 600 };
+    world().addScreen(second);
+    surfaces.adopt(panel, { .level = 101 }, { 1440, 0, 800, 40 });
+    surfaces.orderFront(panel);
+
+    EXPECT_EQ(picture().size(), QSize(2240, 900));
+    EXPECT_EQ(view->childAt(1450, 890), &panel);
+
+    world().removeScreen(1);
+    EXPECT_EQ(picture().size(), QSize(1440, 900));
+    EXPECT_FALSE(panel.isHidden());
+    surfaces.release(panel);
+}
+
+TEST_F(ViewTest, ClosingTheViewEndsTheDesktop)
+{
+    std::string reason;
+    desktop().onLost = [&](const std::string& why) { reason = why; };
+
+    view->close();
+
+    EXPECT_EQ(reason, "the desktop's window was closed");
+}
+
+}

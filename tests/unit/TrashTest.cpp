@@ -1,0 +1,34 @@
+#include "ModelTest.h"
+
+#include "controls/Trash.h"
+#include "foundation/NSFileManager.h"
+
+#include <fstream>
+
+namespace {
+
+class TrashTest : public ModelTest {
+protected:
+    static std::filesystem::path folder() { return NSHomeDirectory() + "/.Trash"; }
+    static void throwAway(const std::string& name) { std::ofstream(folder() / name) << name; }
+};
+
+}
+
+TEST_F(TrashTest, HoldsWhatCanBeSeen)
+{
+    EXPECT_TRUE(Trash::isEmpty());
+    throwAway(".settings");
+    EXPECT_TRUE(Trash::isEmpty());
+    throwAway("letter.txt");
+    EXPECT_FALSE(Trash::isEmpty());
+    std::filesystem::remove_all(folder());
+    EXPECT_TRUE(Trash::isEmpty());
+}
+
+TEST_F(TrashTest, OpensItsFolder)
+{
+    Trash::open();
+    EXPECT_EQ(std::get<std::string>(*calls().named("openURL").at(0).value), "file://" + folder().string());
+    EXPECT_EQ(log_, Texts { "trash: opening" });
+}

@@ -1,0 +1,103 @@
+#include "base/Value.h"
+#include "base/CGGeometry.h"
+#include "base/PropertyList.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(ValueTest, AccessOfTheWrongTypeGivesNothing)
+{
+    const Value text("7");
+    EXPECT_FALSE(text.integer());
+    EXPECT_FALSE(text.boolean());
+    EXPECT_FALSE(text.number());
+    EXPECT_FALSE(text.array());
+    EXPECT_FALSE(text.find("key"));
+
+    const Value flag(true);
+    EXPECT_FALSE(flag.integer());
+    EXPECT_FALSE(flag.string());
+
+    const Value real(2.5);
+    EXPECT_FALSE(real.integer());
+    EXPECT_EQ(real.number(), 2.5);
+    EXPECT_EQ(Value(3.0).integer(), 3);
+}
+
+TEST(ValueTest, AnIntegerIsGivenOnlyWhereItFits)
+{
+    const Value large(std::int64_t { 0x1'0000'0000 });
+    EXPECT_FALSE(large.integer<std::int32_t>());
+    EXPECT_FALSE(large.integer<std::uint32_t>());
+    EXPECT_EQ(large.integer<std::uint64_t>(), 0x1'0000'0000u);
+    EXPECT_FALSE(Value(-1).integer<std::uint32_t>());
+}
+
+TEST(ValueTest, OfTwoEntriesWithOneKeyTheLastStays)
+{
+    const Value value(Value::Dictionary { { "b", 1 }, { "a", 2 }, { "b", 3 } });
+    EXPECT_EQ(value.dictionary()->size(), 2u);
+    EXPECT_EQ(value.find("b")->integer(), 3);
+    EXPECT_FALSE(value.find("c"));
+}
+
+TEST(ValueTest, ARectangleMissingAPartIsNone)
+{
+    const CGRect rect { -3.5, 2, 200, 150 };
+    EXPECT_EQ(CGRectMakeWithDictionaryRepresentation(CGRectCreateDictionaryRepresentation(rect)), rect);
+    EXPECT_FALSE(CGRectMakeWithDictionaryRepresentation(Value::Dictionary { { "X", 1 }, { "Y", 2 }, { "Width", 3 } }));
+    EXPECT_FALSE(CGRectMakeWithDictionaryRepresentation("0,0,1,1"));
+}
+
+TEST(PropertyListTest, EveryKindOfValueComesBackFromItsXML)
+{
+    const Value value(Value::Dictionary {
+        { "true", true },
+        { "false", false },
+        { "negative", -42 },
+        { "large", std::int64_t { 1 } << 60 },
+        { "whole double", 2.0 },
+        { "double", 0.82 },
+        { "text", "„Übergröße“ <&> \n ⌥⌘D" },
+        { "empty", "" },
+        { "data", Value::Data { std::byte { 0 }, std::byte { 255 } } },
+        { "date", Value::Date { 1'700'000'000 } },
+        { "array", Value::Array { 1, "two", Value::Array {} } },
+        { "dictionary", Value::Dictionary { { "deep", Value::Dictionary {} } } },
+    });
+    EXPECT_EQ(PropertyList::parse(PropertyList::xml(value)), value) << PropertyList::xml(value);
+}
+
+TEST(PropertyListTest, WhatIsNoPropertyListGivesNothing)
+{
+    const std::string sound = PropertyList::xml(Value::Dictionary { { "key", "value" } });
+    for (const std::string& bytes : { std::string(), std::string("{"), std::string("bplist00"), std::string(64, '\0'),
+             sound.substr(0, sound.size() / 2) })
+        EXPECT_FALSE(PropertyList::parse(bytes)) << bytes;
+}
+
+struct RectCase {
+    const char* what;
+    CGRect a;
+    CGRect b;
+    bool isNull;
+    double area;
+};
+
+TEST(GeometryTest, Intersections)
+{
+    const RectCase cases[] = {
+        { "overlapping", { 0, 0, 10, 10 }, { 5, 5, 10, 10 }, false, 25 },
+        { "touching at an edge", { 0, 0, 10, 10 }, { 10, 0, 10, 10 }, false, 0 },
+        { "apart", { 0, 0, 10, 10 }, { 11, 0, 10, 10 }, true, 0 },
+        { "one inside the other", { -5, -5, 20, 20 }, { 0, 0, 2, 3 }, false, 6 },
+    };
+    for (const RectCase& c : cases) {
+        const CGRect common = CGRectIntersection(c.a, c.b);
+        EXPECT_EQ(CGRectIsNull(common), c.isNull) << c.what;
+        EXPECT_EQ(common.width * common.height, c.area) << c.what;
+    }
+}
+
+}

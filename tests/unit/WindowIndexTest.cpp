@@ -1,0 +1,162 @@
+#include "ModelTest.h"
+
+#include "base/CGGeometry.h"
+#include "windowserver/CGWindow.h"
+
+namespace {
+
+class WindowIndexTest : public ModelTest {
+protected:
+    std::size_t countOf(pid_t pid)
+    {
+        WindowIndex::invalidate();
+        const auto map = WindowIndex::byPID();
+        const auto place = map->find(pid);
+        return place == map->end() ? 0 : place->second.size();
+    }
+};
+
+}
+
+TEST_F(WindowIndexTest, CountsOrdinaryWindowsOfAUsableSize)
+{
+    const struct {
+        const char* what;
+        CGRect bounds;
+        int layer;
+        std::vector<std::uint64_t> spaces;
+        bool isMinimised;
+        host::ActivationPolicy policy;
+        bool counts;
+    } cases[] {
+        { "as small as may be", { 0, 0, 200, 150 }, 0, { 1 }, false, host::ActivationPolicy::regular, true },
+        { "too narrow", { 0, 0, 199.5, 400 }, 0, { 1 }, false, host::ActivationPolicy::regular, false },
+        { "too low", { 0, 0, 400, 149.5 }, 0, { 1 }, false, host::ActivationPolicy::regular, false },
+        { "a palette", { 0, 0, 900, 900 }, 3, { 1 }, false, host::ActivationPolicy::regular, false },
+        { "on no space", { 0, 0, 900, 900 }, 0, {}, false, host::ActivationPolicy::regular, false },
+        { "on another space", { 0, 0, 900, 900 }, 0, { 2 }, false, host::ActivationPolicy::regular, true },
+        { "minimised", { 0, 0, 900, 900 }, 0, { 1 }, true, host::ActivationPolicy::regular, true },
+        { "of an agent", { 0, 0, 900, 900 }, 0, { 1 }, false, host::ActivationPolicy::accessory, false },
+    };
+    for (const auto& test : cases) {
+        const pid_t pid = run("Editor", test.policy);
+        const auto window = openWindow(pid, test.bounds);
+        world().setLayer(window, test.layer);
+        world().setSpaces(window, test.spaces);
+        world().setMinimised(window, test.isMinimised);
+        EXPECT_EQ(countOf(pid), test.counts ? 1u : 0u) << test.what;
+    }
+}
+
+TEST_F(WindowIndexTest, MalformedEntriesAreSkippedAndAForeignElementSpoilsTheList)
+{
+    const pid_t pid = run("Editor");
+    openWindow(pid);
+    const Value bounds = CGRectCreateDictionaryRepresentation({ 0, 0, 800, 600 });
+    const Value::Dictionary sound { { kCGWindowNumber, 900 }, { kCGWindowOwnerPID, pid }, { kCGWindowLayer, 0 },
+        { kCGWindowBounds, bounds } };
+    for (const auto& [key, value] : sound) {
+        auto wrong = sound;
+        wrong.set(key, "text");
+        auto lacking = sound;
+        lacking.erase(key);
+        world().faults().windowListEntries = { wrong, lacking };
+        EXPECT_EQ(countOf(pid), 1u) << key;
+    }
+    world().faults().windowListEntries = { "no dictionary" };
+    EXPECT_EQ(countOf(pid), 0u);
+}
+
+TEST_F(WindowIndexTest, OneReadingServesForFourTenthsOfASecond)
+{
+    const pid_t pid = run("Editor");
+    openWindow(pid);
+    const auto first = WindowIndex::byPID();
+    openWindow(pid);
+    advance(0.39);
+    EXPECT_EQ(WindowIndex::byPID(), first);
+    EXPECT_EQ(count("windowList"), 1u);
+    advance(0.02);
+    EXPECT_EQ(WindowIndex::byPID()->at(pid).size(), 2u);
+
+    WindowIndex::invalidate();
+    WindowIndex::byPID();
+    EXPECT_EQ(count("windowList"), 3u);
+    EXPECT_EQ(first->at(pid).size(), 1u) << "a reading that is held doesn't change";
+}
+
+TEST_F(WindowIndexTest, AnEmptyReadingIsKeptLikeAnyOther)
+{
+    world().faults().windowListMissing = true;
+    EXPECT_TRUE(WindowIndex::all().empty());
+    WindowIndex::byPID();
+    EXPECT_EQ(count("windowList"), 1u);
+}
+
+TEST_F(WindowIndexTest, TitlesNeedAWindowAndTheRight)
+{
+    EXPECT_FALSE(WindowIndex::titlesAvailable());
+    const pid_t pid = run("Editor");
+    openWindow(pid, { 0, 0, 800, 600 }, "Letter");
+    const auto back = WindowIndex::all().size();
+    WindowIndex::invalidate();
+    EXPECT_TRUE(WindowIndex::titlesAvailable());
+    EXPECT_EQ(WindowIndex::all().size(), back + 1);
+    EXPECT_EQ(WindowIndex::all().front().title, "Letter");
+    world().setScreenCapturePermitted(false);
+    WindowIndex::invalidate();
+    EXPECT_FALSE(WindowIndex::titlesAvailable());
+}
+
+TEST_F(WindowIndexTest, WhereTheRightIsRefusedTheSystemsSettingsOpen)
+{
+    WindowIndex::requestScreenRecording();
+    EXPECT_EQ(count("openURL"), 0u);
+    world().setScreenCapturePermitted(false);
+    WindowIndex::requestScreenRecording();
+    const auto opened = calls().named("openURL");
+    ASSERT_EQ(opened.size(), 1u);
+    EXPECT_EQ(std::get<std::string>(*opened[0].value),
+        "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
+    EXPECT_EQ(log_, (Texts { "screen recording requested -> true", "screen recording requested -> false" }));
+}
+
+TEST_F(WindowIndexTest, TheFocusedWindowIsThatOfTheFrontmostApplication)
+{
+    const pid_t editor = run("Editor");
+    const auto window = openWindow(editor);
+    openWindow(run("Mail"));
+    world().activate(editor);
+    EXPECT_EQ(WindowIndex::focusedWindowID(), window);
+    world().processFaults(editor).hangs = true;
+    EXPECT_FALSE(WindowIndex::focusedWindowID());
+    EXPECT_EQ(calls().named("AXFocusedWindow", editor).back().heldUp, 0.4);
+}
+
+TEST_F(WindowIndexTest, RaisingTriesOnceAndSaysHowItWent)
+{
+    const pid_t pid = run("Editor");
+    const auto window = openWindow(pid);
+    openWindow(pid);
+    world().setMinimised(window, true);
+    WindowIndex::raise(window, pid);
+    EXPECT_EQ(count("AXWindows"), 0u) << "it is queued";
+    advance(0);
+    EXPECT_EQ(world().frontmost(), pid);
+    EXPECT_EQ(world().focusedWindow(pid)->number, window);
+    EXPECT_FALSE(world().window(window)->isMinimised);
+
+    world().close(window);
+    WindowIndex::raise(window, pid);
+    advance(5);
+    world().processFaults(pid).fails = { { "AXWindows", -1 } };
+    WindowIndex::raise(window, pid);
+    advance(5);
+    const std::string number = std::to_string(window);
+    const std::string process = std::to_string(pid);
+    EXPECT_EQ(log_,
+        (Texts { "raise: raised window " + number + " of pid " + process,
+            "raise: window " + number + " not in pid " + process + "'s AX list of 1",
+            "raise: no AX window list for pid " + process }));
+    EXPECT_EQ(count("AXWindows"), 3u);
+}
