@@ -23,6 +23,9 @@ WINDOW_MANAGER = os.environ.get("VANTRY_WM", "openbox")
 
 DOMAIN = "com.merrowen.vantry"
 
+# The sessions that run now; what they saw is told when a wait is in vain.
+running = []
+
 
 def eventually(condition, what, timeout=10.0):
     """Waits until the condition gives something true, and returns that."""
@@ -35,7 +38,7 @@ def eventually(condition, what, timeout=10.0):
         if result:
             return result
         if time.monotonic() > end:
-            raise AssertionError(f"not within {timeout} s: {what}")
+            raise AssertionError("\n".join([f"not within {timeout} s: {what}"] + [session.report() for session in running]))
         time.sleep(0.01)
 
 
@@ -76,6 +79,7 @@ class Session:
         self.window_manager_name = window_manager
         self.size = size
         self.processes = []
+        self.log_file = None
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="vantry-e2e-")
@@ -90,6 +94,7 @@ class Session:
             os.makedirs(path, mode=0o700, exist_ok=True)
             self.environment[variable] = path
         self.environment["LC_ALL"] = "C.UTF-8"
+        running.append(self)
         try:
             self._start_server()
             self._start_bus()
@@ -101,6 +106,7 @@ class Session:
         return self
 
     def __exit__(self, *unused):
+        running.remove(self)
         for process in reversed(self.processes):
             if process.poll() is None:
                 process.terminate()
@@ -173,7 +179,21 @@ class Session:
             self.processes.remove(process)
         return self.start_bar()
 
+    def report(self):
+        """What stands on the screen and in the program's log, for whoever reads a failure."""
+        try:
+            ended = [process.args[0] for process in self.processes if process.poll() is not None]
+            lines = [f"ended: {ended}", f"active: {self.active():#x}"]
+            for window in self.clients():
+                lines.append(" ".join(map(str, (hex(window.id), self.class_of(window), self.property(window, "WM_NAME"),
+                                                self.property(window, "WM_STATE")))))
+        except (error.XError, error.ConnectionClosedError) as fault:
+            lines = [f"the screen can't be seen: {fault}"]
+        return "\n".join(lines + self.log().splitlines()[-40:])
+
     def log(self):
+        if not self.log_file:
+            return ""
         with open(self.log_file, encoding="utf-8", errors="replace") as file:
             return file.read()
 

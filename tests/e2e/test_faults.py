@@ -71,16 +71,27 @@ class RunFaultTest(unittest.TestCase):
             self.assertIsNone(program.poll())
 
     def test_windows_that_come_and_go_in_a_storm_do_no_harm(self):
+        from Xlib import X
         with Session() as session:
             program = session.start_bar()
-            for _ in range(5):
-                storm = [subprocess.Popen(["xterm", "-e", "true"], env=session.environment) for _ in range(6)]
-                for terminal in storm:
-                    terminal.wait(20)
-            last = session.xterm("the last")
-            eventually(lambda: [name for name in session.names() if name == "XTerm"] == ["XTerm"], "just the last is left")
+            root, depth = session.root, session.display.screen().root_depth
+            # All of one client: a window manager mistakes a number that another client had for the window before.
+            last = []
+            for _ in range(10):
+                storm = [root.create_window(50, 50, 500, 300, 0, depth, X.InputOutput, X.CopyFromParent) for _ in range(6)]
+                for window in storm:
+                    window.set_wm_class("storm", "Storm")
+                    window.map()
+                session.display.sync()
+                for window in last + storm[:3]:
+                    window.destroy()
+                last = storm[3:]
+            for window in last:
+                window.destroy()
+            session.display.sync()
+            session.xterm("the last")
+            eventually(lambda: session.names() == ["XTerm"], "just the last is left")
             self.assertIsNone(program.poll())
-            self.assertTrue(last)
 
     def test_odd_windows_do_no_harm(self):
         from Xlib import X, Xatom
