@@ -10,6 +10,8 @@
 #include "x11/WindowElements.h"
 #include "x11/WindowList.h"
 
+#include <QEvent>
+#include <QGuiApplication>
 #include <QSocketNotifier>
 
 #include <mutex>
@@ -53,6 +55,31 @@ private:
     RunLoop::Handle handle_ = 0;
 };
 
+/// Input comes over the toolkit's connection and may overtake what came before it on ours. So that a click acts on what
+/// the user saw, ours is read first.
+class BeforeInput final : public QObject {
+public:
+    explicit BeforeInput(std::function<void()> catchUp)
+        : catchUp_(std::move(catchUp))
+    {
+        qGuiApp->installEventFilter(this);
+    }
+
+private:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        const auto type = event->type();
+        const bool isInput
+            = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::KeyPress;
+        // A widget gets it after its window.
+        if (isInput && watched->isWindowType())
+            catchUp_();
+        return false;
+    }
+
+    std::function<void()> catchUp_;
+};
+
 class X11Desktop final : public host::Desktop {
 public:
     explicit X11Desktop(std::unique_ptr<Connection> connection)
@@ -85,6 +112,7 @@ private:
     {
         notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(*connection_), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { drain(); });
+        beforeInput_ = std::make_unique<BeforeInput>([this] { drain(); });
         drain();
     }
 
@@ -199,6 +227,7 @@ private:
     /// Whether a process was asked for something since they were last looked at.
     bool areProcessesStale_ = false;
     std::unique_ptr<QSocketNotifier> notifier_;
+    std::unique_ptr<BeforeInput> beforeInput_;
     Pending start_;
     Pending badgeStart_;
     Pending soon_;
