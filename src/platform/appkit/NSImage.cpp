@@ -55,6 +55,8 @@ NSImage NSImage::imageWithSymbolConfiguration(const NSImageSymbolConfiguration& 
 
 CGSize NSImage::size() const
 {
+    if (size_)
+        return *size_;
     if (drawing_)
         return drawing_->size;
     // The glyphs are drawn in a square box a quarter larger than the point size, as the text they stand beside.

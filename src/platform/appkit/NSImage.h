@@ -38,8 +38,9 @@ public:
 
     NSImage imageWithSymbolConfiguration(const NSImageSymbolConfiguration& configuration) const;
 
-    /// Points. An icon is drawn at any size equally well and says 32 by 32.
+    /// Points. An icon is drawn at any size equally well and says 32 by 32 until it is told another.
     CGSize size() const;
+    void setSize(CGSize size) { size_ = size; }
 
     /// Draws the whole picture into `rect` of the current context, over what is there.
     void drawInRect(const CGRect& rect) const { drawInRect(rect, 1.0); }
@@ -67,4 +68,5 @@ private:
     std::shared_ptr<const IconSource> icon_;
     std::optional<Symbol> symbol_;
     std::optional<Drawing> drawing_;
+    std::optional<CGSize> size_;
 };

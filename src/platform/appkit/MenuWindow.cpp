@@ -1,0 +1,200 @@
+#include "appkit/MenuWindow.h"
+
+#include "appkit/Fonts.h"
+#include "appkit/ImageCache.h"
+#include "appkit/NSFont.h"
+#include "appkit/NSMenu.h"
+#include "appkit/NSView.h"
+#include "base/RunLoop.h"
+
+#include <QFontMetrics>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+#include <QPointer>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace {
+
+constexpr double fontSize = 13;
+/// No entry is wider than this, in pixels.
+constexpr int greatestTextWidth = 420;
+/// More of a title than this is never seen, in characters.
+constexpr int greatestTextLength = 400;
+
+/// Dark whatever the user's theme, as the bars are.
+constexpr const char* style = R"(
+QMenu { background: #26282e; color: #f2f3f5; border: 1px solid #4a4d55; padding: 5px; menu-scrollable: 1; }
+QMenu::item { padding: 5px 26px 5px 12px; border-radius: 5px; background: transparent; }
+QMenu::item:selected { background: #3d6fd9; color: #ffffff; }
+QMenu::item:disabled { color: #8d9099; }
+QMenu::item:disabled:selected { background: transparent; }
+QMenu::separator { height: 1px; background: #43464e; margin: 5px 8px; }
+QMenu::scroller { background: #26282e; height: 16px; }
+)";
+
+/// Draws an image when it is first seen: of a long menu hardly any is.
+class ImageEngine final : public QIconEngine {
+public:
+    explicit ImageEngine(NSImage image)
+        : image_(std::move(image))
+    {
+    }
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override
+    {
+        painter->drawPixmap(rect, ImageCache::pixmap(image_, rect.size() * painter->device()->devicePixelRatio()));
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override { return ImageCache::pixmap(image_, size); }
+    QIconEngine* clone() const override { return new ImageEngine(image_); }
+
+private:
+    NSImage image_;
+};
+
+/// One line of text, as the toolkit's menus take it.
+QString label(const NSMenuItem& item, const QFontMetrics& metrics)
+{
+    QString text = QString::fromStdString(item.title()).left(greatestTextLength);
+    std::replace_if(
+        text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
+    text = metrics.elidedText(text, Qt::ElideMiddle, greatestTextWidth);
+    text.replace(QStringLiteral("&"), QStringLiteral("&&"));
+    if (!item.keyEquivalent().empty())
+        text += QStringLiteral("\tSuper+") + QString::fromStdString(item.keyEquivalent()).toUpper();
+    return text;
+}
+
+class MenuWidget final : public QMenu {
+public:
+    MenuWidget(std::shared_ptr<const NSMenu> menu, QWidget* parent)
+        : QMenu(parent)
+        , menu_(std::move(menu))
+    {
+        // A press that closes the menu does nothing else.
+        setAttribute(Qt::WA_NoMouseReplay);
+        setFont(toolkitFont(NSFont::systemFont(fontSize)));
+        const QFontMetrics metrics(font());
+        for (const NSMenuItem& item : menu_->itemArray())
+            add(item, metrics);
+    }
+
+    const std::shared_ptr<const NSMenu>& menu() const { return menu_; }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void add(const NSMenuItem& item, const QFontMetrics& metrics);
+
+    std::shared_ptr<const NSMenu> menu_;
+};
+
+void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
+{
+    if (item.isSeparatorItem()) {
+        addSeparator();
+        return;
+    }
+    QAction* action = addAction(label(item, metrics));
+    action->setEnabled(item.isEnabled());
+    if (item.state()) {
+        action->setCheckable(true);
+        action->setChecked(true);
+    }
+    if (item.image())
+        action->setIcon(QIcon(new ImageEngine(*item.image())));
+    if (item.submenu())
+        action->setMenu(new MenuWidget(item.submenu(), this));
+    // Once the menu has closed: what is done may need the keyboard, or take the menu's bar away.
+    connect(action, &QAction::triggered,
+        [menu = menu_, &item] { RunLoop::main().perform([menu, &item] { item.perform(); }); });
+}
+
+/// Key equivalents work while the menu is open.
+void MenuWidget::keyPressEvent(QKeyEvent* event)
+{
+    const auto& items = menu_->itemArray();
+    const std::string typed = event->text().toLower().toStdString();
+    const auto chosen = std::find_if(items.begin(), items.end(),
+        [&](const NSMenuItem& item) { return !typed.empty() && item.keyEquivalent() == typed; });
+    if (!event->modifiers().testFlag(Qt::MetaModifier) || chosen == items.end()) {
+        QMenu::keyPressEvent(event);
+        return;
+    }
+    QAction* action = actions().at(chosen - items.begin());
+    close();
+    action->trigger();
+}
+
+QPointer<MenuWidget>& openMenu()
+{
+    static QPointer<MenuWidget> menu;
+    return menu;
+}
+
+/// Closes the menu when the window it belongs to goes.
+class WindowWatch final : public QObject {
+public:
+    explicit WindowWatch(QMenu& menu)
+        : QObject(&menu)
+        , menu_(menu)
+    {
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Hide)
+            menu_.close();
+        return false;
+    }
+
+private:
+    QMenu& menu_;
+};
+
+/// To the right of the point and below it; to its left or above it where the screen ends sooner.
+QPoint corner(QPoint point, QSize size, const QRect& room)
+{
+    const auto fitted = [](int at, int length, int first, int end) {
+        const int before = at + length <= end ? at : at - length;
+        return std::clamp(before, first, std::max(first, end - length));
+    };
+    return { std::clamp(point.x(), room.left(), std::max(room.left(), room.right() + 1 - size.width())),
+        fitted(point.y(), size.height(), room.top(), room.bottom() + 1) };
+}
+
+}
+
+void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& view, CGPoint point)
+{
+    close();
+    QWidget* window = view.widget()->window();
+    auto* widget = new MenuWidget(menu, view.widget());
+    widget->setStyleSheet(style);
+    openMenu() = widget;
+    QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
+    window->installEventFilter(new WindowWatch(*widget));
+
+    const CGPoint inView = view.convertFromWindow(point);
+    const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;
+    const QPoint anchor = view.widget()->mapToGlobal(QPointF(inView.x, down)).toPoint();
+    const QScreen* screen = QGuiApplication::screenAt(anchor);
+    const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->geometry();
+    widget->popup(corner(anchor, widget->sizeHint(), room));
+}
+
+void MenuWindow::close()
+{
+    if (openMenu())
+        openMenu()->close();
+}
+
+std::shared_ptr<const NSMenu> MenuWindow::current()
+{
+    return openMenu() && openMenu()->isVisible() ? openMenu()->menu() : nullptr;
+}
