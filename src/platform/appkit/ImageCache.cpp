@@ -78,6 +78,14 @@ QImage render(const std::vector<IconSource::Pixels>& sizes, QSize size)
     return fitted(QImage(bytes, best->width, best->height, QImage::Format_ARGB32), size);
 }
 
+QImage render(const IconSource::Deferred& deferred, QSize size)
+{
+    const auto found = deferred.find();
+    if (!found || std::holds_alternative<IconSource::Deferred>(found->content))
+        return {};
+    return std::visit([&](const auto& content) { return render(content, size); }, found->content);
+}
+
 template <class Key>
 class Cache {
 public:

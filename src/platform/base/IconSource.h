@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -23,6 +25,12 @@ struct IconSource {
         std::string text;
     };
 
+    /// A picture that is looked for when it is first painted. Main thread.
+    struct Deferred {
+        /// Null when there is none. Never gives another deferred one.
+        std::function<std::shared_ptr<const IconSource>()> find;
+    };
+
     /// For pixels: the same picture in several sizes, at least one.
-    std::variant<File, Svg, std::vector<Pixels>> content;
+    std::variant<File, Svg, std::vector<Pixels>, Deferred> content;
 };

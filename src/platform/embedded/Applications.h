@@ -23,6 +23,9 @@ public:
     std::optional<std::string> displayName(const std::string& path) override;
     std::shared_ptr<const IconSource> icon(const std::string& path) override;
 
+    /// Bundles are folders in the session's files.
+    std::optional<std::vector<std::string>> bundles(const std::string&) override { return std::nullopt; }
+
     bool open(const std::string& path) override;
     /// Finder opens a window for a file or folder; a link is only recorded.
     bool openURL(const std::string& url) override;

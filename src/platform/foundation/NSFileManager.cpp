@@ -15,6 +15,8 @@ NSFileManager& NSFileManager::defaultManager()
 std::optional<std::vector<std::string>> NSFileManager::contentsOfDirectory(
     const std::string& path, bool skipsHiddenFiles)
 {
+    if (auto bundles = host::Desktop::current().applications().bundles(path))
+        return bundles;
     std::error_code error;
     std::vector<std::string> names;
     const std::string folder = host::Desktop::current().session().locate(path);

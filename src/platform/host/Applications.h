@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 struct IconSource;
 
@@ -21,6 +22,9 @@ public:
     virtual std::optional<std::string> displayName(const std::string& path) = 0;
     /// The icon of the file, or the desktop's general one; null only when the desktop has neither.
     virtual std::shared_ptr<const IconSource> icon(const std::string& path) = 0;
+    /// The file names ("Mail.app") of the bundles in a folder that holds the desktop's applications without there being
+    /// files: those that menus show, each once, in no order. Absent when the folder is one of the file system.
+    virtual std::optional<std::vector<std::string>> bundles(const std::string& folder) = 0;
 
     /// Launches the application, or has the running one reopen, and brings it to the front. False when it can't be.
     virtual bool open(const std::string& path) = 0;

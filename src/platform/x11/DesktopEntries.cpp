@@ -8,10 +8,15 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cctype>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
+#include <sstream>
 #include <unordered_set>
+#include <utility>
 
 namespace x11 {
 namespace {
@@ -40,10 +45,36 @@ std::vector<std::string> languages()
     return result;
 }
 
-/// The entries below a folder of data, by their ids; of two files with one id the caller keeps the earlier.
-void readFolder(const std::string& folder, std::map<std::string, DesktopEntry>& entries)
+std::vector<std::string> desktopNames()
 {
-    static const auto userLanguages = languages();
+    const char* variable = std::getenv("XDG_CURRENT_DESKTOP");
+    std::istringstream list(variable ? variable : "");
+    std::vector<std::string> result;
+    for (std::string name; std::getline(list, name, ':');)
+        result.push_back(name);
+    return result;
+}
+
+bool isInstalled(const DesktopEntry& entry)
+{
+    if (entry.tryExecutable.empty())
+        return true;
+    const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(entry.tryExecutable.c_str()), g_free);
+    return path != nullptr;
+}
+
+/// What a file may be called for this name.
+std::string fileName(std::string name)
+{
+    std::ranges::replace_if(
+        name, [](unsigned char c) { return std::iscntrl(c); }, ' ');
+    std::ranges::replace(name, '/', '-');
+    return name;
+}
+
+/// The entries below a folder of data, by their ids; of two files with one id the caller keeps the earlier.
+void readFolder(const std::string& folder, const EntryReader& reader, std::map<std::string, DesktopEntry>& entries)
+{
     std::error_code error;
     for (auto each = fs::recursive_directory_iterator(folder, error); !error && each != fs::end(each);
          each.increment(error)) {
@@ -54,9 +85,10 @@ void readFolder(const std::string& folder, std::map<std::string, DesktopEntry>& 
         std::ranges::replace(id, '/', '-');
         if (entries.contains(id))
             continue;
-        auto entry = parseDesktopEntry(contentsOf(each->path().string()), userLanguages);
+        auto entry = parseDesktopEntry(contentsOf(each->path().string()), reader);
         if (!entry)
             entry.emplace();
+        entry->isHidden |= !isInstalled(*entry);
         entry->id = id;
         entry->file = each->path().string();
         entries.emplace(std::move(id), *std::move(entry));
@@ -76,8 +108,7 @@ std::vector<DesktopEntries::Handle> withPaths(const std::map<std::string, Deskto
     std::vector<DesktopEntries::Handle> result;
     std::unordered_set<std::string> used;
     for (const DesktopEntry* entry : order) {
-        std::string name = entry->name;
-        std::ranges::replace(name, '/', '-');
+        std::string name = fileName(entry->name);
         if (!used.insert(name).second) {
             name += " (" + entry->id + ')';
             used.insert(name);
@@ -102,19 +133,41 @@ bool DesktopEntries::readIfChanged()
         return false;
 
     std::map<std::string, DesktopEntry> entries;
+    const EntryReader reader { languages(), desktopNames() };
     for (const Folder& folder : folders)
-        readFolder(folder.path, entries);
+        readFolder(folder.path, reader, entries);
+    byPath_.clear();
+    byId_.clear();
     entries_ = withPaths(entries);
+    for (const Handle& each : entries_) {
+        byPath_.emplace(each->bundlePath, each);
+        byId_.emplace(each->entry.id, each);
+    }
     folders_ = std::move(folders);
     return true;
 }
 
-template <class Test>
-DesktopEntries::Handle DesktopEntries::find(Test test)
+std::vector<DesktopEntries::Handle> DesktopEntries::visible()
+{
+    readIfChanged();
+    std::vector<Handle> result;
+    // A program can bring several entries: one for each of its old identifiers, or a copy that a user made.
+    std::set<std::pair<std::string_view, std::string_view>> known;
+    for (const Handle& each : entries_) {
+        const DesktopEntry& entry = each->entry;
+        if (entry.isHidden)
+            continue;
+        if (entry.commandLine.empty() || known.emplace(entry.name, entry.commandLine).second)
+            result.push_back(each);
+    }
+    return result;
+}
+
+DesktopEntries::Handle DesktopEntries::find(const Index& index, std::string_view key)
 {
     const auto search = [&]() -> Handle {
-        const auto found = std::ranges::find_if(entries_, [&](const Handle& each) { return test(*each); });
-        return found == entries_.end() ? nullptr : *found;
+        const auto found = index.find(key);
+        return found == index.end() ? nullptr : found->second;
     };
     const Handle known = search();
     if (known || !readIfChanged())
@@ -124,12 +177,12 @@ DesktopEntries::Handle DesktopEntries::find(Test test)
 
 DesktopEntries::Handle DesktopEntries::withPath(std::string_view bundlePath)
 {
-    return find([&](const Installed& each) { return each.bundlePath == bundlePath; });
+    return find(byPath_, bundlePath);
 }
 
 DesktopEntries::Handle DesktopEntries::withId(std::string_view id)
 {
-    return find([&](const Installed& each) { return each.entry.id == id; });
+    return find(byId_, id);
 }
 
 DesktopEntries::Handle DesktopEntries::ofWindow(

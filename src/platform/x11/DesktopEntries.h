@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace x11 {
@@ -23,6 +24,9 @@ public:
     };
     using Handle = std::shared_ptr<const Installed>;
 
+    /// Those that menus show, each program once, as the folders are now.
+    std::vector<Handle> visible();
+
     /// Null when there is none.
     Handle withPath(std::string_view bundlePath);
     Handle withId(std::string_view id);
@@ -37,13 +41,17 @@ private:
         bool operator==(const Folder&) const = default;
     };
 
-    template <class Test>
-    Handle find(Test test);
+    using Index = std::unordered_map<std::string_view, Handle>;
+
+    Handle find(const Index& index, std::string_view key);
     Handle search(const std::string& className, const std::string& instanceName, pid_t pid) const;
     bool readIfChanged();
 
     std::vector<Folder> folders_;
     std::vector<Handle> entries_;
+    /// The keys are the entries' own texts.
+    Index byPath_;
+    Index byId_;
 };
 
 }

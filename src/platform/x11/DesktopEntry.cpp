@@ -101,9 +101,33 @@ std::string_view localName(const Fields& fields, const std::vector<std::string>&
     return plain == fields.end() ? std::string_view() : plain->second;
 }
 
+bool isInList(std::string_view list, std::string_view wanted)
+{
+    while (!list.empty()) {
+        const auto end = std::min(list.find(';'), list.size());
+        if (trimmed(list.substr(0, end)) == wanted)
+            return true;
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return false;
 }
 
-std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const std::vector<std::string>& languages)
+/// The first of the desktop's names that either list holds decides.
+bool isForDesktop(
+    std::optional<std::string_view> only, std::string_view never, const std::vector<std::string>& desktops)
+{
+    for (const std::string& desktop : desktops) {
+        if (only && isInList(*only, desktop))
+            return true;
+        if (isInList(never, desktop))
+            return false;
+    }
+    return !only;
+}
+
+}
+
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const EntryReader& reader)
 {
     const Fields fields = mainGroup(text);
     const auto field = [&](std::string_view key) {
@@ -114,12 +138,16 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const std::
         return std::nullopt;
 
     DesktopEntry entry;
-    entry.name = unescaped(localName(fields, languages));
+    entry.name = unescaped(localName(fields, reader.languages));
     entry.icon = unescaped(field("Icon"));
     entry.startupWmClass = unescaped(field("StartupWMClass"));
-    entry.executable = executableOf(unescaped(field("Exec")));
+    entry.commandLine = unescaped(field("Exec"));
+    entry.executable = executableOf(entry.commandLine);
+    entry.tryExecutable = unescaped(field("TryExec"));
     entry.runsInTerminal = field("Terminal") == "true";
-    entry.isHidden = field("NoDisplay") == "true";
+    const auto only
+        = fields.contains("OnlyShowIn") ? std::optional(field("OnlyShowIn")) : std::optional<std::string_view>();
+    entry.isHidden = field("NoDisplay") == "true" || !isForDesktop(only, field("NotShowIn"), reader.desktops);
     if (entry.name.empty())
         return std::nullopt;
     return entry;

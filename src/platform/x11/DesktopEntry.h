@@ -20,12 +20,22 @@ struct DesktopEntry {
     /// The file name of the program that it runs.
     std::string executable;
     bool runsInTerminal = false;
-    /// Whether menus are to leave it out.
+    std::string commandLine;
+    /// The program whose presence says that the application is installed; empty when nothing has to be there.
+    std::string tryExecutable;
+    /// Whether menus are to leave it out, by what it says itself.
     bool isHidden = false;
 };
 
+/// Who reads the entries.
+struct EntryReader {
+    /// Of the user, the best first.
+    std::vector<std::string> languages;
+    /// The names that the desktop goes by, the best first.
+    std::vector<std::string> desktops;
+};
+
 /// Reads the main group of an entry in one pass. Absent when it is no application, or has been deleted by the user.
-/// `languages` are those of the user, the best first.
-std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const std::vector<std::string>& languages);
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const EntryReader& reader);
 
 }

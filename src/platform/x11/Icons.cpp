@@ -25,14 +25,31 @@ Icons::Handle Icons::named(const std::string& name)
     const auto [place, isNew] = known_.try_emplace(name);
     if (!isNew)
         return place->second;
-    const auto path = theme_.find(name);
+    const auto path = theme_->find(name);
     if (!path)
         return nullptr;
+    if (const auto handedOut = deferred_.find(name); handedOut != deferred_.end())
+        return known_[name] = handedOut->second;
     // The same picture can go by several names.
     Handle& byPath = known_[*path];
     if (!byPath)
         byPath = std::make_shared<IconSource>(IconSource { IconSource::File { *path } });
     return known_[name] = byPath;
+}
+
+Icons::Handle Icons::ofApplication(const std::string& name)
+{
+    if (const auto known = known_.find(name); known != known_.end())
+        return known->second ? known->second : application_;
+    Handle& icon = deferred_[name];
+    if (!icon) {
+        const auto find = [theme = theme_, otherwise = application_, name]() -> Handle {
+            const auto path = theme->find(name);
+            return path ? std::make_shared<IconSource>(IconSource { IconSource::File { *path } }) : otherwise;
+        };
+        icon = std::make_shared<IconSource>(IconSource { IconSource::Deferred { find } });
+    }
+    return icon;
 }
 
 }

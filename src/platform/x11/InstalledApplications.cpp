@@ -55,6 +55,16 @@ std::shared_ptr<const IconSource> InstalledApplications::icon(const std::string&
     return icon ? icon : icons_.application();
 }
 
+std::optional<std::vector<std::string>> InstalledApplications::bundles(const std::string& folder)
+{
+    if (folder != "/Applications")
+        return std::nullopt;
+    std::vector<std::string> names;
+    for (const Entry& entry : entries_.visible())
+        names.push_back(entry->bundlePath.substr(folder.size() + 1));
+    return names;
+}
+
 bool InstalledApplications::open(const std::string& path)
 {
     if (path == allApplicationsPath)
@@ -86,8 +96,7 @@ std::string InstalledApplications::identifierOf(const Entry& entry)
 
 std::shared_ptr<const IconSource> InstalledApplications::iconOf(const Entry& entry)
 {
-    const auto icon = entry ? icons_.named(entry->entry.icon) : nullptr;
-    return icon ? icon : icons_.application();
+    return entry ? icons_.ofApplication(entry->entry.icon) : icons_.application();
 }
 
 InstalledApplications::Entry InstalledApplications::folderHandler()

@@ -14,6 +14,7 @@ public:
     std::optional<std::string> identifier(const std::string& path) override;
     std::optional<std::string> displayName(const std::string& path) override;
     std::shared_ptr<const IconSource> icon(const std::string& path) override;
+    std::optional<std::vector<std::string>> bundles(const std::string& folder) override;
     bool open(const std::string& path) override;
     bool openURL(const std::string& url) override;
 

@@ -1,0 +1,86 @@
+#include "contract/X11Fixture.h"
+
+#include "base/IconSource.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+/// Entries written for one test.
+class Entries {
+public:
+    ~Entries()
+    {
+        for (const std::string& id : ids_)
+            std::filesystem::remove(temporaryHome() + "/data/applications/" + id + ".desktop");
+    }
+
+    void write(const std::string& id, const std::string& lines)
+    {
+        writeAtHome("data/applications/" + id + ".desktop", "[Desktop Entry]\nType=Application\n" + lines);
+        ids_.push_back(id);
+    }
+
+private:
+    std::vector<std::string> ids_;
+};
+
+bool startsWithTest(const std::string& name)
+{
+    return name.starts_with("Test ");
+}
+
+}
+
+TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
+{
+    setenv("XDG_CURRENT_DESKTOP", "First:Second", 1);
+    Entries entries;
+    entries.write("t-plain", "Name=Test plain\nExec=a\n");
+    entries.write("t-slash", "Name=Test a/b\\nc\nExec=a\n");
+    entries.write("t-hidden", "Name=Test hidden\nExec=a\nNoDisplay=true\n");
+    entries.write("t-deleted", "Name=Test deleted\nExec=a\nHidden=true\n");
+    entries.write("t-mine", "Name=Test mine\nExec=a\nOnlyShowIn=Other;Second;\n");
+    entries.write("t-others", "Name=Test others\nExec=a\nOnlyShowIn=Other;\n");
+    entries.write("t-nowhere", "Name=Test nowhere\nExec=a\nOnlyShowIn=\n");
+    entries.write("t-never", "Name=Test never\nExec=a\nNotShowIn=Second;\n");
+    entries.write("t-there", "Name=Test there\nExec=a\nTryExec=sh\n");
+    entries.write("t-missing", "Name=Test missing\nExec=a\nTryExec=/no/such/program\n");
+    entries.write("t-same-1", "Name=Test same\nExec=one\nTryExec=/no/such/program\n");
+    entries.write("t-same-2", "Name=Test same\nExec=two\n");
+    entries.write("t-same-3", "Name=Test same\nExec=three\n");
+    entries.write("t-same-4", "Name=Test same\nExec=two\n");
+
+    const auto names = applications().bundles("/Applications");
+    ASSERT_TRUE(names);
+    std::vector<std::string> found;
+    std::ranges::copy_if(*names, std::back_inserter(found), startsWithTest);
+    std::ranges::sort(found);
+    EXPECT_EQ(found,
+        (std::vector<std::string> { "Test Files.app", "Test a-b c.app", "Test mine.app", "Test plain.app",
+            "Test same (t-same-3).app", "Test same.app", "Test there.app" }));
+    EXPECT_EQ(applications().identifier("/Applications/Test same.app"), "t-same-2");
+    EXPECT_FALSE(applications().bundles("/Applications/Utilities"));
+    unsetenv("XDG_CURRENT_DESKTOP");
+}
+
+TEST_F(X11, AnIconOfTheCatalogueIsLookedForWhenItIsPainted)
+{
+    writeAtHome("data/pixmaps/test-late.png", "picture");
+    Entries entries;
+    entries.write("t-late", "Name=Test late\nExec=a\nIcon=test-late\n");
+    entries.write("t-none", "Name=Test none\nExec=a\nIcon=no-such-picture\n");
+    const auto deferred = [&](const std::string& name) {
+        const auto icon = applications().icon("/Applications/" + name + ".app");
+        const auto* content = icon ? std::get_if<IconSource::Deferred>(&icon->content) : nullptr;
+        return content ? content->find() : nullptr;
+    };
+    const auto late = deferred("Test late");
+    ASSERT_TRUE(late);
+    EXPECT_EQ(std::get<IconSource::File>(late->content).path, temporaryHome() + "/data/pixmaps/test-late.png");
+    EXPECT_EQ(applications().icon("/Applications/Test late.app"), applications().icon("/Applications/Test late.app"));
+    EXPECT_EQ(deferred("Test none"), applications().icon("/Applications/No Such Thing.app"))
+        << "the general one of applications";
+}
