@@ -68,6 +68,7 @@ public:
     void mouseDown(const NSEvent& event) override;
     void mouseDragged(const NSEvent& event) override;
     void mouseUp(const NSEvent& event) override;
+    void rightMouseUp(const NSEvent& event) override;
 
 private:
     /// An application button on the move.

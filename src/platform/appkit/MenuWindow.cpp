@@ -4,6 +4,7 @@
 #include "appkit/ImageCache.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSMenu.h"
+#include "appkit/NSPanel.h"
 #include "appkit/NSView.h"
 #include "base/RunLoop.h"
 
@@ -137,7 +138,7 @@ QPointer<MenuWidget>& openMenu()
     return menu;
 }
 
-/// Closes the menu when the window it belongs to goes.
+/// Closes the menu when the panel it belongs to goes.
 class WindowWatch final : public QObject {
 public:
     explicit WindowWatch(QMenu& menu)
@@ -173,12 +174,12 @@ QPoint corner(QPoint point, QSize size, const QRect& room)
 void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& view, CGPoint point)
 {
     close();
-    QWidget* window = view.widget()->window();
     auto* widget = new MenuWidget(menu, view.widget());
     widget->setStyleSheet(style);
     openMenu() = widget;
     QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
-    window->installEventFilter(new WindowWatch(*widget));
+    if (const NSWindow* window = view.window())
+        window->widget()->installEventFilter(new WindowWatch(*widget));
 
     const CGPoint inView = view.convertFromWindow(point);
     const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;

@@ -30,6 +30,8 @@ private:
     NSEvent eventAt(QPointF position) const;
 
     NSView& view_;
+    /// The buttons that went down here: the press that closes a menu doesn't come here, but its release does.
+    Qt::MouseButtons pressed_;
 };
 
 void ViewWidget::paintEvent(QPaintEvent* event)
@@ -45,6 +47,7 @@ void ViewWidget::paintEvent(QPaintEvent* event)
 void ViewWidget::mousePressEvent(QMouseEvent* event)
 {
     const RunLoop::Turn turn;
+    pressed_ |= event->button();
     if (event->button() == Qt::LeftButton && view_.acceptsFirstMouse())
         view_.mouseDown(eventAt(event->position()));
 }
@@ -61,8 +64,13 @@ void ViewWidget::mouseMoveEvent(QMouseEvent* event)
 void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
 {
     const RunLoop::Turn turn;
+    if (!pressed_.testFlag(event->button()))
+        return;
+    pressed_ &= ~Qt::MouseButtons(event->button());
     if (event->button() == Qt::LeftButton)
         view_.mouseUp(eventAt(event->position()));
+    if (event->button() == Qt::RightButton)
+        view_.rightMouseUp(eventAt(event->position()));
 }
 
 /// The platform tells of the pointer's first place inside as a move.

@@ -74,6 +74,7 @@ public:
     virtual void mouseDown(const NSEvent&) { }
     virtual void mouseDragged(const NSEvent&) { }
     virtual void mouseUp(const NSEvent&) { }
+    virtual void rightMouseUp(const NSEvent&) { }
     /// The base behaviour lets each subview's autoresizing mask follow the change.
     virtual void resizeSubviews(CGSize oldSize);
 

@@ -1,0 +1,195 @@
+#include "ModelTest.h"
+
+#include "bar/BarMenus.h"
+#include "bar/BarView.h"
+#include "search/AppCatalog.h"
+#include "settings/Settings.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace {
+
+class BarMenusTest : public ModelTest {
+protected:
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        AppCatalog::reset();
+        mail_ = run("Mail");
+        item_ = itemOf("Mail", mail_);
+    }
+
+    void TearDown() override
+    {
+        NSMenu::cancelTracking();
+        AppCatalog::reset();
+        ModelTest::TearDown();
+    }
+
+    /// One text an entry: "✓" for a tick, "(…)" for a disabled one, "-" for a separator, " >" before a submenu.
+    static Texts described(const NSMenu& menu)
+    {
+        Texts texts;
+        for (const NSMenuItem& item : menu.itemArray()) {
+            std::string text = item.isSeparatorItem() ? "-" : item.title();
+            if (!item.isSeparatorItem() && !item.isEnabled())
+                text = '(' + text + ')';
+            texts.push_back((item.state() ? "\u2713 " : "") + text + (item.submenu() ? " >" : "")
+                + (item.keyEquivalent().empty() ? "" : " " + item.keyEquivalent()));
+        }
+        return texts;
+    }
+
+    void choose(const NSMenu& menu, const std::string& title)
+    {
+        const auto& items = menu.itemArray();
+        const auto found = std::ranges::find(items, title, &NSMenuItem::title);
+        ASSERT_NE(found, items.end()) << title;
+        menu.performActionForItem(static_cast<std::size_t>(found - items.begin()));
+        settle();
+    }
+
+    pid_t mail_ = 0;
+    BarItem item_;
+};
+
+}
+
+TEST_F(BarMenusTest, TheItemMenuFollowsTheItem)
+{
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        Texts entries;
+    } rows[] {
+        { "runs, no window has a title",
+            [&] {
+                openWindow(mail_, { 0, 0, 800, 600 }, std::nullopt);
+            },
+            { "(Mail)", "-", "New Window", "Hide", "-", "Pin to Taskbar", "-", "Quit", "Force Quit" } },
+        { "has a titled window",
+            [&] {
+                openWindow(mail_, { 0, 0, 800, 600 }, "Inbox");
+            },
+            { "(Mail)", "-", "Show window >", "New Window", "Hide", "-", "Pin to Taskbar", "-", "Quit",
+                "Force Quit" } },
+        { "hidden and pinned",
+            [&] {
+                world().hide(mail_);
+                item_.isPinned = true;
+            },
+            { "(Mail)", "-", "Show window >", "New Window", "Show", "-", "Unpin from Taskbar", "-", "Quit",
+                "Force Quit" } },
+        { "doesn't run", [&] { item_.pid.reset(); }, { "(Mail)", "-", "New Window", "-", "Unpin from Taskbar" } },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        row.change();
+        EXPECT_EQ(described(*BarMenus::itemMenu(item_)), row.entries);
+    }
+}
+
+TEST_F(BarMenusTest, EachEntryOfTheItemMenuDoesWhatItSays)
+{
+    openWindow(mail_, { 0, 0, 800, 600 }, "Other");
+    const std::uint32_t inbox = openWindow(mail_, { 0, 0, 800, 600 }, "Inbox");
+    world().setMinimised(inbox, true);
+    auto menu = BarMenus::itemMenu(item_);
+
+    choose(*menu->itemArray()[2].submenu(), "Inbox");
+    EXPECT_EQ(world().frontmost(), mail_);
+    EXPECT_FALSE(world().window(inbox)->isMinimised);
+
+    choose(*menu, "New Window");
+    EXPECT_EQ(count("open"), 1u);
+
+    choose(*menu, "Hide");
+    EXPECT_TRUE(world().process(mail_)->record->isHidden);
+    choose(*menu, "Hide");
+    EXPECT_FALSE(world().process(mail_)->record->isHidden) << "the opposite of what it is by now";
+
+    choose(*menu, "Pin to Taskbar");
+    EXPECT_EQ(Settings::extraPinnedPaths(), (Texts { path("Mail") }));
+    item_.isPinned = true;
+    choose(*BarMenus::itemMenu(item_), "Unpin from Taskbar");
+    EXPECT_EQ(Settings::extraPinnedPaths(), Texts());
+
+    choose(*menu, "Quit");
+    EXPECT_EQ(count("terminate", mail_), 1u);
+    for (const char* late : { "Hide", "Quit", "Force Quit" })
+        choose(*menu, late);
+    choose(*menu->itemArray()[2].submenu(), "Inbox");
+    EXPECT_EQ(count("terminate") + count("forceTerminate") + count("hide"), 2u) << "it has quit meanwhile";
+
+    item_.pid = run("Mail");
+    choose(*BarMenus::itemMenu(item_), "Force Quit");
+    EXPECT_EQ(count("forceTerminate", item_.pid), 1u);
+}
+
+TEST_F(BarMenusTest, TheBarMenuShowsAndChangesTheSettings)
+{
+    openWindow(mail_);
+    EXPECT_EQ(described(*BarMenus::barMenu()),
+        (Texts { "This desktop only", "\u2713 Keep windows above bar", "-", "Show Desktop", "Hide Taskbar", "-",
+            "Settings\u2026 ,", "Quit Vantry q" }));
+
+    choose(*BarMenus::barMenu(), "This desktop only");
+    choose(*BarMenus::barMenu(), "Keep windows above bar");
+    choose(*BarMenus::barMenu(), "Show Desktop");
+    EXPECT_TRUE(Settings::currentSpaceOnly());
+    EXPECT_FALSE(Settings::autoFitWindows());
+    EXPECT_TRUE(world().process(mail_)->record->isHidden);
+    EXPECT_EQ(described(*BarMenus::barMenu()),
+        (Texts { "\u2713 This desktop only", "Keep windows above bar", "-", "Restore Windows", "Hide Taskbar", "-",
+            "Settings\u2026 ,", "Quit Vantry q" }));
+
+    choose(*BarMenus::barMenu(), "Restore Windows");
+    EXPECT_FALSE(world().process(mail_)->record->isHidden);
+    choose(*BarMenus::barMenu(), "Settings\u2026");
+}
+
+TEST_F(BarMenusTest, TheLauncherMenuLaunches)
+{
+    for (const char* name : { "Notes", "Gone", "Atlas" })
+        std::filesystem::create_directories(root() / "Applications" / (std::string(name) + ".app"));
+    install("Notes");
+    const auto menu = BarMenus::launcherMenu();
+    EXPECT_EQ(described(*menu), (Texts { "Atlas", "Gone", "Notes" }));
+    EXPECT_EQ(menu->itemArray()[0].image()->size(), (CGSize { 16, 16 }));
+    EXPECT_EQ(AppCatalog::all()[0].icon.size(), (CGSize { 32, 32 })) << "the shared icon keeps its own";
+
+    choose(*menu, "Notes");
+    EXPECT_TRUE(world().processNamed("org.Notes"));
+    choose(*menu, "Gone");
+}
+
+TEST_F(BarMenusTest, ARightClickOpensTheMenuOfItsPlace)
+{
+    std::filesystem::create_directories(root() / "Applications/Atlas.app");
+    BarView view({ 0, 0, 1400, 52 });
+    Settings::barSize.set(BarSize::medium);
+    view.setItems({ item_ });
+    const auto middle = [&](BarComponent component) { return view.rect(component).midX(); };
+    const struct {
+        const char* what;
+        double x;
+        std::string first;
+    } rows[] {
+        { "the launcher", middle(BarComponent::launcher), "Atlas" },
+        { "a button", view.layoutItems()[0].rect.midX(), "Mail" },
+        { "Finder", middle(BarComponent::finder), "This desktop only" },
+        { "the Trash", middle(BarComponent::trash), "This desktop only" },
+        { "show desktop", middle(BarComponent::showDesktop), "This desktop only" },
+        { "the empty bar", 1300, "This desktop only" },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        view.rightMouseUp({ { row.x, 20 } });
+        const auto menu = NSMenu::open();
+        ASSERT_TRUE(menu);
+        EXPECT_EQ(menu->itemArray()[0].title(), row.first);
+    }
+    NSMenu::cancelTracking();
+    EXPECT_FALSE(NSMenu::open());
+}
