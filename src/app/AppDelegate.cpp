@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "app/RunMode.h"
+#include "controls/Shortcuts.h"
 #include "foundation/NSBundle.h"
 #include "foundation/NSProcessInfo.h"
 #include "model/AppHistory.h"
@@ -42,5 +43,14 @@ void AppDelegate::start()
     AppHistory::start();
     manager_ = std::make_shared<BarManager>();
     manager_->start();
+    Shortcuts::itemsProvider = [weak = std::weak_ptr(manager_)] {
+        const auto manager = weak.lock();
+        return manager ? manager->primaryItems() : std::vector<BarItem>();
+    };
+    Shortcuts::onToggleBar = [weak = std::weak_ptr(manager_)] {
+        if (const auto manager = weak.lock())
+            manager->toggleVisibility();
+    };
+    Shortcuts::start();
     Log::debug("launched");
 }

@@ -5,6 +5,7 @@
 #include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
 #include "model/DockModel.h"
+#include "search/NativeLauncher.h"
 #include "settings/Settings.h"
 
 #include <cmath>
@@ -139,4 +140,6 @@ void BarView::clickLauncher()
 {
     if (const auto launcher = launcherItem())
         DockModel::activate(*launcher);
+    else
+        NativeLauncher::openSpotlight();
 }

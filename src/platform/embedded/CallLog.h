@@ -23,7 +23,7 @@ struct Call {
         /// Of an accessibility action.
         action,
         /// "activate", "hide", "unhide", "terminate", "forceTerminate" of a process; "open" of an application;
-        /// "openURL"; "windowList".
+        /// "openURL"; "windowList"; "key" of a process, "postKeyDown" and "postKeyUp".
         request,
     };
 
@@ -36,7 +36,7 @@ struct Call {
     std::uint64_t window = 0;
     /// The attribute, action or request.
     std::string name;
-    /// What was written; for "open" and "openURL" the path or URL.
+    /// What was written; for "open" and "openURL" the path or URL; for a key its number.
     std::optional<host::AttributeValue> value;
     AXError result = kAXErrorSuccess;
     /// How long, in seconds, a hanging application held its caller up.

@@ -14,6 +14,7 @@ EmbeddedDesktop::EmbeddedDesktop(const Scenario& scenario, const std::string& ro
     , applications_(world_, icons_, calls_)
     , windows_(world_, calls_)
     , accessibility_(world_, calls_)
+    , keyboard_(world_, calls_)
     , surfaces_(world_)
     , capture_(world_, calls_)
 {

@@ -6,6 +6,7 @@
 #include "embedded/Capture.h"
 #include "embedded/Displays.h"
 #include "embedded/Icons.h"
+#include "embedded/Keyboard.h"
 #include "embedded/Notices.h"
 #include "embedded/Pointer.h"
 #include "embedded/Processes.h"
@@ -36,6 +37,7 @@ public:
     Windows& windows() override { return windows_; }
     Accessibility& accessibility() override { return accessibility_; }
     Pointer& pointer() override { return pointer_; }
+    Keyboard& keyboard() override { return keyboard_; }
     Surfaces& surfaces() override { return surfaces_; }
     Capture& capture() override { return capture_; }
     Session& session() override { return session_; }
@@ -61,6 +63,7 @@ private:
     Windows windows_;
     Accessibility accessibility_;
     Pointer pointer_;
+    Keyboard keyboard_;
     Surfaces surfaces_;
     Capture capture_;
     std::unique_ptr<View> view_;

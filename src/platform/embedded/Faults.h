@@ -45,6 +45,8 @@ struct DesktopFaults {
     /// Put in front of the window list as they are: entries of a wrong type, or without what an entry must have.
     std::vector<Value> windowListEntries;
     bool displaySpacesMissing = false;
+    /// No program may watch the keyboard.
+    bool keyTapMissing = false;
     /// The Dock doesn't run and isn't relaunched.
     bool dockMissing = false;
     /// How long, in seconds, a window takes to enter or leave full screen.

@@ -9,6 +9,7 @@ class Accessibility;
 class Applications;
 class Capture;
 class Displays;
+class Keyboard;
 class Pointer;
 class Processes;
 class Session;
@@ -26,6 +27,7 @@ public:
     virtual Windows& windows() = 0;
     virtual Accessibility& accessibility() = 0;
     virtual Pointer& pointer() = 0;
+    virtual Keyboard& keyboard() = 0;
     virtual Surfaces& surfaces() = 0;
     virtual Capture& capture() = 0;
     virtual Session& session() = 0;

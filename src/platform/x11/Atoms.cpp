@@ -70,6 +70,8 @@ constexpr Name names[] = {
     { &Atoms::netWmWindowTypeDnd, "_NET_WM_WINDOW_TYPE_DND" },
     { &Atoms::netWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK" },
     { &Atoms::netWmWindowTypeDesktop, "_NET_WM_WINDOW_TYPE_DESKTOP" },
+    { &Atoms::xkbAlt, "Alt" },
+    { &Atoms::xkbSuper, "Super" },
 };
 
 xcb_intern_atom_cookie_t request(xcb_connection_t* connection, std::string_view name)

@@ -68,6 +68,10 @@ struct Atoms {
     xcb_atom_t netWmWindowTypeDock;
     xcb_atom_t netWmWindowTypeDesktop;
 
+    /// The names of modifiers of the keyboard extension.
+    xcb_atom_t xkbAlt;
+    xcb_atom_t xkbSuper;
+
     /// The selection that a compositing manager of the screen owns.
     xcb_atom_t compositor;
 };

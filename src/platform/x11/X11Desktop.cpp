@@ -4,6 +4,7 @@
 #include "x11/Badges.h"
 #include "x11/BarSurface.h"
 #include "x11/Instance.h"
+#include "x11/Keyboard.h"
 #include "x11/PointerWatch.h"
 #include "x11/ScreenRight.h"
 #include "x11/UserSession.h"
@@ -103,6 +104,7 @@ public:
     host::Windows& windows() override { return windows_; }
     host::Accessibility& accessibility() override { return elements_; }
     host::Pointer& pointer() override { return pointer_; }
+    host::Keyboard& keyboard() override { return keyboard_; }
     host::Surfaces& surfaces() override { return surfaces_; }
     host::Capture& capture() override { return capture_; }
     host::Session& session() override { return session_; }
@@ -165,11 +167,13 @@ private:
                 mirror_.handle(*event);
                 monitors_.handle(*event);
                 pointer_.handle(*event);
+                keyboard_.handle(*event);
             }
             const bool hasAskedOfWindows = mirror_.refresh();
             const bool hasAskedOfMonitors = monitors_.refresh();
+            const bool hasAskedOfKeyboard = keyboard_.refresh();
             isDisplayStale_ |= hasAskedOfMonitors;
-            if (!hasAskedOfWindows && !hasAskedOfMonitors)
+            if (!hasAskedOfWindows && !hasAskedOfMonitors && !hasAskedOfKeyboard)
                 return;
         }
         drainSoon();
@@ -219,6 +223,7 @@ private:
     Badges badges_ { applications_.entries() };
     WindowElements elements_ { mirror_, manager_, processes_, badges_ };
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
+    Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
     BarSurface surfaces_ { *connection_, mirror_, monitors_ };
     ScreenRight capture_;
     UserSession session_;
