@@ -7,6 +7,7 @@
 #include "foundation/NSProcessInfo.h"
 #include "model/AppHistory.h"
 #include "system/SpaceSwitcher.h"
+#include "tamer/WindowTamer.h"
 
 #include <algorithm>
 
@@ -43,6 +44,7 @@ void AppDelegate::start()
     AppHistory::start();
     manager_ = std::make_shared<BarManager>();
     manager_->start();
+    WindowTamer::start();
     Shortcuts::itemsProvider = [weak = std::weak_ptr(manager_)] {
         const auto manager = weak.lock();
         return manager ? manager->primaryItems() : std::vector<BarItem>();

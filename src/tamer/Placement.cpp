@@ -1,0 +1,79 @@
+#include "tamer/Placement.h"
+
+#include "app/Log.h"
+#include "system/Attribute.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+namespace {
+
+constexpr double samePlaceTolerance = 2;
+
+/// Never shrinks: a window that comes back is known.
+std::map<Placement::WindowName, CGRect>& placedWindows()
+{
+    static std::map<Placement::WindowName, CGRect> windows;
+    return windows;
+}
+
+}
+
+namespace Placement {
+
+std::optional<CGRect> placed(const WindowName& window)
+{
+    const auto found = placedWindows().find(window);
+    return found == placedWindows().end() ? std::nullopt : std::optional(found->second);
+}
+
+void remember(const WindowName& window, const CGRect& rect)
+{
+    placedWindows().insert_or_assign(window, rect);
+}
+
+void forget()
+{
+    placedWindows().clear();
+}
+
+bool isSamePlace(const CGRect& a, const CGRect& b)
+{
+    return std::abs(a.y - b.y) < samePlaceTolerance && std::abs(a.height - b.height) < samePlaceTolerance;
+}
+
+void setPosition(const AXUIElement& window, CGPoint position)
+{
+    AXUIElementSetAttributeValue(window, "AXPosition", position);
+}
+
+void setSize(const AXUIElement& window, CGSize size)
+{
+    AXUIElementSetAttributeValue(window, "AXSize", size);
+}
+
+void setFrame(const AXUIElement& window, const CGRect& frame)
+{
+    setSize(window, frame.size());
+    setPosition(window, frame.origin());
+    setSize(window, frame.size());
+}
+
+void place(const AXUIElement& window, const WindowName& name, const CGRect& rect)
+{
+    setFrame(window, rect);
+    if (const auto size = Attribute::size(window, "AXSize"))
+        Log::debug("tamer: placed window ", name.number, " -> ", whole(size->width), "x", whole(size->height));
+    else
+        Log::debug("tamer: placed window ", name.number, " -> unknown");
+    remember(name, rect);
+}
+
+std::int64_t whole(double value)
+{
+    constexpr double most = 1e15;
+    return std::isnan(value) ? 0 : static_cast<std::int64_t>(std::clamp(value, -most, most));
+}
+
+}
