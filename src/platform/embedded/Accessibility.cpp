@@ -151,10 +151,13 @@ AXError Accessibility::fault(const Request& request)
         world_.quit(element.pid);
         return kAXErrorCannotComplete;
     }
-    if (takeFailure(faults.fails, request.name))
+    const auto fails = [&](FailingCalls& calls) {
+        return takeFailure(calls, request.name)
+            || (request.kind == Call::Kind::write && takeFailure(calls, "set " + request.name));
+    };
+    if (fails(faults.fails))
         return kAXErrorCannotComplete;
-    if (element.kind == Kind::window
-        && takeFailure(world_.windowFaults(static_cast<std::uint32_t>(element.id)).fails, request.name))
+    if (element.kind == Kind::window && fails(world_.windowFaults(static_cast<std::uint32_t>(element.id)).fails))
         return kAXErrorCannotComplete;
     return kAXErrorSuccess;
 }
@@ -180,6 +183,8 @@ Accessibility::Reply Accessibility::readApplication(const RunningProcess& proces
         return { kAXErrorSuccess, world_.frontmost() == process.pid(), false };
     if (attribute != "AXFocusedWindow")
         return { kAXErrorAttributeUnsupported, {}, false };
+    if (process.faults.misnamesFocusedWindow)
+        return { kAXErrorSuccess, std::string("window"), false };
     const Window* focused = world_.focusedWindow(process.pid());
     const bool silent = process.faults.needsManualAccessibility && !process.hasManualAccessibility;
     if (!focused || !focused->isAccessible || silent)

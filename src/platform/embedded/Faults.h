@@ -10,7 +10,8 @@
 
 namespace embedded {
 
-/// Calls that fail, by the name of the action, attribute or request, and how many times more; -1 for always.
+/// Calls that fail, by the name of the action, attribute or request, and how many times more; -1 for always. With "set "
+/// before it, an attribute can be read but not written.
 using FailingCalls = std::map<std::string, int, std::less<>>;
 
 /// What can be wrong with a window.
@@ -33,6 +34,8 @@ struct ProcessFaults {
     bool needsManualAccessibility = false;
     /// Names only its small windows, those under 120000 square points.
     bool namesOnlyTransientWindows = false;
+    /// Answers with a text when it is asked for its focused window.
+    bool misnamesFocusedWindow = false;
     /// Fails calls on the application and on all its windows.
     FailingCalls fails;
     /// The process ends when this call reaches it.

@@ -206,6 +206,7 @@ private:
         object.readWord("refusesToHide", refusals, faults.refusesToHide);
         object.read("needsManualAccessibility", faults.needsManualAccessibility);
         object.read("namesOnlyTransientWindows", faults.namesOnlyTransientWindows);
+        object.read("misnamesFocusedWindow", faults.misnamesFocusedWindow);
         object.read("fails", faults.fails);
         object.read("diesAt", faults.diesAt);
         object.done();
