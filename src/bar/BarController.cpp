@@ -115,6 +115,7 @@ void BarController::tearDown()
         NSEvent::removeMonitor(std::exchange(cursorMonitor_, nullptr));
     for (const auto& [center, token] : std::exchange(observers_, {}))
         center->removeObserver(token);
+    view_->closePanels();
     window_->orderOut();
 }
 
@@ -128,6 +129,7 @@ void BarController::update(DisplayInfo display)
 void BarController::refresh()
 {
     if (!Settings::barVisible()) {
+        view_->closePanels();
         window_->orderOut();
         return;
     }

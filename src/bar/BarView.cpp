@@ -1,6 +1,7 @@
 #include "bar/BarView.h"
 
 #include "bar/BarPainter.h"
+#include "bar/BarWindow.h"
 #include "bar/Palette.h"
 #include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
@@ -34,10 +35,22 @@ std::vector<BarItem> moved(std::vector<BarItem> items, int from, int to)
 
 BarView::BarView(const CGRect& frame)
     : NSView(frame)
-    , searchField_(std::make_shared<NSTextField>(CGRect {}))
+    , searchField_(std::make_shared<BarSearchField>(CGRect {}))
+    , resultsPanel_(std::make_unique<SearchResultsPanel>())
 {
-    applySearchFieldStyle();
-    addSubview(searchField_);
+    setUpSearchField();
+}
+
+BarView::~BarView()
+{
+    searchField_->setDelegate(nullptr);
+}
+
+void BarView::closePanels()
+{
+    const auto* bar = dynamic_cast<BarWindow*>(window());
+    if (resultsPanel_->isVisible() || (bar && bar->wantsKey))
+        endSearch();
 }
 
 void BarView::setItems(std::vector<BarItem> items)
@@ -135,6 +148,7 @@ BarPicture BarView::picture() const
         .buttons = displayItems(bar, drag()),
         .hovered = hoveredIndex_,
         .drag = dragPicture(bar),
+        .isSearchFocused = isSearchFocused_,
         .isShowingDesktop = ShowDesktop::isShowingDesktop(),
         .isTrashEmpty = !bar.shows(BarComponent::trash) || Trash::isEmpty(),
     };

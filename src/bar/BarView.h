@@ -1,8 +1,9 @@
 #pragma once
 
-#include "appkit/NSTextField.h"
 #include "appkit/NSView.h"
 #include "bar/BarPicture.h"
+#include "bar/BarSearchField.h"
+#include "search/SearchResultsPanel.h"
 
 #include <memory>
 #include <optional>
@@ -11,9 +12,10 @@
 /// A whole bar in one view: it paints the bar, and does what the pointer asks. Coordinates are the view's own, origin
 /// at the lower left corner, whichever edge of the screen the bar is on. Geometry is worked out afresh at each call
 /// from the bounds, the settings and the items. Main thread.
-class BarView final : public NSView {
+class BarView final : public NSView, private NSTextFieldDelegate {
 public:
     explicit BarView(const CGRect& frame);
+    ~BarView() override;
 
     /// Everything the bar shows, the launcher's entry included.
     const std::vector<BarItem>& items() const { return items_; }
@@ -70,6 +72,18 @@ public:
     void mouseUp(const NSEvent& event) override;
     void rightMouseUp(const NSEvent& event) override;
 
+    // Search.
+
+    /// Shows what the text in the search box finds, as of now.
+    void updateResults();
+    /// Empties the search box and gives the keyboard back.
+    void endSearch();
+    const std::shared_ptr<BarSearchField>& searchField() const { return searchField_; }
+    const SearchResultsPanel& resultsPanel() const { return *resultsPanel_; }
+
+    /// Takes down what the bar has opened: it is about to go, or to hide.
+    void closePanels();
+
 private:
     /// An application button on the move.
     struct Drag {
@@ -93,8 +107,17 @@ private:
     void clickLauncher();
     void setHoveredIndex(std::optional<int> index);
 
+    void setUpSearchField();
+    void setSearchFocused(bool focused);
+    void controlTextDidBeginEditing() override;
+    void controlTextDidChange() override;
+    void controlTextDidEndEditing() override;
+    bool doCommand(NSTextCommand command) override;
+
     std::vector<BarItem> items_;
-    std::shared_ptr<NSTextField> searchField_;
+    std::shared_ptr<BarSearchField> searchField_;
+    std::unique_ptr<SearchResultsPanel> resultsPanel_;
+    bool isSearchFocused_ = false;
     std::optional<int> hoveredIndex_;
     /// Where the button of the mouse went down; absent while it is up.
     std::optional<CGPoint> dragStartPoint_;

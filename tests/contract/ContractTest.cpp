@@ -589,6 +589,39 @@ TEST_P(Contract, APanelLiesWhereItIsPutAndTakesNothingFromAnybody)
     surfaces.release(panel);
 }
 
+TEST_P(Contract, APanelHasTheKeyboardUntilItIsGivenBackTakenOrGone)
+{
+    const auto first = start("alpha");
+    const auto second = start("beta");
+    auto& surfaces = under_->desktop().surfaces();
+    QWidget panel;
+    surfaces.adopt(panel, { .level = 101 }, { 0, 0, displays().all().front().frame.width, 40 });
+    surfaces.orderFront(panel);
+    ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
+
+    const auto isInFront = [&](pid_t pid) { return settle([&] { return processes().frontmost() == pid; }); };
+    const struct {
+        const char* how;
+        std::function<void()> end;
+        pid_t after;
+    } cases[] {
+        { "given back", [&] { surfaces.giveBackKeyboard(); }, first.pid },
+        { "the user turned elsewhere", [&] { focus(second), surfaces.giveBackKeyboard(); }, second.pid },
+        { "out of sight", [&] { surfaces.orderOut(panel); }, first.pid },
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.how);
+        focus(first);
+        ASSERT_TRUE(isInFront(first.pid));
+        // The window manager may have nothing to say of a panel that takes the focus by itself, but of who lost it.
+        surfaces.takeKeyboard(panel);
+        EXPECT_TRUE(settle([&] { return processes().frontmost() != first.pid; }));
+        each.end();
+        EXPECT_TRUE(isInFront(each.after));
+    }
+    surfaces.release(panel);
+}
+
 INSTANTIATE_TEST_SUITE_P(Desktops, Contract, testing::ValuesIn(desktopKinds()),
     [](const testing::TestParamInfo<DesktopKind>& kind) { return kind.param.name; });
 

@@ -1,5 +1,6 @@
 #include "appkit/DrawingPainter.h"
 
+#include "appkit/Colors.h"
 #include "appkit/Fonts.h"
 #include "appkit/ImageCache.h"
 
@@ -12,13 +13,6 @@
 #include <numbers>
 
 namespace {
-
-QColor toolkitColor(const NSColor& color)
-{
-    const auto component = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
-    return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
-        component(color.blueComponent()), component(color.alphaComponent()));
-}
 
 QPainter::CompositionMode mode(NSCompositingOperation operation)
 {

@@ -8,6 +8,7 @@
 #include "host/Desktop.h"
 #include "host/Displays.h"
 #include "host/OpenDesktop.h"
+#include "host/Surfaces.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -59,6 +60,8 @@ private:
     QTimer timer_;
 };
 
+bool isApplicationActive = false;
+
 }
 
 NSApplication::NSApplication()
@@ -102,4 +105,20 @@ void NSApplication::terminate()
     terminated_ = true;
     delegate_->applicationWillTerminate();
     QCoreApplication::exit(0);
+}
+
+bool NSApplication::isActive()
+{
+    return isApplicationActive;
+}
+
+void NSApplication::activate()
+{
+    isApplicationActive = true;
+}
+
+void NSApplication::deactivate()
+{
+    isApplicationActive = false;
+    host::Desktop::current().surfaces().giveBackKeyboard();
 }

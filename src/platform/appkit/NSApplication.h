@@ -25,6 +25,14 @@ public:
     /// Tells the delegate, then ends `run`.
     void terminate();
 
+    // Whether windows of the program may take the keyboard from the application that the user works in. They are
+    // panels, so nothing else comes of it.
+
+    static bool isActive();
+    static void activate();
+    /// Gives the keyboard back to the application that had it, unless it has gone elsewhere since.
+    static void deactivate();
+
 private:
     NSApplication();
 

@@ -1,8 +1,13 @@
 #include "appkit/NSColor.h"
 
+#include "appkit/Colors.h"
 #include "appkit/NSGraphicsContext.h"
 #include "host/Desktop.h"
 #include "host/Session.h"
+
+#include <QColor>
+
+#include <algorithm>
 
 NSColor NSColor::controlAccentColor()
 {
@@ -23,4 +28,11 @@ void NSColor::set() const
 {
     if (NSGraphicsContext* context = NSGraphicsContext::current())
         context->color = *this;
+}
+
+QColor toolkitColor(const NSColor& color)
+{
+    const auto component = [](double value) { return static_cast<float>(std::clamp(value, 0.0, 1.0)); };
+    return QColor::fromRgbF(component(color.redComponent()), component(color.greenComponent()),
+        component(color.blueComponent()), component(color.alphaComponent()));
 }

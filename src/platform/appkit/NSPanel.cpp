@@ -1,6 +1,7 @@
 #include "appkit/NSPanel.h"
 
-#include "appkit/NSView.h"
+#include "appkit/NSApplication.h"
+#include "appkit/NSTextField.h"
 #include "host/Desktop.h"
 #include "host/Surfaces.h"
 
@@ -71,6 +72,22 @@ void NSWindow::orderOut()
     visible_ = false;
     if (adopted_)
         surfaces().orderOut(*widget_);
+}
+
+bool NSWindow::makeKey()
+{
+    if (!canBecomeKey() || !visible_ || !NSApplication::isActive())
+        return false;
+    surfaces().takeKeyboard(*widget_);
+    return true;
+}
+
+void NSWindow::makeFirstResponder(NSTextField* field)
+{
+    if (field)
+        field->becomeFirstResponder();
+    else if (QWidget* focused = widget_->focusWidget())
+        focused->clearFocus();
 }
 
 CGRect NSWindow::convertToScreen(const CGRect& rect) const

@@ -6,6 +6,7 @@
 
 #include <memory>
 
+class NSTextField;
 class NSView;
 class QWidget;
 
@@ -47,6 +48,11 @@ public:
     void orderFrontRegardless();
     void orderOut();
     bool isVisible() const { return visible_; }
+
+    /// Has the window get what is typed. False where it won't or the program isn't active.
+    bool makeKey();
+    /// With null: no view of the window gets what is typed.
+    void makeFirstResponder(NSTextField* field);
 
     CGRect convertToScreen(const CGRect& rect) const;
 

@@ -4,8 +4,11 @@
 
 #include <QWidget>
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace embedded {
 
@@ -23,6 +26,7 @@ void Surfaces::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGR
 
 void Surfaces::release(QWidget& widget)
 {
+    giveBackFrom(widget);
     std::erase_if(panels_, [&](const Panel& panel) { return panel.widget == &widget; });
     if (!stage_)
         return;
@@ -67,10 +71,38 @@ void Surfaces::orderOut(QWidget& widget)
     Panel* panel = find(widget);
     if (!panel)
         return;
+    giveBackFrom(widget);
     panel->isVisible = false;
     widget.hide();
     if (stage_)
         stage_->panelsChanged();
+}
+
+/// While a panel has the keyboard, this program is the one in front.
+void Surfaces::takeKeyboard(QWidget& widget)
+{
+    if (!keyboard_)
+        keyboard_ = Keyboard { &widget, world_.frontmost() };
+    keyboard_->holder = &widget;
+    world_.activate(getpid());
+    widget.activateWindow();
+}
+
+void Surfaces::giveBackKeyboard()
+{
+    if (!keyboard_)
+        return;
+    const Keyboard keyboard = *std::exchange(keyboard_, std::nullopt);
+    if (stage_)
+        stage_->takeBackKeyboard(*keyboard.holder);
+    if (world_.frontmost() == getpid() && keyboard.previous)
+        world_.activate(*keyboard.previous);
+}
+
+void Surfaces::giveBackFrom(const QWidget& widget)
+{
+    if (keyboard_ && keyboard_->holder == &widget)
+        giveBackKeyboard();
 }
 
 void Surfaces::setBackdrop(QWidget& widget, const CGRect& rect)

@@ -2,6 +2,9 @@
 
 #include "host/Surfaces.h"
 
+#include <sys/types.h>
+
+#include <optional>
 #include <vector>
 
 namespace embedded {
@@ -28,12 +31,14 @@ public:
     virtual void put(QWidget& widget, const CGRect& frame) = 0;
     /// Which panels show, where, or what they want of their background has changed.
     virtual void panelsChanged() = 0;
+    /// What is typed goes to the desktop again, not to a panel.
+    virtual void takeBackKeyboard(const QWidget& panel) = 0;
 };
 
 /// The program's panels. Without a stage they are windows of the toolkit, at their places. Main thread.
 class Surfaces final : public host::Surfaces {
 public:
-    explicit Surfaces(const World& world)
+    explicit Surfaces(World& world)
         : world_(world)
     {
     }
@@ -43,6 +48,8 @@ public:
     void setFrame(QWidget& widget, const CGRect& frame) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
+    void takeKeyboard(QWidget& widget) override;
+    void giveBackKeyboard() override;
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return true; }
 
@@ -57,11 +64,19 @@ public:
 private:
     Panel* find(const QWidget& widget);
     void place(const Panel& panel) const;
+    void giveBackFrom(const QWidget& widget);
     void stack() const;
 
-    const World& world_;
+    World& world_;
     Stage* stage_ = nullptr;
     std::vector<Panel> panels_;
+
+    struct Keyboard {
+        QWidget* holder;
+        /// The application that had it before.
+        std::optional<pid_t> previous;
+    };
+    std::optional<Keyboard> keyboard_;
 };
 
 }

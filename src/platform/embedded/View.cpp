@@ -93,6 +93,12 @@ void View::panelsChanged()
         display->update();
 }
 
+void View::takeBackKeyboard(const QWidget& panel)
+{
+    if (QWidget* display = panel.parentWidget())
+        display->setFocus();
+}
+
 /// Follows the pointer, over displays and panels alike.
 bool View::eventFilter(QObject* watched, QEvent* event)
 {

@@ -23,6 +23,7 @@ public:
 
     void put(QWidget& widget, const CGRect& frame) override;
     void panelsChanged() override;
+    void takeBackKeyboard(const QWidget& panel) override;
 
     std::function<void()> onClosed;
 

@@ -34,6 +34,12 @@ public:
     virtual void orderFront(QWidget& widget) = 0;
     virtual void orderOut(QWidget& widget) = 0;
 
+    /// Has a panel that shows get what is typed, until it is given back, it goes, or the user turns to another window.
+    virtual void takeKeyboard(QWidget& widget) = 0;
+    /// Returns the keyboard to the window that had it. Nothing where no panel has it any more: then it stays with the
+    /// window that it has gone to, or is on its way to because of what the user last did.
+    virtual void giveBackKeyboard() = 0;
+
     /// Paints nothing by itself; asks the desktop to blur what is behind `rect` (widget coordinates, y down), or stops
     /// asking with an empty one.
     virtual void setBackdrop(QWidget& widget, const CGRect& rect) = 0;

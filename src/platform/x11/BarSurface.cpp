@@ -3,8 +3,8 @@
 #include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "x11/Struts.h"
+#include "x11/ToolkitConnection.h"
 
-#include <QGuiApplication>
 #include <QWidget>
 
 #include <unistd.h>
@@ -14,13 +14,6 @@
 
 namespace x11 {
 namespace {
-
-/// Null on a platform of the toolkit that isn't X11.
-xcb_connection_t* toolkitConnection()
-{
-    auto* native = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return native ? native->connection() : nullptr;
-}
 
 std::uint64_t now()
 {
@@ -34,10 +27,12 @@ QRect geometry(const Rect& rect)
 
 }
 
-BarSurface::BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors)
+BarSurface::BarSurface(
+    Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager)
     : connection_(connection)
     , mirror_(mirror)
     , monitors_(monitors)
+    , keyboard_(manager)
 {
 }
 
@@ -79,6 +74,7 @@ void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const C
 
 void BarSurface::release(QWidget& widget)
 {
+    giveBackFrom(widget);
     std::erase_if(panels_, [&](const Panel& panel) { return panel.widget == &widget; });
     tellMonitors();
 }
@@ -154,8 +150,27 @@ void BarSurface::orderOut(QWidget& widget)
         insist(*panel, false);
         return;
     }
+    giveBackFrom(widget);
     panel->askedAt = now();
     widget.hide();
+}
+
+void BarSurface::takeKeyboard(QWidget& widget)
+{
+    if (const Panel* panel = find(widget))
+        keyboard_.take(panel->window);
+}
+
+void BarSurface::giveBackKeyboard()
+{
+    keyboard_.giveBack();
+}
+
+void BarSurface::giveBackFrom(const QWidget& widget)
+{
+    const Panel* panel = find(widget);
+    if (panel && panel->window == keyboard_.holder())
+        keyboard_.giveBack();
 }
 
 /// Raises a panel, and again those of ours that belong in front of it.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/Surfaces.h"
+#include "x11/KeyboardFocus.h"
 #include "x11/Monitors.h"
 
 #include <optional>
@@ -13,13 +14,15 @@ namespace x11 {
 /// connection, ahead of its being shown, so that the window manager never sees it otherwise.
 class BarSurface final : public host::Surfaces {
 public:
-    BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors);
+    BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager);
 
     void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
     void release(QWidget& widget) override;
     void setFrame(QWidget& widget, const CGRect& frame) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
+    void takeKeyboard(QWidget& widget) override;
+    void giveBackKeyboard() override;
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return mirror_.state().isComposited; }
 
@@ -47,6 +50,7 @@ private:
     void setProperty(
         const Panel& panel, xcb_atom_t name, xcb_atom_t type, const std::vector<std::uint32_t>& values) const;
     void tellMonitors();
+    void giveBackFrom(const QWidget& widget);
     void insist(Panel& panel, bool isShown);
     void raise(const Panel& panel);
     xcb_window_t obstacleOf(const Panel& panel) const;
@@ -56,6 +60,7 @@ private:
     const WindowMirror& mirror_;
     Monitors& monitors_;
     std::vector<Panel> panels_;
+    KeyboardFocus keyboard_;
 };
 
 }

@@ -1,6 +1,9 @@
 #include "x11/WindowManager.h"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <ranges>
 
 namespace x11 {
 namespace {
@@ -69,6 +72,18 @@ bool WindowManager::activate(pid_t pid) const
     });
     connection_.flush();
     return hasAny;
+}
+
+void WindowManager::activateLast() const
+{
+    mirror_.read([&](const DesktopState& state) {
+        for (const xcb_window_t id : state.activations | std::views::reverse) {
+            const WindowRecord* window = state.find(id);
+            if (window && !window->facts.isPartOfDesktop() && window->pid != getpid() && !state.isIconic(*window))
+                return requests(state).activate(*window);
+        }
+    });
+    connection_.flush();
 }
 
 bool WindowManager::setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size) const

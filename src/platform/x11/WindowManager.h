@@ -21,6 +21,8 @@ public:
 
     /// Makes the process's last active window that isn't iconified the active one. False when it has no window.
     bool activate(pid_t pid) const;
+    /// Activates whichever other program's window was active last and can be.
+    void activateLast() const;
     /// Moves or resizes a window by its outer bounds; root coordinates.
     bool setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size) const;
     /// Cuts the connections of the programs that own the process's windows. False when it has none.

@@ -70,8 +70,8 @@ private:
     bool eventFilter(QObject* watched, QEvent* event) override
     {
         const auto type = event->type();
-        const bool isInput
-            = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::KeyPress;
+        const bool isInput = type == QEvent::MouseButtonPress || type == QEvent::MouseButtonDblClick
+            || type == QEvent::MouseButtonRelease || type == QEvent::KeyPress;
         // A widget gets it after its window.
         if (isInput && watched->isWindowType())
             catchUp_();
@@ -224,7 +224,7 @@ private:
     WindowElements elements_ { mirror_, manager_, processes_, badges_ };
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
     Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
-    BarSurface surfaces_ { *connection_, mirror_, monitors_ };
+    BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
     ScreenRight capture_;
     UserSession session_;
 

@@ -1,0 +1,110 @@
+#include "x11/KeyboardFocus.h"
+
+#include "x11/Reply.h"
+#include "x11/ToolkitConnection.h"
+
+#include <QGuiApplication>
+#include <QInputEvent>
+
+#include <array>
+
+namespace x11 {
+namespace {
+
+/// Source: ICCCM 4.1.2.4, WM_HINTS. The first word says which of the others count.
+void setTakesInput(xcb_connection_t* connection, xcb_window_t window, bool takesInput)
+{
+    constexpr std::uint32_t inputHint = 1;
+    std::array<std::uint32_t, 9> hints {};
+    const Reply<xcb_get_property_reply_t> present(xcb_get_property_reply(connection,
+        xcb_get_property(connection, 0, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 0, hints.size()), nullptr));
+    if (present && present->format == 32 && present->value_len <= hints.size())
+        std::copy_n(static_cast<const std::uint32_t*>(xcb_get_property_value(present.get())), present->value_len,
+            hints.begin());
+    hints[0] |= inputHint;
+    hints[1] = takesInput ? 1 : 0;
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32,
+        hints.size(), hints.data());
+}
+
+/// XCB_WINDOW_NONE when nothing has it.
+xcb_window_t focusedWindow(xcb_connection_t* connection)
+{
+    const Reply<xcb_get_input_focus_reply_t> focus(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    return focus ? focus->focus : xcb_window_t(XCB_WINDOW_NONE);
+}
+
+}
+
+/// The server's time of the last key or button, in its milliseconds.
+class KeyboardFocus::UserTime final : public QObject {
+public:
+    UserTime() { qGuiApp->installEventFilter(this); }
+    xcb_timestamp_t latest() const { return latest_; }
+
+private:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        switch (event->type()) {
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease:
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseButtonRelease:
+            latest_ = static_cast<xcb_timestamp_t>(static_cast<const QInputEvent*>(event)->timestamp());
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+    xcb_timestamp_t latest_ = XCB_CURRENT_TIME;
+};
+
+KeyboardFocus::KeyboardFocus(const WindowManager& manager)
+    : manager_(manager)
+{
+}
+
+KeyboardFocus::~KeyboardFocus() = default;
+
+void KeyboardFocus::take(xcb_window_t panel)
+{
+    xcb_connection_t* connection = toolkitConnection();
+    if (!connection)
+        return;
+    if (holder_ != XCB_WINDOW_NONE && holder_ != panel)
+        setTakesInput(connection, holder_, false);
+    const xcb_window_t focused = focusedWindow(connection);
+    if (focused != panel && focused != holder_)
+        previous_ = focused;
+    holder_ = panel;
+    userTime_ = std::make_unique<UserTime>();
+    setTakesInput(connection, panel, true);
+    xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, panel, XCB_CURRENT_TIME);
+    xcb_flush(connection);
+}
+
+/// The same thing that the user did may also set the focus to some other window. So that the server keeps to that one,
+/// whichever of the two reaches it first, this is dated just before what the user did.
+void KeyboardFocus::giveBack()
+{
+    xcb_connection_t* connection = toolkitConnection();
+    const xcb_window_t holder = std::exchange(holder_, XCB_WINDOW_NONE);
+    const auto userTime = std::exchange(userTime_, nullptr);
+    if (!connection || holder == XCB_WINDOW_NONE)
+        return;
+    setTakesInput(connection, holder, false);
+    xcb_flush(connection);
+    if (focusedWindow(connection) != holder)
+        return;
+    const xcb_timestamp_t latest = userTime->latest();
+    const auto request = xcb_set_input_focus_checked(
+        connection, XCB_INPUT_FOCUS_POINTER_ROOT, previous_, latest == XCB_CURRENT_TIME ? latest : latest - 1);
+    if (const Reply<xcb_generic_error_t> gone { xcb_request_check(connection, request) })
+        manager_.activateLast();
+}
+
+}

@@ -1,0 +1,53 @@
+#include "search/SearchResultsPanel.h"
+
+#include "settings/Settings.h"
+#include "windowserver/CGWindowLevel.h"
+
+namespace {
+
+constexpr double width = 320;
+
+}
+
+SearchResultsPanel::SearchResultsPanel()
+    : NSPanel({ 0, 0, width, 10 }, NSWindowStyleMaskNonactivatingPanel, NSBackingStoreBuffered, false)
+    , listView_(std::make_shared<ResultsListView>(CGRect { 0, 0, width, 10 }))
+{
+    setOpaque(false);
+    setBackgroundColor(NSColor::clear());
+    setHasShadow(true);
+    setLevel(CGWindowLevelForKey(kCGScreenSaverWindowLevelKey) + 1);
+    setCollectionBehavior(NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary
+        | NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary);
+    setContentView(listView_);
+    listView_->onPick = [this](const SearchHit& hit) { carryOut(hit); };
+}
+
+void SearchResultsPanel::show(std::vector<SearchHit> results, const CGRect& box, std::function<void()> onPick)
+{
+    if (results.empty())
+        return hide();
+    const double height
+        = static_cast<double>(results.size()) * ResultsListView::rowHeight + 2 * ResultsListView::margin;
+    const double y = isTop(Settings::barEdge()) ? box.minY() - height : box.maxY();
+    onPick_ = std::move(onPick);
+    listView_->setResults(std::move(results));
+    listView_->setSelectedIndex(0);
+    setFrame({ box.minX(), y, width, height }, true);
+    orderFrontRegardless();
+}
+
+void SearchResultsPanel::hide()
+{
+    listView_->setResults({});
+    orderOut();
+}
+
+/// The action comes first, while the search is still on.
+void SearchResultsPanel::carryOut(const SearchHit& hit)
+{
+    hit.activate();
+    if (onPick_)
+        onPick_();
+    orderOut();
+}

@@ -1,0 +1,177 @@
+"""The search box: it takes the keyboard, finds windows and programs, opens them, and gives the keyboard back."""
+
+import unittest
+
+from Xlib import X, XK
+from Xlib.ext import xtest
+
+from session import Session, eventually
+
+
+class SearchTest(unittest.TestCase):
+    EDGE = "bottom"
+
+    def setUp(self):
+        self.session = Session()
+        self.session.__enter__()
+        self.addCleanup(self.session.__exit__)
+        self.session.write_settings(barEdge=self.EDGE)
+        self.session.start_bar()
+        self.terminal = self.session.xterm("Quarterly figures")
+        self.editor = self.session.open("L3afpad", "l3afpad")
+        eventually(lambda: self.session.active() == self.editor.id, "the editor is active")
+        eventually(lambda: set(self.session.names()) >= {"XTerm", "L3afpad"}, "both have a button")
+
+    # Hands and eyes
+
+    def focus(self):
+        """The window that gets what is typed."""
+        focused = self.session.display.get_input_focus().focus
+        return focused.id if hasattr(focused, "id") else focused
+
+    def belongs_to_keyboard(self, window):
+        """Whether the focus is on the window or on one inside of it."""
+        number = self.focus()
+        while number > 1 and number != self.session.root.id:
+            if number == window.id:
+                return True
+            number = self.session.window(number).query_tree().parent.id
+        return False
+
+    def bar_has_keyboard(self):
+        return self.belongs_to_keyboard(self.session.bars()[0])
+
+    def press_into_field(self):
+        self.session.click(self.session.bar().middle("search"))
+        eventually(self.bar_has_keyboard, "the bar has the keyboard")
+
+    def key(self, name, modifier=None):
+        display = self.session.display
+        codes = [display.keysym_to_keycode(XK.string_to_keysym(each)) for each in filter(None, (modifier, name))]
+        for code in codes:
+            xtest.fake_input(display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(display, X.KeyRelease, code)
+        display.sync()
+
+    def type(self, text):
+        for letter in text:
+            self.key("space" if letter == " " else letter)
+
+    def panel(self):
+        """The results: x, y, width, height; none while there are none."""
+        for child in self.session.root.query_tree().children:
+            size = child.get_geometry()
+            if size.width == 320 and child.get_attributes().map_state == X.IsViewable and child.get_attributes().override_redirect:
+                return size.x, size.y, size.width, size.height
+        return None
+
+    def rows(self):
+        panel = self.panel()
+        return (panel[3] - 8) // 40 if panel else 0
+
+    # What must hold
+
+    def test_typing_finds_a_window_and_return_raises_it(self):
+        self.press_into_field()
+        self.type("quarterly")
+        eventually(lambda: self.rows() == 1, "one window is found")
+        box = self.session.bar().places["search"][0] + self.session.bar().x
+        x, y, _, height = self.panel()
+        bar = self.session.geometry(self.session.bars()[0])
+        self.assertEqual(x, box)
+        inside = bar[1] <= y + height <= bar[1] + bar[3] if self.EDGE == "bottom" else bar[1] <= y <= bar[1] + bar[3]
+        self.assertTrue(inside, "the panel touches the box")
+        self.key("Return")
+        eventually(lambda: self.session.active() == self.terminal.id, "the terminal is active")
+        eventually(lambda: self.belongs_to_keyboard(self.terminal), "and has the keyboard")
+        eventually(lambda: self.panel() is None, "the panel is gone")
+        self.type("x")
+        self.assertIsNone(self.panel(), "what is typed goes elsewhere")
+
+    def test_escape_gives_the_keyboard_back_and_empties_the_field(self):
+        self.press_into_field()
+        self.type("quarter")
+        eventually(lambda: self.rows() == 1, "something is found")
+        self.key("Escape")
+        eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
+        eventually(lambda: self.session.active() == self.editor.id, "and is active")
+        eventually(lambda: self.panel() is None, "the panel is gone")
+        self.press_into_field()
+        self.type("y")
+        eventually(lambda: self.rows() >= 1, "the field was empty: a y alone is found")
+
+    def test_text_that_finds_nothing_closes_the_panel_and_a_match_opens_it_again(self):
+        self.press_into_field()
+        self.type("quarterlyq")
+        eventually(lambda: self.rows() == 0, "nothing is found")
+        self.key("Return")
+        self.key("BackSpace")
+        eventually(lambda: self.rows() == 1, "the window is found again")
+        self.key("a", "Control_L")
+        self.key("x", "Control_L")
+        eventually(lambda: self.rows() == 0, "all was cut")
+        self.key("v", "Control_L")
+        eventually(lambda: self.rows() == 1, "and pasted")
+        self.assertTrue(self.bar_has_keyboard())
+
+    def test_keys_and_the_mouse_choose_a_row(self):
+        second = self.session.xterm("Quarterly report")
+        self.press_into_field()
+        self.type("quarterly")
+        eventually(lambda: self.rows() == 2, "two windows are found")
+        self.key("Down")
+        self.key("Return")
+        eventually(lambda: self.session.active() in (self.terminal.id, second.id), "one is active")
+        by_keyboard = self.session.active()
+        self.press_into_field()
+        self.type("quarterly")
+        eventually(lambda: self.rows() == 2, "two windows are found")
+        x, y, _, _ = self.panel()
+        self.session.click((x + 100, y + 64))
+        eventually(lambda: self.panel() is None, "the panel is gone")
+        eventually(lambda: self.session.active() in (self.terminal.id, second.id), "a terminal is active")
+        eventually(lambda: not self.bar_has_keyboard(), "the bar has given the keyboard back")
+        self.assertIn(by_keyboard, (self.terminal.id, second.id))
+
+    def test_a_click_elsewhere_takes_the_keyboard_and_another_press_starts_anew(self):
+        self.press_into_field()
+        x, y, width, height = self.session.geometry(self.editor)
+        self.session.click((x + width // 2, y + height // 2))
+        eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard")
+        self.press_into_field()
+        self.key("Escape")
+        eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
+
+    def test_clicks_beside_the_field_never_take_the_keyboard(self):
+        bar = self.session.bar()
+        self.session.click(bar.button(self.session.names().index("XTerm")))
+        eventually(lambda: self.belongs_to_keyboard(self.terminal), "the terminal has the keyboard")
+        self.session.click((bar.x + 1600, bar.y + bar.height // 2))
+        self.assertFalse(self.bar_has_keyboard())
+
+    def test_a_window_that_goes_meanwhile_is_not_missed(self):
+        self.press_into_field()
+        self.editor.destroy()
+        self.session.display.sync()
+        eventually(lambda: "L3afpad" not in self.session.names(), "the editor is gone")
+        self.key("Escape")
+        eventually(lambda: not self.bar_has_keyboard(), "the bar has given the keyboard back")
+        eventually(lambda: self.belongs_to_keyboard(self.terminal), "to what is left")
+
+    def test_hiding_the_bar_ends_the_search(self):
+        self.press_into_field()
+        self.type("quarterly")
+        eventually(lambda: self.rows() == 1, "something is found")
+        self.session.write_settings(barVisible=False, barEdge=self.EDGE)
+        eventually(lambda: not self.session.bars(), "the bar is hidden")
+        eventually(lambda: self.panel() is None, "nothing stays behind")
+        eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
+
+
+class SearchAtTheTopTest(SearchTest):
+    EDGE = "top"
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,253 @@
+#include "ModelTest.h"
+
+#include "appkit/ShortenedText.h"
+#include "bar/BarController.h"
+#include "search/AppCatalog.h"
+#include "settings/Settings.h"
+#include "unit/DrawingText.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QTest>
+
+namespace {
+
+/// A bar of medium size on a display of 1440 by 900, and three windows of Mail to find. What is typed goes in by the
+/// toolkit's own events.
+class SearchInterfaceTest : public ModelTest {
+protected:
+    void SetUp() override
+    {
+        ModelTest::SetUp();
+        AppCatalog::reset();
+        Settings::barSize.set(BarSize::medium);
+        mail_ = run("Mail");
+        for (const char* title :
+            { "Inbox", "Outbox", "Box of a title so long that no row of the list is wide enough for it" })
+            windows_.push_back(openWindow(mail_, { 100, 100, 800, 600 }, title));
+        notes_ = run("Notes");
+        world().activate(notes_);
+        controller_ = std::make_shared<BarController>(Displays::all().front());
+        controller_->start();
+        settle();
+    }
+
+    void TearDown() override
+    {
+        controller_.reset();
+        AppCatalog::reset();
+        ModelTest::TearDown();
+    }
+
+    BarView& view() { return *controller_->view(); }
+    BarSearchField& field() { return *view().searchField(); }
+    QLineEdit& edit() { return *field().widget()->findChild<QLineEdit*>(); }
+    const SearchResultsPanel& panel() { return view().resultsPanel(); }
+
+    void pressIntoField()
+    {
+        QTest::mouseClick(&edit(), Qt::LeftButton);
+        settle();
+    }
+
+    void key(Qt::Key key)
+    {
+        QTest::keyClick(&edit(), key);
+        settle();
+    }
+
+    /// In place of what the field held.
+    void type(const char* text)
+    {
+        edit().selectAll();
+        edit().del();
+        QTest::keyClicks(&edit(), text);
+        settle();
+    }
+
+    Texts rows()
+    {
+        Texts titles;
+        if (panel().isVisible())
+            for (const SearchHit& hit : panel().listView()->results())
+                titles.push_back(hit.title);
+        return titles;
+    }
+
+    void clickList(double y)
+    {
+        const double height = panel().frame().height;
+        panel().listView()->mouseUp({ { 100, height - y } });
+        settle();
+    }
+
+    bool hasKeyboard() { return world().frontmost() == getpid() && controller_->window().canBecomeKey(); }
+    bool wasRaised(std::size_t window) { return world().windows().front().number == windows_.at(window); }
+
+    pid_t mail_ = 0;
+    pid_t notes_ = 0;
+    std::vector<std::uint32_t> windows_;
+    std::shared_ptr<BarController> controller_;
+};
+
+}
+
+TEST_F(SearchInterfaceTest, APressIntoTheFieldTakesTheKeyboardAndEscapeGivesItBack)
+{
+    EXPECT_FALSE(controller_->window().canBecomeKey());
+    pressIntoField();
+    EXPECT_TRUE(hasKeyboard());
+    type("inb");
+    EXPECT_EQ(rows(), Texts { "Inbox" });
+    key(Qt::Key_Escape);
+    EXPECT_FALSE(hasKeyboard());
+    EXPECT_EQ(world().frontmost(), notes_);
+    EXPECT_EQ(field().stringValue(), "");
+    EXPECT_EQ(rows(), Texts());
+}
+
+TEST_F(SearchInterfaceTest, ThePanelTouchesTheBoxOnTheSideTowardTheDesktop)
+{
+    const CGRect box = view().rect(BarComponent::search);
+    const struct {
+        BarEdge edge;
+        const char* text;
+        CGRect frame;
+    } cases[] {
+        { BarEdge::bottom, "inbox", { box.x, box.maxY(), 320, 48 } },
+        { BarEdge::bottom, "box", { box.x, box.maxY(), 320, 128 } },
+        { BarEdge::top, "box", { box.x, 900 - 24 - 52 + box.y - 128, 320, 128 } },
+    };
+    pressIntoField();
+    for (const auto& each : cases) {
+        Settings::barEdge.set(each.edge);
+        settle();
+        type(each.text);
+        EXPECT_TRUE(panel().isVisible());
+        EXPECT_EQ(panel().frame(), each.frame) << each.text;
+    }
+}
+
+TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtTheTop)
+{
+    const auto selected = [this] { return panel().listView()->selectedIndex(); };
+    pressIntoField();
+    type("box");
+    const struct {
+        Qt::Key key;
+        int selected;
+    } steps[] { { Qt::Key_Down, 1 }, { Qt::Key_Up, 0 }, { Qt::Key_Up, 2 }, { Qt::Key_Down, 0 }, { Qt::Key_Down, 1 } };
+    for (const auto& step : steps) {
+        key(step.key);
+        EXPECT_EQ(selected(), step.selected);
+    }
+    key(Qt::Key_Backspace);
+    EXPECT_EQ(selected(), 0);
+}
+
+TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
+{
+    const struct {
+        const char* how;
+        std::function<void()> pick;
+        std::optional<std::size_t> window;
+    } cases[] {
+        { "return on the second", [this] { key(Qt::Key_Down), key(Qt::Key_Return); }, 1 },
+        { "the first row's middle", [this] { clickList(24); }, 2 },
+        { "the top margin", [this] { clickList(1); }, 2 },
+        { "the last row", [this] { clickList(123); }, 0 },
+        { "the bottom margin", [this] { clickList(125); }, std::nullopt },
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.how);
+        world().focus(windows_[0]);
+        world().focus(windows_[1]);
+        world().focus(windows_[2]);
+        world().activate(notes_);
+        WindowIndex::invalidate();
+        pressIntoField();
+        type("box");
+        ASSERT_EQ(rows().size(), 3u);
+        each.pick();
+        EXPECT_EQ(hasKeyboard(), !each.window);
+        EXPECT_EQ(rows().empty(), each.window.has_value());
+        key(Qt::Key_Escape);
+        settle();
+        if (each.window) {
+            EXPECT_TRUE(wasRaised(*each.window));
+        }
+    }
+}
+
+TEST_F(SearchInterfaceTest, ReturnWithNothingFoundDoesNothing)
+{
+    pressIntoField();
+    type("box");
+    type("no such thing");
+    EXPECT_EQ(rows(), Texts());
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    EXPECT_TRUE(hasKeyboard());
+    EXPECT_EQ(field().stringValue(), "no such thing");
+}
+
+TEST_F(SearchInterfaceTest, ASearchEndsWithItsBar)
+{
+    const std::function<void()> ends[] { [] { Settings::barVisible.set(false); }, [this] { controller_->tearDown(); } };
+    for (const auto& end : ends) {
+        Settings::barVisible.set(true);
+        settle();
+        pressIntoField();
+        type("box");
+        end();
+        settle();
+        EXPECT_EQ(rows(), Texts());
+        EXPECT_FALSE(hasKeyboard());
+        EXPECT_EQ(world().frontmost(), notes_);
+    }
+}
+
+TEST_F(SearchInterfaceTest, AVeryLongTextIsSearchedLikeAnyOther)
+{
+    pressIntoField();
+    edit().setText(QString(10'000, 'b'));
+    QTest::keyClicks(&edit(), "x");
+    settle();
+    EXPECT_EQ(rows(), Texts());
+    type("inbox");
+    EXPECT_EQ(rows(), Texts { "Inbox" });
+}
+
+TEST_F(SearchInterfaceTest, ARowShowsItsIconItsTitleAndWhoseItIs)
+{
+    pressIntoField();
+    type("box");
+    key(Qt::Key_Down);
+    const Texts lines = described(panel().listView()->record());
+    const auto has = [&](const std::string& line) { return std::ranges::count(lines, line) == 1; };
+    EXPECT_TRUE(has("fill 0,0 320x128 r0 262626@0.98"));
+    EXPECT_TRUE(has("fill 0,44 320x40 r0 3478F6@0.85")) << "the second row";
+    EXPECT_TRUE(has("text Outbox 13 FFFFFF 42,65"));
+    EXPECT_TRUE(has("text Mail 10 FFFFFF 42,51"));
+}
+
+TEST(ShortenedText, KeepsWholeCharactersAndAtLeastSoManyOfThem)
+{
+    const NSFont font = NSFont::systemFont(13);
+    const double wide = sizeWithAttributes("abcdefgh…", font).width;
+    const struct {
+        const char* text;
+        double width;
+        const char* shortened;
+    } cases[] {
+        { "abcdefgh", wide, "abcdefgh" },
+        { "abcdefghijklmnop", wide, "abcdefgh…" },
+        { "abcdefghijklmnop", 1, "abcd…" },
+        { "äöüßé", 1, "äöüß…" },
+        // A letter with an accent of its own, and a family of three: one character each.
+        { "e\u0301e\u0301e\u0301e\u0301e\u0301", 1, "e\u0301e\u0301e\u0301e\u0301…" },
+        { "👨‍👩‍👧abcdef", 1, "👨‍👩‍👧abc…" },
+    };
+    for (const auto& each : cases)
+        EXPECT_EQ(shortenedText(each.text, font, each.width, 4), each.shortened);
+}
