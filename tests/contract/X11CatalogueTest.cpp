@@ -8,25 +8,6 @@
 
 namespace {
 
-/// Entries written for one test.
-class Entries {
-public:
-    ~Entries()
-    {
-        for (const std::string& id : ids_)
-            std::filesystem::remove(temporaryHome() + "/data/applications/" + id + ".desktop");
-    }
-
-    void write(const std::string& id, const std::string& lines)
-    {
-        writeAtHome("data/applications/" + id + ".desktop", "[Desktop Entry]\nType=Application\n" + lines);
-        ids_.push_back(id);
-    }
-
-private:
-    std::vector<std::string> ids_;
-};
-
 bool startsWithTest(const std::string& name)
 {
     return name.starts_with("Test ");
@@ -37,7 +18,7 @@ bool startsWithTest(const std::string& name)
 TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
 {
     setenv("XDG_CURRENT_DESKTOP", "First:Second", 1);
-    Entries entries;
+    TestEntries entries;
     entries.write("t-plain", "Name=Test plain\nExec=a\n");
     entries.write("t-slash", "Name=Test a/b\\nc\nExec=a\n");
     entries.write("t-hidden", "Name=Test hidden\nExec=a\nNoDisplay=true\n");
@@ -69,7 +50,7 @@ TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
 TEST_F(X11, AnIconOfTheCatalogueIsLookedForWhenItIsPainted)
 {
     writeAtHome("data/pixmaps/test-late.png", "picture");
-    Entries entries;
+    TestEntries entries;
     entries.write("t-late", "Name=Test late\nExec=a\nIcon=test-late\n");
     entries.write("t-none", "Name=Test none\nExec=a\nIcon=no-such-picture\n");
     const auto deferred = [&](const std::string& name) {

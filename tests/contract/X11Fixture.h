@@ -15,7 +15,29 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
+
+/// Desktop entries written for one test.
+class TestEntries {
+public:
+    ~TestEntries()
+    {
+        for (const std::string& id : ids_)
+            std::filesystem::remove(temporaryHome() + "/data/applications/" + id + ".desktop");
+    }
+
+    void write(const std::string& id, const std::string& lines)
+    {
+        writeAtHome("data/applications/" + id + ".desktop", "[Desktop Entry]\nType=Application\n" + lines);
+        ids_.push_back(id);
+    }
+
+private:
+    std::vector<std::string> ids_;
+};
 
 /// The X11 desktop for tests of what it alone does. Skipped where there is no X server, or not with the window manager
 /// that a test is about.

@@ -81,7 +81,7 @@ bool InstalledApplications::openURL(const std::string& url)
 {
     if (pathOf(url) != homeFolder() + "/.Trash")
         return Launching::openWithHandler(url);
-    if (Launching::openWithHandler("trash:///"))
+    if (Launching::tryHandler("trash:///"))
         return true;
     // It comes into being with the first file that is thrown away.
     std::error_code error;

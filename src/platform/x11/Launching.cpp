@@ -1,7 +1,10 @@
 #include "x11/Launching.h"
 
+#include "x11/LaunchContext.h"
+
 #include <gio/gdesktopappinfo.h>
 
+#include <cstdio>
 #include <initializer_list>
 #include <memory>
 #include <vector>
@@ -9,12 +12,29 @@
 namespace x11::Launching {
 namespace {
 
-struct Unref {
-    void operator()(void* object) const { g_object_unref(object); }
-};
+/// Where an operation puts what went wrong; it is told to whoever looks at standard error.
+class Failure {
+public:
+    explicit Failure(const std::string& what)
+        : what_(what)
+    {
+    }
+    ~Failure()
+    {
+        if (!error_)
+            return;
+        std::fprintf(stderr, "vantry: %s can't be opened: %s\n", what_.c_str(), error_->message);
+        g_error_free(error_);
+    }
+    Failure(const Failure&) = delete;
+    Failure& operator=(const Failure&) = delete;
 
-template <class Object>
-using Owned = std::unique_ptr<Object, Unref>;
+    operator GError**() { return &error_; }
+
+private:
+    const std::string& what_;
+    GError* error_ = nullptr;
+};
 
 bool spawn(std::initializer_list<const char*> command)
 {
@@ -25,7 +45,11 @@ bool spawn(std::initializer_list<const char*> command)
     for (const char* argument : command)
         arguments.push_back(const_cast<char*>(argument));
     arguments.push_back(nullptr);
-    return g_spawn_async(nullptr, arguments.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, nullptr);
+    const Owned<GAppLaunchContext> context = makeLaunchContext();
+    const std::unique_ptr<char*, decltype(&g_strfreev)> environment(
+        g_app_launch_context_get_environment(context.get()), g_strfreev);
+    return g_spawn_async(
+        nullptr, arguments.data(), environment.get(), G_SPAWN_SEARCH_PATH, nullptr, nullptr, nullptr, nullptr);
 }
 
 }
@@ -33,12 +57,23 @@ bool spawn(std::initializer_list<const char*> command)
 bool launchEntry(const std::string& entryFile)
 {
     const Owned<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entryFile.c_str()));
-    return application && g_app_info_launch(G_APP_INFO(application.get()), nullptr, nullptr, nullptr);
+    if (!application) {
+        std::fprintf(stderr, "vantry: %s can't be opened: its program isn't there\n", entryFile.c_str());
+        return false;
+    }
+    Failure failure(entryFile);
+    return g_app_info_launch(G_APP_INFO(application.get()), nullptr, makeLaunchContext().get(), failure);
+}
+
+bool tryHandler(const std::string& url)
+{
+    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext().get(), nullptr);
 }
 
 bool openWithHandler(const std::string& url)
 {
-    return g_app_info_launch_default_for_uri(url.c_str(), nullptr, nullptr);
+    Failure failure(url);
+    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext().get(), failure);
 }
 
 bool launchApplicationFinder()

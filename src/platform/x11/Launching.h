@@ -2,11 +2,14 @@
 
 #include <string>
 
-/// Starting programs and handing things to what opens them. False where nothing could be started.
+/// Starting programs and handing things to what opens them. False where nothing could be started, which is also told on
+/// standard error.
 namespace x11::Launching {
 
 bool launchEntry(const std::string& entryFile);
 bool openWithHandler(const std::string& url);
+/// The same, where failing is nothing to tell.
+bool tryHandler(const std::string& url);
 /// The first of the known finders of applications that is installed.
 bool launchApplicationFinder();
 /// The id of the entry that opens things of a type; empty when there is none.
