@@ -2,6 +2,7 @@
 
 #include "app/Log.h"
 #include "appkit/NSApplication.h"
+#include "controls/Shortcuts.h"
 #include "controls/ShowDesktop.h"
 #include "model/DockModel.h"
 #include "search/AppCatalog.h"
@@ -85,7 +86,8 @@ void toggleShowDesktop(const NSMenuItem&)
 
 void hideBar(const NSMenuItem&)
 {
-    flip(Settings::barVisible);
+    if (Shortcuts::onToggleBar)
+        Shortcuts::onToggleBar();
 }
 
 void openSettings(const NSMenuItem&)

@@ -2,6 +2,7 @@
 
 #include "bar/BarMenus.h"
 #include "bar/BarView.h"
+#include "controls/Shortcuts.h"
 #include "search/AppCatalog.h"
 #include "settings/Settings.h"
 
@@ -147,6 +148,13 @@ TEST_F(BarMenusTest, TheBarMenuShowsAndChangesTheSettings)
     choose(*BarMenus::barMenu(), "Restore Windows");
     EXPECT_FALSE(world().process(mail_)->record->isHidden);
     choose(*BarMenus::barMenu(), "Settings\u2026");
+
+    int toggles = 0;
+    Shortcuts::onToggleBar = [&] { ++toggles; };
+    choose(*BarMenus::barMenu(), "Hide Taskbar");
+    EXPECT_EQ(toggles, 1);
+    Shortcuts::onToggleBar = nullptr;
+    choose(*BarMenus::barMenu(), "Hide Taskbar");
 }
 
 TEST_F(BarMenusTest, TheLauncherMenuLaunches)
