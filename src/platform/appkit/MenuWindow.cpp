@@ -18,6 +18,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -26,6 +27,9 @@ constexpr double fontSize = 13;
 constexpr int greatestTextWidth = 420;
 /// More of a title than this is never seen, in characters.
 constexpr int greatestTextLength = 400;
+
+const QColor backgroundColor(0x26, 0x28, 0x2E);
+const QColor textColor(0xF2, 0xF3, 0xF5);
 
 /// Dark whatever the user's theme, as the bars are.
 constexpr const char* style = R"(
@@ -70,6 +74,32 @@ QString label(const NSMenuItem& item, const QFontMetrics& metrics)
     return text;
 }
 
+/// To the right of the point and below it; to its left or above it where the screen ends sooner.
+QPoint corner(QPoint point, QSize size, const QRect& room)
+{
+    const auto fitted = [](int at, int length, int first, int end) {
+        const int before = at + length <= end ? at : at - length;
+        return std::clamp(before, first, std::max(first, end - length));
+    };
+    return { std::clamp(point.x(), room.left(), std::max(room.left(), room.right() + 1 - size.width())),
+        fitted(point.y(), size.height(), room.top(), room.bottom() + 1) };
+}
+
+/// The screen around a point, less the bar that spans an edge of it.
+QRect roomBeside(const QWidget& panel, QPoint point)
+{
+    const QScreen* screen = QGuiApplication::screenAt(point);
+    QRect room = (screen ? screen : QGuiApplication::primaryScreen())->geometry();
+    const QRect taken = panel.geometry();
+    if (taken.width() < room.width() || taken.height() > room.height() / 2)
+        return room;
+    if (taken.center().y() < room.center().y())
+        room.setTop(taken.bottom() + 1);
+    else
+        room.setBottom(taken.top() - 1);
+    return room;
+}
+
 class MenuWidget final : public QMenu {
 public:
     MenuWidget(std::shared_ptr<const NSMenu> menu, QWidget* parent)
@@ -78,7 +108,9 @@ public:
     {
         // A press that closes the menu does nothing else.
         setAttribute(Qt::WA_NoMouseReplay);
+        setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
         setFont(toolkitFont(NSFont::systemFont(fontSize)));
+        setPalette(QPalette(textColor, backgroundColor)); // For what the style sheet has no word for: arrows.
         const QFontMetrics metrics(font());
         for (const NSMenuItem& item : menu_->itemArray())
             add(item, metrics);
@@ -86,14 +118,34 @@ public:
 
     const std::shared_ptr<const NSMenu>& menu() const { return menu_; }
 
+    /// Opens at the point as far as there is room; one that is longer scrolls.
+    void popUp(QPoint point, const QRect& room);
+
 protected:
+    /// The toolkit places menus by what it believes to be free of the screen, which isn't right on every desktop.
+    void showEvent(QShowEvent* event) override
+    {
+        if (corner_)
+            move(*corner_);
+        QMenu::showEvent(event);
+    }
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void add(const NSMenuItem& item, const QFontMetrics& metrics);
 
     std::shared_ptr<const NSMenu> menu_;
+    /// Absent in a submenu.
+    std::optional<QPoint> corner_;
 };
+
+void MenuWidget::popUp(QPoint point, const QRect& room)
+{
+    setMaximumHeight(room.height());
+    const QSize size = sizeHint().boundedTo(maximumSize());
+    corner_ = corner(point, size, room);
+    popup(*corner_);
+}
 
 void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
 {
@@ -158,17 +210,6 @@ private:
     QMenu& menu_;
 };
 
-/// To the right of the point and below it; to its left or above it where the screen ends sooner.
-QPoint corner(QPoint point, QSize size, const QRect& room)
-{
-    const auto fitted = [](int at, int length, int first, int end) {
-        const int before = at + length <= end ? at : at - length;
-        return std::clamp(before, first, std::max(first, end - length));
-    };
-    return { std::clamp(point.x(), room.left(), std::max(room.left(), room.right() + 1 - size.width())),
-        fitted(point.y(), size.height(), room.top(), room.bottom() + 1) };
-}
-
 }
 
 void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& view, CGPoint point)
@@ -184,9 +225,7 @@ void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& v
     const CGPoint inView = view.convertFromWindow(point);
     const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;
     const QPoint anchor = view.widget()->mapToGlobal(QPointF(inView.x, down)).toPoint();
-    const QScreen* screen = QGuiApplication::screenAt(anchor);
-    const QRect room = (screen ? screen : QGuiApplication::primaryScreen())->geometry();
-    widget->popup(corner(anchor, widget->sizeHint(), room));
+    widget->popUp(anchor, roomBeside(*view.widget()->window(), anchor));
 }
 
 void MenuWindow::close()
