@@ -11,6 +11,7 @@
 //   numbers WINDOW PROPERTY TYPE N...   a property of 32-bit numbers
 //   atoms WINDOW PROPERTY NAME...
 //   flood WINDOW COUNT                  changes the title so often
+//   presses CODE                        answers how often that key went down
 //
 // A window asked to close does so, and the program ends with its last one, or with its input.
 
@@ -89,6 +90,7 @@ private:
             { "numbers", &Client::numbers },
             { "atoms", &Client::atoms },
             { "flood", &Client::flood },
+            { "presses", &Client::presses },
         };
         std::string name;
         line >> name;
@@ -116,10 +118,10 @@ private:
         unsigned height = 0;
         line >> x >> y >> width >> height;
         const xcb_window_t window = xcb_generate_id(connection_);
-        const std::uint32_t background = screen_->white_pixel;
+        const std::uint32_t values[] = { screen_->white_pixel, XCB_EVENT_MASK_KEY_PRESS };
         xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window, screen_->root, static_cast<std::int16_t>(x),
             static_cast<std::int16_t>(y), static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(height), 0,
-            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &background);
+            XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values);
         const std::string classes = name_ + '\0' + name_ + '\0';
         setBytes(window, "WM_CLASS", "STRING", classes);
         setNumbers(window, "WM_PROTOCOLS", "ATOM", { atom("WM_DELETE_WINDOW") });
@@ -221,6 +223,12 @@ private:
         return window;
     }
 
+    std::uint32_t presses(std::istringstream& line)
+    {
+        takeEvents();
+        return presses_[number(line)];
+    }
+
     static std::uint32_t number(std::istringstream& line)
     {
         std::uint32_t value = 0;
@@ -255,7 +263,7 @@ private:
         return window;
     }
 
-    /// The only messages that come to this client itself are requests to close.
+    /// Keys, and messages: the only ones that come to this client itself are requests to close.
     void takeEvents()
     {
         while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) {
@@ -264,6 +272,8 @@ private:
                 xcb_destroy_window(connection_, window);
                 windows_.erase(window);
             }
+            if ((event->response_type & 0x7F) == XCB_KEY_PRESS)
+                ++presses_[reinterpret_cast<const xcb_key_press_event_t*>(event)->detail];
             std::free(event);
             xcb_flush(connection_);
             if (windows_.empty())
@@ -275,6 +285,8 @@ private:
     xcb_connection_t* connection_;
     xcb_screen_t* screen_ = nullptr;
     std::set<xcb_window_t> windows_;
+    /// By the key's code.
+    std::map<std::uint32_t, std::uint32_t> presses_;
     std::string input_;
 };
 

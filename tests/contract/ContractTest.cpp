@@ -3,6 +3,7 @@
 #include "base/Value.h"
 #include "host/Accessibility.h"
 #include "host/Displays.h"
+#include "host/Keyboard.h"
 #include "host/Pointer.h"
 #include "host/Processes.h"
 #include "host/Surfaces.h"
@@ -553,6 +554,63 @@ TEST_P(Contract, ThePointerIsWhereItWasMoved)
         const auto at = under_->desktop().pointer().location();
         return std::abs(at.x - 300) <= 1 && std::abs(at.y - 200) <= 1;
     }));
+}
+
+// The keyboard
+
+TEST_P(Contract, AKeyThatTheTapSwallowsReachesNobodyAndOneThatPassesTheFocusedProgramOnce)
+{
+    constexpr std::uint16_t swallowed = 11;
+    constexpr std::uint16_t passed = 18;
+    constexpr std::uint64_t control = 0x40000;
+    constexpr std::uint64_t option = 0x80000;
+    constexpr std::uint64_t command = 0x100000;
+    const auto program = start("alpha");
+    focus(program);
+    auto& keyboard = under_->desktop().keyboard();
+    std::vector<host::KeyPress> shown;
+    keyboard.onPress = [&](const host::KeyPress& press) {
+        shown.push_back(press);
+        return press.key == swallowed;
+    };
+    ASSERT_TRUE(keyboard.tap({ { swallowed, option | command }, { passed, option, control | command } }));
+    const auto type = [&](std::uint16_t key, std::uint64_t flags, std::size_t shownSoFar) {
+        under_->typeKey(key, flags);
+        EXPECT_TRUE(settle([&] { return shown.size() >= shownSoFar; }));
+        EXPECT_EQ(shown.size(), shownSoFar);
+    };
+    const auto seen = [&](std::uint16_t key) { return under_->pressesSeen(program.window, key); };
+
+    type(swallowed, option | command, 0);
+    EXPECT_TRUE(settle([&] { return seen(swallowed) == 1; })) << "no tap yet";
+    keyboard.enableTap(true);
+    EXPECT_TRUE(keyboard.isTapEnabled());
+    type(swallowed, option | command, 1);
+    type(swallowed, option | command | control, 2);
+    type(passed, option, 3);
+    EXPECT_EQ(shown.back(), (host::KeyPress { passed, option }));
+    EXPECT_TRUE(settle([&] { return seen(passed) == 1; }));
+    type(passed, option | command, 3);
+    EXPECT_TRUE(settle([&] { return seen(passed) == 2; }));
+    EXPECT_EQ(seen(swallowed), 1u);
+    keyboard.enableTap(false);
+    type(swallowed, option | command, 3);
+    EXPECT_TRUE(settle([&] { return seen(swallowed) == 2; }));
+    EXPECT_EQ(seen(passed), 2u);
+    keyboard.onPress = nullptr;
+}
+
+TEST_P(Contract, APostedKeyReachesTheFocusedProgram)
+{
+    constexpr std::uint16_t space = 49;
+    const auto program = start("alpha");
+    focus(program);
+    auto& keyboard = under_->desktop().keyboard();
+    ASSERT_TRUE(keyboard.canPost(space));
+    EXPECT_FALSE(keyboard.canPost(999));
+    keyboard.post({ space, 0x100000 }, true);
+    keyboard.post({ space, 0x100000 }, false);
+    EXPECT_TRUE(settle([&] { return under_->pressesSeen(program.window, space) == 1; }));
 }
 
 // Our own panels

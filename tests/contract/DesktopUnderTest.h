@@ -35,6 +35,11 @@ public:
     virtual void focus(std::uint32_t window) = 0;
     virtual void enterFullScreen(std::uint32_t window) = 0;
 
+    /// The user presses and releases a key, with the modifiers of the flags held.
+    virtual void typeKey(std::uint16_t key, std::uint64_t flags) = 0;
+    /// How often the window's program has seen that key go down.
+    virtual std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) = 0;
+
     /// Moves the pointer, screen space.
     virtual void movePointer(CGPoint point) = 0;
     /// The user goes to the nth desktop, from 0; there are at least two.

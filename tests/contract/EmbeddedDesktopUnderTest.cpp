@@ -7,6 +7,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
 
@@ -25,6 +26,7 @@ public:
         embedded::ScenarioBuilder desk;
         desk.display(0).frame({ 0, 0, 1024, 768 });
         desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), root_.string());
+        desktop_->calls().setRecording(true);
         host::Desktop::setCurrent(desktop_.get());
     }
 
@@ -70,6 +72,15 @@ public:
     void minimise(std::uint32_t window) override { world().setMinimised(window, true); }
     void focus(std::uint32_t window) override { world().focus(window); }
     void enterFullScreen(std::uint32_t window) override { world().setFullScreen(window, true); }
+
+    void typeKey(std::uint16_t key, std::uint64_t flags) override { desktop_->keyboard().press({ key, flags }); }
+    std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) override
+    {
+        const auto calls = desktop_->calls().named("key");
+        return static_cast<std::size_t>(std::ranges::count_if(calls, [&](const embedded::Call& call) {
+            return call.window == window && call.value == host::AttributeValue(static_cast<double>(key));
+        }));
+    }
 
     void movePointer(CGPoint point) override { desktop_->pointer().move(point); }
     void switchToSpace(std::size_t index) override

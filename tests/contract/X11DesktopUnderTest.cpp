@@ -7,6 +7,8 @@
 
 #include <QCoreApplication>
 
+#include <xcb/xtest.h>
+
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -67,6 +69,13 @@ const bool isRegistered = [] {
         desktopKinds().push_back({ "x11", [] { return std::make_unique<X11DesktopUnderTest>(); } });
     return true;
 }();
+
+/// Of an ordinary keyboard.
+xcb_keycode_t serverCode(std::uint16_t key)
+{
+    static const std::map<std::uint16_t, xcb_keycode_t> codes { { 18, 10 }, { 11, 56 }, { 49, 65 } };
+    return codes.at(key);
+}
 
 std::string numbers(const CGRect& frame)
 {
@@ -264,6 +273,30 @@ std::vector<xcb_window_t> X11DesktopUnderTest::managerLists(const std::string& p
     }
     std::free(reply);
     return windows;
+}
+
+void X11DesktopUnderTest::typeKey(std::uint16_t key, std::uint64_t flags)
+{
+    std::vector<xcb_keycode_t> codes;
+    for (const auto& [flag, code] :
+        { std::pair<std::uint64_t, xcb_keycode_t> { 0x40000, 37 }, { 0x80000, 64 }, { 0x100000, 133 } }) {
+        if ((flags & flag) != 0)
+            codes.push_back(code);
+    }
+    codes.push_back(serverCode(key));
+    const auto fake = [&](std::uint8_t type, xcb_keycode_t code) {
+        xcb_test_fake_input(connection_, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    };
+    for (const xcb_keycode_t code : codes)
+        fake(XCB_KEY_PRESS, code);
+    for (const xcb_keycode_t code : codes)
+        fake(XCB_KEY_RELEASE, code);
+    xcb_flush(connection_);
+}
+
+std::size_t X11DesktopUnderTest::pressesSeen(std::uint32_t window, std::uint16_t key)
+{
+    return program(owners_.at(window)).tell("presses " + std::to_string(serverCode(key)));
 }
 
 void X11DesktopUnderTest::movePointer(CGPoint point)

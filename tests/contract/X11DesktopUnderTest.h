@@ -42,6 +42,8 @@ public:
     void minimise(std::uint32_t window) override;
     void focus(std::uint32_t window) override;
     void enterFullScreen(std::uint32_t window) override;
+    void typeKey(std::uint16_t key, std::uint64_t flags) override;
+    std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) override;
     void movePointer(CGPoint point) override;
     void switchToSpace(std::size_t index) override;
 
