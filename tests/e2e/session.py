@@ -371,10 +371,13 @@ class Session:
         os.makedirs(path, exist_ok=True)
         return path
 
+    def set_monitor(self, name, geometry, output):
+        subprocess.run(["xrandr", "--setmonitor", name, geometry, output], env=self.environment, check=True)
+
     def split_monitors(self):
         """Two monitors side by side on the one screen."""
-        subprocess.run(["xrandr", "--setmonitor", "LEFT", "960/250x1080/280+0+0", "screen"], env=self.environment, check=True)
-        subprocess.run(["xrandr", "--setmonitor", "RIGHT", "960/250x1080/280+960+0", "none"], env=self.environment, check=True)
+        self.set_monitor("LEFT", "960/250x1080/280+0+0", "screen")
+        self.set_monitor("RIGHT", "960/250x1080/280+960+0", "none")
 
     def join_monitors(self):
         subprocess.run(["xrandr", "--delmonitor", "RIGHT"], env=self.environment, check=True)

@@ -13,9 +13,9 @@ class BarWindowTest(unittest.TestCase):
             self.assertEqual(session.geometry(bar), (0, 1017, 1920, 63))
             self.assertEqual(session.atoms(bar, "_NET_WM_WINDOW_TYPE")[0], "_NET_WM_WINDOW_TYPE_DOCK")
             self.assertEqual(list(session.property(bar, "_NET_WM_STRUT_PARTIAL")),
-                             [0, 0, 0, 63, 0, 0, 0, 0, 0, 0, 0, 1919])
-            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT")), [0, 0, 0, 63])
-            eventually(lambda: session.property(session.root, "_NET_WORKAREA")[3] == 1080 - 63,
+                             [0, 0, 0, 68, 0, 0, 0, 0, 0, 0, 0, 1919])
+            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT")), [0, 0, 0, 68])
+            eventually(lambda: session.property(session.root, "_NET_WORKAREA")[3] == 1080 - 68,
                        "the window manager keeps the strut free")
 
             terminal = session.xterm()
@@ -23,7 +23,7 @@ class BarWindowTest(unittest.TestCase):
                         session.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), 2)
             eventually(lambda: session.geometry(terminal)[3] > 900, "the window is maximised")
             _, y, _, height = session.geometry(terminal)
-            self.assertLessEqual(y + height, 1017)
+            self.assertLessEqual(y + height, 1012)
 
     def test_at_the_top_edge_the_strut_is_at_the_top(self):
         with Session() as session:
@@ -32,7 +32,7 @@ class BarWindowTest(unittest.TestCase):
             bar = session.bars()[0]
             self.assertEqual(session.geometry(bar), (0, 0, 1920, 63))
             self.assertEqual(list(session.property(bar, "_NET_WM_STRUT_PARTIAL")),
-                             [0, 0, 63, 0, 0, 0, 0, 0, 0, 1919, 0, 0])
+                             [0, 0, 68, 0, 0, 0, 0, 0, 0, 1919, 0, 0])
 
     def test_it_never_takes_the_keyboard(self):
         with Session() as session:

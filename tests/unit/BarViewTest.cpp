@@ -280,6 +280,10 @@ TEST_F(BarViewTest, EachPlaceHasItsClick)
     click(middle(BarComponent::showDesktop));
     EXPECT_GT(count("hide"), 0u);
     EXPECT_TRUE(isRepaintPending());
+
+    view_->setItems({});
+    click(middle(BarComponent::launcher));
+    EXPECT_EQ(logged("launcher: "), Texts { "launcher: sent Cmd+Space" }) << "without an entry, the desktop's own";
 }
 
 TEST_F(BarViewTest, WithoutFinderAClickOnItsPlaceGoesToTheButtonBelow)

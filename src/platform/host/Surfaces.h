@@ -27,8 +27,8 @@ public:
     virtual void adopt(QWidget& widget, const SurfaceStyle& style, const CGRect& frame) = 0;
     virtual void release(QWidget& widget) = 0;
 
-    /// Screen space. A panel that spans an edge of its display keeps other windows' maximised frames off itself where
-    /// the desktop has a way to say so.
+    /// Screen space. A panel that spans an edge of its display keeps other windows' maximised frames 5 points off
+    /// itself where the desktop has a way to say so: a window can be resized by a little more than its frame.
     virtual void setFrame(QWidget& widget, const CGRect& frame) = 0;
     /// Shows the panel in front of its level without taking the keyboard. Costs nothing when it is there already.
     virtual void orderFront(QWidget& widget) = 0;

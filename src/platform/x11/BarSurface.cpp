@@ -15,6 +15,9 @@
 namespace x11 {
 namespace {
 
+/// The pixels between a bar and the windows that the window manager keeps off it.
+constexpr int keptFree = 5;
+
 std::uint64_t now()
 {
     return RunLoop::main().clock().nanoseconds();
@@ -99,6 +102,14 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
         setStrut(*panel);
     }
     widget.setGeometry(geometry(rect));
+}
+
+void BarSurface::displaysChanged()
+{
+    for (const Panel& panel : panels_) {
+        if (panel.edge != Edge::none)
+            setStrut(panel);
+    }
 }
 
 void BarSurface::orderFront(QWidget& widget)
@@ -251,9 +262,9 @@ void BarSurface::setStrut(const Panel& panel) const
 {
     std::optional<Strut> strut;
     if (panel.edge == Edge::top)
-        strut = topStrut(panel.frame, monitors_);
+        strut = topStrut(grown(panel.frame, { 0, 0, 0, keptFree }), monitors_);
     if (panel.edge == Edge::bottom)
-        strut = bottomStrut(panel.frame, monitors_);
+        strut = bottomStrut(grown(panel.frame, { 0, 0, keptFree, 0 }), monitors_);
     const Strut values = strut.value_or(Strut {});
     const Atoms& atoms = connection_.atoms();
     setProperty(panel, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL, { values.begin(), values.end() });

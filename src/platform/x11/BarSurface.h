@@ -26,6 +26,9 @@ public:
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return mirror_.state().isComposited; }
 
+    /// The displays have changed: what a bar reserves depends on what lies beyond it.
+    void displaysChanged();
+
     /// Whether a child of the root is a window of this program, or the window manager's frame of one.
     bool owns(xcb_window_t rootChild) const;
 

@@ -186,6 +186,8 @@ private:
         const bool hasNewDisplays = (std::exchange(isDisplayStale_, false) || changes.struts) && monitors_.update();
         if (hasNewDisplays && monitors_.onChange)
             monitors_.onChange();
+        if (hasNewDisplays)
+            surfaces_.displaysChanged();
 
         const bool hasNewProcesses = std::exchange(areProcessesStale_, false) || changes.listing || changes.active;
         if (hasNewProcesses) {

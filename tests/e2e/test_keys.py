@@ -1,0 +1,130 @@
+"""Keys that work whatever program is in front. Keys are named by their places on the keyboard."""
+
+import subprocess
+import unittest
+
+from Xlib import X, display
+from Xlib.ext import xtest
+
+from session import Session, eventually
+
+ALT, SUPER, SHIFT, CAPS_LOCK, NUM_LOCK = 64, 133, 50, 66, 77
+ONE, TWO, THREE, NINE, B, X_KEY = 10, 11, 12, 18, 56, 53
+ALT_MASK = X.Mod1Mask
+
+
+def down(session, *codes):
+    for code in codes:
+        xtest.fake_input(session.display, X.KeyPress, code)
+    session.display.sync()
+
+
+def up(session, *codes):
+    for code in reversed(codes):
+        xtest.fake_input(session.display, X.KeyRelease, code)
+    session.display.sync()
+
+
+def press(session, *codes):
+    down(session, *codes)
+    up(session, *codes)
+
+
+class Client:
+    """A program with a window that counts what is typed, or with a key of its own."""
+
+    def __init__(self, session):
+        self.display = display.Display(session.environment["DISPLAY"])
+        self.root = self.display.screen().root
+        self.presses = []
+
+    def open(self, session):
+        window = self.root.create_window(300, 200, 400, 300, 0, X.CopyFromParent, event_mask=X.KeyPressMask)
+        window.set_wm_class("client", "Client")
+        window.map()
+        self.display.sync()
+        eventually(lambda: session.active() == window.id, "the client is in front")
+
+    def grab(self, code, modifiers):
+        self.root.grab_key(code, modifiers, False, X.GrabModeAsync, X.GrabModeAsync)
+        self.display.sync()
+
+    def seen(self, code):
+        while self.display.pending_events():
+            event = self.display.next_event()
+            if event.type == X.KeyPress:
+                self.presses.append(event.detail)
+        return self.presses.count(code)
+
+
+class KeyTest(unittest.TestCase):
+    def toggle(self, session, what):
+        shown = bool(session.bars())
+        press(session, ALT, SUPER, B)
+        eventually(lambda: bool(session.bars()) != shown, f"the bar is {'hidden' if shown else 'shown'}: {what}")
+
+    def digit(self, session, what):
+        before = session.log().count("shortcut: option-1 -> ")
+        press(session, ALT, ONE)
+        eventually(lambda: session.log().count("shortcut: option-1 -> ") == before + 1, f"the first button: {what}")
+
+    def test_they_work_with_locks_and_on_any_layout(self):
+        with Session() as session:
+            session.start_bar(env={"BAR_PROBE_TAP": "1"})
+            session.xterm()
+            eventually(session.names, "it has a button")
+            for lock in (None, CAPS_LOCK, NUM_LOCK):
+                if lock:
+                    press(session, lock)
+                self.toggle(session, lock)
+                self.digit(session, lock)
+            for layout in (["fr"], ["us,ru", "-option", "grp:shift_caps_toggle"], ["us"], ["de", "neo"]):
+                subprocess.run(["setxkbmap", *layout], env=session.environment, check=True)
+                press(session, SHIFT, CAPS_LOCK)
+                self.toggle(session, layout)
+                self.digit(session, layout)
+            self.toggle(session, "an even number of times")
+            eventually(lambda: "shortcuts: tap enabled = true" in session.log(), "the tap's monitor reports")
+
+    def test_what_they_claim_reaches_nobody_and_the_rest_the_focused_program_once(self):
+        with Session() as session:
+            session.start_bar()
+            client = Client(session)
+            client.open(session)
+            self.toggle(session, "away")
+            press(session, ALT, NINE)
+            press(session, ALT, B)
+            press(session, ALT, SUPER, ONE)
+            session.write_settings(enableShortcuts=False)
+            press(session, ALT, ONE)
+            self.toggle(session, "back, with the others switched off")
+            # Keys come in their order: when the last has come, none of those before is still on its way.
+            press(session, X_KEY)
+            eventually(lambda: client.seen(X_KEY) == 1, "the last key came")
+            self.assertEqual([code for code in client.presses if code not in (ALT, SUPER)], [B, ONE, ONE, X_KEY])
+
+            session.write_settings(enableShortcuts=True)
+            down(session, ALT, SUPER, B)
+            up(session, ALT, SUPER)
+            press(session, X_KEY)
+            eventually(lambda: client.seen(X_KEY) == 2, "other keys are free while one is held")
+            subprocess.run(["setxkbmap", "fr"], env=session.environment, check=True)
+            up(session, B)
+            self.toggle(session, "after the keyboard changed under a key that was held")
+
+    def test_a_key_that_is_another_programs_is_named_and_the_others_work(self):
+        with Session() as session:
+            other = Client(session)
+            other.grab(THREE, ALT_MASK)
+            session.start_bar()
+            self.assertEqual(session.log().count("vantry: another program has "), 1)
+            self.assertIn("vantry: another program has Alt+AE03 for itself", session.log())
+            session.xterm()
+            eventually(session.names, "it has a button")
+            self.digit(session, "though the third is taken")
+            press(session, ALT, THREE)
+            eventually(lambda: other.seen(THREE) == 1, "its owner has it")
+
+
+if __name__ == "__main__":
+    unittest.main()
