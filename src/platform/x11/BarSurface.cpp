@@ -5,6 +5,8 @@
 #include "x11/Struts.h"
 #include "x11/ToolkitConnection.h"
 
+#include <QBitmap>
+#include <QImage>
 #include <QWidget>
 
 #include <unistd.h>
@@ -64,14 +66,20 @@ void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const C
 {
     const Rect rect = monitors_.toRoot(frame);
     const Edge edge = edgeOf(rect);
-    Qt::WindowFlags flags = edge == Edge::none ? Qt::ToolTip : Qt::Window;
-    flags |= Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
+    Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
+    // Not the toolkit's own kind for tooltips: that gets another window when it is shown.
+    flags.setFlag(Qt::BypassWindowManagerHint, edge == Edge::none);
     flags.setFlag(Qt::WindowTransparentForInput, style.ignoresMouseEvents);
     widget.setWindowFlags(flags);
     widget.setAttribute(Qt::WA_ShowWithoutActivating);
     widget.setAttribute(Qt::WA_TranslucentBackground, !style.isOpaque && canBlend());
     widget.setGeometry(geometry(rect));
-    panels_.push_back({ &widget, static_cast<xcb_window_t>(widget.winId()), style.level, edge, rect });
+    panels_.push_back({ .widget = &widget,
+        .window = static_cast<xcb_window_t>(widget.winId()),
+        .level = style.level,
+        .isOpaque = style.isOpaque,
+        .edge = edge,
+        .frame = rect });
     tellMonitors();
 }
 
@@ -101,7 +109,28 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
         panel->edge = edgeOf(rect);
         setStrut(*panel);
     }
+    const bool isResized = widget.size() != geometry(rect).size();
     widget.setGeometry(geometry(rect));
+    if (isResized && widget.isVisible())
+        cutOut(*panel);
+}
+
+/// Nothing shows through a window that isn't blended with what is behind it. A popup that isn't opaque is cut to the
+/// shape of what it paints, so that its round corners aren't black.
+void BarSurface::cutOut(Panel& panel)
+{
+    if (panel.edge != Edge::none || panel.isOpaque)
+        return;
+    if (canBlend()) {
+        if (std::exchange(panel.isCutOut, false))
+            panel.widget->clearMask();
+        return;
+    }
+    QImage picture(panel.widget->size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    panel.widget->render(&picture, {}, {}, QWidget::DrawChildren);
+    panel.widget->setMask(QRegion(QBitmap::fromImage(picture.createAlphaMask())));
+    panel.isCutOut = true;
 }
 
 void BarSurface::displaysChanged()
@@ -119,6 +148,7 @@ void BarSurface::orderFront(QWidget& widget)
         return;
     if (!widget.isVisible()) {
         describe(*panel);
+        cutOut(*panel);
         panel->askedAt = now();
         widget.show();
         raise(*panel);
@@ -247,9 +277,13 @@ void BarSurface::setProperty(
 
 void BarSurface::describe(const Panel& panel) const
 {
-    if (panel.edge == Edge::none)
-        return;
     const Atoms& atoms = connection_.atoms();
+    if (panel.edge == Edge::none) {
+        const bool isTouched = !panel.widget->windowFlags().testFlag(Qt::WindowTransparentForInput);
+        setProperty(panel, atoms.netWmWindowType, XCB_ATOM_ATOM,
+            { isTouched ? atoms.netWmWindowTypePopupMenu : atoms.netWmWindowTypeTooltip });
+        return;
+    }
     // Written here rather than asked of the toolkit, which leaves it out for a window without a frame.
     setProperty(panel, atoms.netWmWindowType, XCB_ATOM_ATOM, { atoms.netWmWindowTypeDock });
     setProperty(panel, atoms.netWmDesktop, XCB_ATOM_CARDINAL, { allDesktops });

@@ -10,8 +10,9 @@
 namespace x11 {
 
 /// Our own panels as windows of the desktop. One that spans an edge of its monitor is a dock with a strut; the others
-/// are popups that the window manager leaves alone. What makes a window one or the other is set on the toolkit's
-/// connection, ahead of its being shown, so that the window manager never sees it otherwise.
+/// are popups that the window manager leaves alone: no list or pager has them, and they never get the keyboard. What
+/// makes a window one or the other is set on the toolkit's connection, ahead of its being shown, so that the window
+/// manager never sees it otherwise.
 class BarSurface final : public host::Surfaces {
 public:
     BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager);
@@ -38,8 +39,10 @@ private:
         QWidget* widget;
         xcb_window_t window;
         int level;
+        bool isOpaque;
         Edge edge;
         Rect frame;
+        bool isCutOut = false;
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
         /// When its window was last asked to be mapped or unmapped, in nanoseconds of the clock.
@@ -52,6 +55,7 @@ private:
     void setStrut(const Panel& panel) const;
     void setProperty(
         const Panel& panel, xcb_atom_t name, xcb_atom_t type, const std::vector<std::uint32_t>& values) const;
+    void cutOut(Panel& panel);
     void tellMonitors();
     void giveBackFrom(const QWidget& widget);
     void insist(Panel& panel, bool isShown);
