@@ -2,6 +2,7 @@
 
 #include "base/Value.h"
 #include "host/Accessibility.h"
+#include "host/Capture.h"
 #include "host/Displays.h"
 #include "host/Keyboard.h"
 #include "host/Pointer.h"
@@ -678,6 +679,26 @@ TEST_P(Contract, APanelHasTheKeyboardUntilItIsGivenBackTakenOrGone)
         EXPECT_TRUE(isInFront(each.after));
     }
     surfaces.release(panel);
+}
+
+TEST_P(Contract, ACaptureAnswersLaterAndOnceWithAPictureOrAnError)
+{
+    const auto program = start("alpha");
+    const auto gone = start("beta");
+    under_->closeWindow(gone.window);
+    EXPECT_TRUE(settle([&] { return !isListed(gone.window); }));
+
+    auto& capture = under_->desktop().capture();
+    EXPECT_TRUE(capture.isPermitted());
+    std::vector<std::pair<bool, bool>> answers;
+    for (const auto window : { program.window, gone.window, program.window })
+        capture.capture(window, 240, 180, [&](const host::Captured& captured) {
+            answers.emplace_back(captured.picture != nullptr, captured.error.empty());
+        });
+    EXPECT_TRUE(answers.empty());
+    EXPECT_TRUE(settle([&] { return answers.size() == 3; }));
+    std::ranges::sort(answers);
+    EXPECT_EQ(answers, (std::vector<std::pair<bool, bool>> { { false, false }, { true, true }, { true, true } }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Desktops, Contract, testing::ValuesIn(desktopKinds()),

@@ -78,6 +78,11 @@ QImage render(const std::vector<IconSource::Pixels>& sizes, QSize size)
     return fitted(QImage(bytes, best->width, best->height, QImage::Format_ARGB32), size);
 }
 
+QImage render(const IconSource::Packed& packed, QSize size)
+{
+    return fitted(QImage::fromData(packed.bytes.data(), static_cast<int>(packed.bytes.size())), size);
+}
+
 QImage render(const IconSource::Deferred& deferred, QSize size)
 {
     const auto found = deferred.find();
@@ -92,16 +97,29 @@ public:
     template <class Make>
     QPixmap get(const Key& key, const Make& make)
     {
+        const auto known = pixmaps_.find(key);
+        if (known != pixmaps_.end())
+            return known->second;
         // Far more than one bar shows at once; starting over is cheaper than keeping account of use.
-        if (pixmaps_.size() > 1000)
-            pixmaps_.clear();
-        const auto [place, isNew] = pixmaps_.try_emplace(key);
-        if (isNew)
-            place->second = QPixmap::fromImage(make());
-        return place->second;
+        if (bytes_ > mostBytes)
+            clear();
+        QPixmap pixmap = QPixmap::fromImage(make());
+        bytes_ += overhead + pixmap.width() * pixmap.height() * pixmap.depth() / 8;
+        return pixmaps_.emplace(key, std::move(pixmap)).first->second;
     }
 
 private:
+    static constexpr long long mostBytes = 6'000'000;
+    /// What there is to an entry beside its pixels, about: pictures that can't be read count too.
+    static constexpr long long overhead = 200;
+
+    void clear()
+    {
+        pixmaps_.clear();
+        bytes_ = 0;
+    }
+
+    long long bytes_ = 0;
     std::map<Key, QPixmap> pixmaps_;
 };
 

@@ -2,6 +2,7 @@
 
 #include "appkit/DrawingList.h"
 #include "appkit/NSGraphicsContext.h"
+#include "capture/SCScreenshotManager.h"
 
 #include <QFile>
 
@@ -20,6 +21,12 @@ NSImage::NSImage() = default;
 
 NSImage::NSImage(std::shared_ptr<const IconSource> icon)
     : icon_(std::move(icon))
+{
+}
+
+NSImage::NSImage(const CGImage& image, CGSize size)
+    : icon_(image.content)
+    , size_(size)
 {
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 class NSFont;
+struct CGImage;
 struct DrawingList;
 struct IconSource;
 enum class NSCompositingOperation;
@@ -31,6 +32,8 @@ public:
     /// An empty picture.
     NSImage();
     explicit NSImage(std::shared_ptr<const IconSource> icon);
+    /// A captured picture that says it is `size` points large.
+    NSImage(const CGImage& image, CGSize size);
     /// One of the bundled symbols, a template: only its shape counts. Absent when there is none of that name.
     static std::optional<NSImage> imageWithSystemSymbolName(const std::string& name, const std::string& description);
     /// Records what `handler` draws into the rectangle it is given, which is `size` at the origin.

@@ -24,6 +24,10 @@ struct IconSource {
     struct Svg {
         std::string text;
     };
+    /// A picture file's content.
+    struct Packed {
+        std::vector<unsigned char> bytes;
+    };
 
     /// A picture that is looked for when it is first painted. Main thread.
     struct Deferred {
@@ -32,5 +36,9 @@ struct IconSource {
     };
 
     /// For pixels: the same picture in several sizes, at least one.
-    std::variant<File, Svg, std::vector<Pixels>, Deferred> content;
+    std::variant<File, Svg, std::vector<Pixels>, Packed, Deferred> content;
+
+    /// Pixels packed without loss, to be kept in little room: 32-bit ARGB, premultiplied, row by row from the top. Null
+    /// when there is no memory for it. Any thread.
+    static std::shared_ptr<const IconSource> pack(const std::uint32_t* argb, int width, int height);
 };

@@ -1,15 +1,17 @@
 #pragma once
 
 #include "embedded/CallLog.h"
+#include "embedded/Later.h"
 #include "embedded/World.h"
 #include "host/Capture.h"
 
 namespace embedded {
 
-/// The right to look at other programs' windows. Main thread.
+/// Pictures of the windows as the view paints them; minimised windows and those on other spaces have theirs too. Main
+/// thread, captures included: there is no server whose answers could be waited for elsewhere.
 class Capture final : public host::Capture {
 public:
-    Capture(const World& world, CallLog& log)
+    Capture(World& world, CallLog& log)
         : world_(world)
         , log_(log)
     {
@@ -21,10 +23,14 @@ public:
         log_.add({ .name = "requestScreenCapture", .value = {} });
         return world_.isScreenCapturePermitted();
     }
+    void capture(std::uint32_t window, int width, int height, std::function<void(host::Captured)> done) override;
 
 private:
-    const World& world_;
+    host::Captured take(std::uint32_t window, int width, int height);
+
+    World& world_;
     CallLog& log_;
+    Later later_;
 };
 
 }

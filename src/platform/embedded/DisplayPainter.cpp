@@ -77,6 +77,19 @@ QImage DisplayPainter::picture() const
     return image;
 }
 
+QImage DisplayPainter::picture(const Window& window, QSize size) const
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF frame = frameOf(window);
+    painter.scale(size.width() / frame.width(), size.height() / frame.height());
+    painter.translate(-frame.topLeft());
+    paintWindow(painter, window);
+    return image;
+}
+
 QRectF DisplayPainter::frameOf(const Window& window) const
 {
     const CGRect corner = world_.screens().flipped(screen_.frame);

@@ -21,6 +21,8 @@ public:
 
     /// In points of the display, one a pixel.
     QImage picture() const;
+    /// One window, whatever lies over it, at another size.
+    QImage picture(const Window& window, QSize size) const;
 
     /// Where a window lies in the picture.
     QRectF frameOf(const Window& window) const;

@@ -20,6 +20,7 @@ struct WindowFaults {
     bool refusesSizes = false;
     /// Never gets smaller than this.
     std::optional<CGSize> minimumSize;
+    /// Of accessibility, and "capture".
     FailingCalls fails;
 };
 
@@ -54,6 +55,8 @@ struct DesktopFaults {
     bool dockMissing = false;
     /// How long, in seconds, a window takes to enter or leave full screen.
     double fullScreenDelay = 0;
+    /// How long, in seconds, a capture takes.
+    double captureDelay = 0;
 };
 
 }

@@ -302,6 +302,7 @@ private:
         faults.read("keyTapMissing", scenario_.faults.keyTapMissing);
         faults.read("dockMissing", scenario_.faults.dockMissing);
         faults.read("fullScreenDelay", scenario_.faults.fullScreenDelay);
+        faults.read("captureDelay", scenario_.faults.captureDelay);
         faults.done();
     }
 

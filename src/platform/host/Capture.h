@@ -1,8 +1,23 @@
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+struct IconSource;
+
 namespace host {
 
-/// The right to look at other programs' windows. Main thread.
+/// What came of a capture.
+struct Captured {
+    /// Null when it failed.
+    std::shared_ptr<const IconSource> picture;
+    /// Why it failed, for people.
+    std::string error;
+};
+
+/// Looking at other programs' windows. Main thread.
 class Capture {
 public:
     virtual ~Capture() = default;
@@ -10,6 +25,12 @@ public:
     virtual bool isPermitted() = 0;
     /// Asks the user where it isn't; true when it is held afterwards.
     virtual bool requestPermission() = 0;
+
+    /// A picture of the window itself, decorations included, whatever lies over it, scaled down to that many pixels.
+    /// Returns at once and costs the main thread nothing more; `done` is called on the main run loop, not before this
+    /// returns, and once, or never where the desktop goes first. Fails without permission, for a window that isn't
+    /// there, and for one whose pixels the desktop doesn't keep.
+    virtual void capture(std::uint32_t window, int width, int height, std::function<void(Captured)> done) = 0;
 };
 
 }

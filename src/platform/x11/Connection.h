@@ -26,6 +26,7 @@ public:
     xcb_connection_t* get() const { return connection_.get(); }
     operator xcb_connection_t*() const { return connection_.get(); }
     xcb_window_t root() const { return screen_->root; }
+    const xcb_screen_t& screen() const { return *screen_; }
     int screenNumber() const { return screenNumber_; }
     const xcb_setup_t& setup() const { return *xcb_get_setup(connection_.get()); }
     const Atoms& atoms() const { return atoms_; }

@@ -6,8 +6,8 @@
 #include "x11/Instance.h"
 #include "x11/Keyboard.h"
 #include "x11/PointerWatch.h"
-#include "x11/ScreenRight.h"
 #include "x11/UserSession.h"
+#include "x11/WindowCapture.h"
 #include "x11/WindowElements.h"
 #include "x11/WindowList.h"
 
@@ -227,7 +227,7 @@ private:
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
     Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
-    ScreenRight capture_;
+    WindowCapture capture_ { mirror_ };
     UserSession session_;
 
     bool isDisplayStale_ = false;

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string>
+
+/// Why something failed.
+struct NSError {
+    /// For people.
+    std::string localizedDescription;
+};

@@ -1,0 +1,188 @@
+#include "contract/X11Fixture.h"
+
+#include "base/IconSource.h"
+#include "base/RunLoop.h"
+#include "host/Capture.h"
+
+#include <QCoreApplication>
+#include <QImage>
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::uint32_t red = 0xC03020;
+constexpr std::uint32_t green = 0x20A040;
+
+class X11Capture : public X11 {
+protected:
+    struct Outcome {
+        QImage picture;
+        std::string error;
+    };
+
+    Outcome capture(std::uint32_t window, int width = 240, int height = 180)
+    {
+        std::optional<Outcome> outcome;
+        under_->desktop().capture().capture(window, width, height, [&](host::Captured captured) {
+            outcome.emplace();
+            outcome->error = captured.error;
+            if (captured.picture) {
+                const auto& bytes = std::get<IconSource::Packed>(captured.picture->content).bytes;
+                outcome->picture = QImage::fromData(bytes.data(), static_cast<int>(bytes.size()));
+            }
+        });
+        EXPECT_FALSE(outcome) << "answered at once";
+        EXPECT_TRUE(settle([&] { return outcome.has_value(); }));
+        return outcome.value_or(Outcome {});
+    }
+
+    void paint(std::uint32_t window, std::uint32_t color)
+    {
+        xcb_change_window_attributes(under_->connection(), window, XCB_CW_BACK_PIXEL, &color);
+        xcb_clear_area(under_->connection(), 1, window, 0, 0, 0, 0);
+        xcb_flush(under_->connection());
+    }
+
+    Program start(const std::string& name, std::uint32_t color, const CGRect& frame)
+    {
+        const Program program = X11::start(name, {}, frame);
+        paint(program.window, color);
+        return program;
+    }
+
+    /// How much of a picture, from 0 to 1, is of a colour or nearly so.
+    static double share(const QImage& picture, std::uint32_t color)
+    {
+        int count = 0;
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width(); ++x) {
+                const QRgb pixel = picture.pixel(x, y);
+                const auto isNear = [](int a, int b) { return std::abs(a - b) < 8; };
+                count += isNear(qRed(pixel), qRed(color)) && isNear(qGreen(pixel), qGreen(color))
+                    && isNear(qBlue(pixel), qBlue(color));
+            }
+        return static_cast<double>(count) / (picture.width() * picture.height());
+    }
+
+    QRgb onScreen(int x, int y)
+    {
+        const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
+            xcb_get_image_reply(under_->connection(),
+                xcb_get_image(under_->connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, under_->root(),
+                    static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 1, 1, ~0U),
+                nullptr),
+            &std::free);
+        return *reinterpret_cast<const QRgb*>(xcb_get_image_data(reply.get())) & 0xFFFFFF;
+    }
+};
+
+}
+
+TEST_F(X11Capture, AWindowsOwnPixelsAreSeenWhateverLiesOverIt)
+{
+    const struct {
+        const char* name;
+        CGRect over;
+    } rows[] = {
+        { "nothing", { 900, 600, 200, 150 } },
+        { "half", { 400, 100, 600, 600 } },
+        { "all", { 150, 100, 800, 700 } },
+    };
+    for (const auto& row : rows) {
+        const auto below = start("below", red, { 250, 200, 480, 360 });
+        const auto above = start("above", green, row.over);
+        const auto outcome = capture(below.window);
+        ASSERT_EQ(outcome.error, "") << row.name;
+        EXPECT_EQ(outcome.picture.size(), QSize(240, 180)) << row.name;
+        EXPECT_GT(share(outcome.picture, red), hasWindowManager() ? 0.8 : 0.99) << row.name;
+        EXPECT_LT(share(outcome.picture, green), 0.01) << row.name;
+        stop(above);
+        stop(below);
+    }
+}
+
+TEST_F(X11Capture, NothingChangesOnTheScreen)
+{
+    if (surfaces().canBlend())
+        GTEST_SKIP() << "nothing is redirected that wasn't";
+    const auto below = start("below", red, { 250, 200, 480, 360 });
+    const auto above = start("above", green, { 350, 300, 480, 360 });
+    EXPECT_TRUE(settle([&] { return onScreen(500, 500) == green; }));
+    for (int run = 0; run < 5; ++run) {
+        bool isDone = false;
+        under_->desktop().capture().capture(below.window, 240, 180, [&](const host::Captured&) { isDone = true; });
+        EXPECT_TRUE(settle([&] {
+            EXPECT_EQ(onScreen(500, 500), green);
+            return isDone;
+        }));
+    }
+    EXPECT_EQ(onScreen(300, 400), red);
+    stop(above);
+    stop(below);
+}
+
+TEST_F(X11Capture, APictureIsTheWholeWindowScaled)
+{
+    const auto program = start("halves", red, { 200, 150, 801, 603 });
+    // A child over the right half.
+    const auto child = xcb_generate_id(under_->connection());
+    xcb_create_window(under_->connection(), XCB_COPY_FROM_PARENT, child, program.window, 400, 0, 401, 603, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL, &green);
+    xcb_map_window(under_->connection(), child);
+    xcb_flush(under_->connection());
+    for (const int width : { 801, 500, 240, 37, 1 }) {
+        const auto outcome = capture(program.window, width, std::max(1, width * 3 / 4));
+        ASSERT_EQ(outcome.picture.width(), width);
+        if (width > 1) {
+            EXPECT_NEAR(share(outcome.picture, red), 0.48, 0.03 + 2.0 / width) << width;
+            EXPECT_NEAR(share(outcome.picture, green), 0.48, 0.03 + 2.0 / width) << width;
+        }
+    }
+    stop(program);
+}
+
+TEST_F(X11Capture, AWindowWithoutPixelsFails)
+{
+    const auto iconified = start("iconified", red, { 250, 200, 480, 360 });
+    if (hasWindowManager())
+        under_->tell(iconified.window, "iconify");
+    else
+        xcb_unmap_window(under_->connection(), iconified.window);
+    xcb_flush(under_->connection());
+    EXPECT_TRUE(settle([&] {
+        const auto outcome = capture(iconified.window);
+        return outcome.picture.isNull() && !outcome.error.empty();
+    }));
+    stop(iconified);
+    EXPECT_NE(capture(iconified.window).error, "");
+    EXPECT_NE(capture(under_->root()).error, "");
+}
+
+TEST_F(X11Capture, WindowsThatDieMeanwhileFailAndNothingElse)
+{
+    const auto lasting = start("lasting", red, { 250, 200, 480, 360 });
+    int answers = 0;
+    for (int run = 0; run < 8; ++run) {
+        const auto pid = under_->startProgram("dying");
+        const auto window = under_->openWindow(pid, "dying", { 300, 250, 480, 360 });
+        for (const auto each : { lasting.window, window })
+            under_->desktop().capture().capture(each, 240, 180, [&](const host::Captured&) { ++answers; });
+        under_->endProgram(pid);
+    }
+    EXPECT_TRUE(settle([&] { return answers == 16; })) << answers;
+    EXPECT_GT(share(capture(lasting.window).picture, red), 0.8);
+    stop(lasting);
+}
+
+TEST_F(X11Capture, TheAnswersOfADesktopThatHasGoneNeverCome)
+{
+    const auto program = start("captured", red, { 250, 200, 480, 360 });
+    bool isAnswered = false;
+    under_->desktop().capture().capture(program.window, 240, 180, [&](const host::Captured&) { isAnswered = true; });
+    windows().onChange = nullptr;
+    under_.reset();
+    QCoreApplication::processEvents();
+    RunLoop::main().runDue();
+    EXPECT_FALSE(isAnswered);
+}
