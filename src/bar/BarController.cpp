@@ -115,6 +115,11 @@ void BarController::tearDown()
         NSEvent::removeMonitor(std::exchange(cursorMonitor_, nullptr));
     for (const auto& [center, token] : std::exchange(observers_, {}))
         center->removeObserver(token);
+    hide();
+}
+
+void BarController::hide()
+{
     view_->closePanels();
     window_->orderOut();
 }
@@ -129,8 +134,7 @@ void BarController::update(DisplayInfo display)
 void BarController::refresh()
 {
     if (!Settings::barVisible()) {
-        view_->closePanels();
-        window_->orderOut();
+        hide();
         return;
     }
     view_->setItems(DockModel::entries(view_->buttonCapacity(), display_));
@@ -163,8 +167,8 @@ void BarController::pointerMoved()
 {
     const CGPoint point = NSEvent::mouseLocation();
     const CGRect& frame = window_->frame();
-    if (CGRectContainsPoint(frame, point))
-        view_->updateHover({ point.x - frame.minX(), point.y - frame.minY() });
+    if (window_->isVisible() && CGRectContainsPoint(frame, point))
+        view_->applyCursor(point, frame);
     else
-        view_->pointerLeftBar();
+        view_->pointerLeftBar(point);
 }

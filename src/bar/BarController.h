@@ -51,6 +51,7 @@ private:
     /// A call that does nothing once the controller is gone.
     std::function<void()> weakly(void (BarController::*react)());
     void observe(NSNotificationCenter& center, const char* name, void (BarController::*react)());
+    void hide();
     void workspaceChanged();
     void settingsChanged();
     void pointerMoved();

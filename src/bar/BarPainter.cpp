@@ -1,13 +1,17 @@
 #include "bar/BarPainter.h"
 
 #include "app/Log.h"
-#include "appkit/NSBezierPath.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
+#include "bar/Paint.h"
 #include "bar/Palette.h"
 
 #include <algorithm>
 #include <cmath>
+
+using Paint::fill;
+using Paint::rounded;
+using Paint::stroke;
 
 namespace {
 
@@ -15,24 +19,6 @@ namespace {
 CGRect centredSquare(const CGRect& rect, double side)
 {
     return { rect.midX() - side * 0.5, rect.midY() - side * 0.5, side, side };
-}
-
-NSBezierPath rounded(const CGRect& rect, double radius)
-{
-    return NSBezierPath::roundedRect(rect, radius, radius);
-}
-
-void fill(const NSBezierPath& path, const NSColor& color)
-{
-    color.set();
-    path.fill();
-}
-
-void stroke(NSBezierPath path, const NSColor& color, double lineWidth)
-{
-    path.setLineWidth(lineWidth);
-    color.set();
-    path.stroke();
 }
 
 void fillRect(const CGRect& rect, const NSColor& color)

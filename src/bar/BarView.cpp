@@ -3,6 +3,8 @@
 #include "bar/BarPainter.h"
 #include "bar/BarWindow.h"
 #include "bar/Palette.h"
+#include "bar/PreviewPanel.h"
+#include "bar/TooltipPanel.h"
 #include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
 #include "model/DockModel.h"
@@ -37,6 +39,8 @@ BarView::BarView(const CGRect& frame)
     : NSView(frame)
     , searchField_(std::make_shared<BarSearchField>(CGRect {}))
     , resultsPanel_(std::make_unique<SearchResultsPanel>())
+    , tooltip_(std::make_unique<TooltipPanel>())
+    , preview_(std::make_unique<PreviewPanel>())
 {
     setUpSearchField();
 }
@@ -44,10 +48,12 @@ BarView::BarView(const CGRect& frame)
 BarView::~BarView()
 {
     searchField_->setDelegate(nullptr);
+    cancelTooltip();
 }
 
 void BarView::closePanels()
 {
+    cancelTooltip();
     const auto* bar = dynamic_cast<BarWindow*>(window());
     if (resultsPanel_->isVisible() || (bar && bar->wantsKey))
         endSearch();

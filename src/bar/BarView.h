@@ -3,11 +3,15 @@
 #include "appkit/NSView.h"
 #include "bar/BarPicture.h"
 #include "bar/BarSearchField.h"
+#include "foundation/NSTimer.h"
 #include "search/SearchResultsPanel.h"
 
 #include <memory>
 #include <optional>
 #include <vector>
+
+class PreviewPanel;
+class TooltipPanel;
 
 /// A whole bar in one view: it paints the bar, and does what the pointer asks. Coordinates are the view's own, origin
 /// at the lower left corner, whichever edge of the screen the bar is on. Geometry is worked out afresh at each call
@@ -61,9 +65,18 @@ public:
     /// What the pointer is over: a `BarHit` value.
     std::optional<int> hoveredIndex() const { return hoveredIndex_; }
     void updateHover(CGPoint point);
-    void pointerLeftBar();
+    /// The pointer is over the bar's window, of that frame in screen space.
+    void applyCursor(CGPoint forScreenPoint, const CGRect& windowFrame);
+    /// The pointer is outside of the bar's window, in screen space. On its way to the preview it is still with us.
+    void pointerLeftBar(CGPoint at);
+    /// Drops the tooltip and the preview, those that show and those to come.
+    void cancelTooltip();
+    const TooltipPanel& tooltip() const { return *tooltip_; }
+    const PreviewPanel& preview() const { return *preview_; }
 
     bool acceptsFirstMouse() const override { return true; }
+    void resetCursorRects() override;
+    void cursorUpdate(const NSEvent& event) override;
     void updateTrackingAreas() override;
     void mouseMoved(const NSEvent& event) override;
     void mouseExited(const NSEvent& event) override;
@@ -105,7 +118,13 @@ private:
     void click(CGPoint point);
     void clickShowDesktop();
     void clickLauncher();
+
+    void setCursor(CGPoint point) const;
+    void mouseLeftBar();
     void setHoveredIndex(std::optional<int> index);
+    void scheduleTooltip();
+    void showTooltip();
+    void showComponentTooltip();
 
     void setUpSearchField();
     void setSearchFocused(bool focused);
@@ -119,6 +138,9 @@ private:
     std::unique_ptr<SearchResultsPanel> resultsPanel_;
     bool isSearchFocused_ = false;
     std::optional<int> hoveredIndex_;
+    std::unique_ptr<TooltipPanel> tooltip_;
+    std::unique_ptr<PreviewPanel> preview_;
+    std::shared_ptr<NSTimer> tooltipTimer_;
     /// Where the button of the mouse went down; absent while it is up.
     std::optional<CGPoint> dragStartPoint_;
     /// The position of the application button that was pressed.

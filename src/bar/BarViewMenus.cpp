@@ -3,6 +3,7 @@
 
 void BarView::rightMouseUp(const NSEvent& event)
 {
+    cancelTooltip();
     const CGPoint point = convertFromWindow(event.locationInWindow);
     const BarLayout bar = layout();
     const CGRect& launcher = bar.rect(BarComponent::launcher);

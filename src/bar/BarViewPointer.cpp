@@ -17,42 +17,6 @@ constexpr double dragThreshold = 5.0;
 
 }
 
-void BarView::updateTrackingAreas()
-{
-    removeTrackingAreas();
-    constexpr unsigned options = NSTrackingArea::mouseEnteredAndExited | NSTrackingArea::mouseMoved
-        | NSTrackingArea::cursorUpdate | NSTrackingArea::activeAlways | NSTrackingArea::inVisibleRect;
-    addTrackingArea({ options });
-}
-
-void BarView::mouseMoved(const NSEvent& event)
-{
-    updateHover(convertFromWindow(event.locationInWindow));
-}
-
-void BarView::mouseExited(const NSEvent&)
-{
-    pointerLeftBar();
-}
-
-void BarView::updateHover(CGPoint point)
-{
-    setHoveredIndex(layout().hit(point));
-}
-
-void BarView::pointerLeftBar()
-{
-    setHoveredIndex(std::nullopt);
-}
-
-void BarView::setHoveredIndex(std::optional<int> index)
-{
-    if (index == hoveredIndex_)
-        return;
-    hoveredIndex_ = index;
-    setNeedsDisplay();
-}
-
 void BarView::mouseDown(const NSEvent& event)
 {
     const CGPoint point = convertFromWindow(event.locationInWindow);
@@ -68,12 +32,15 @@ void BarView::mouseDragged(const NSEvent& event)
     const double x = convertFromWindow(event.locationInWindow).x;
     if (!isDragging() && std::abs(x - dragStartPoint_->x) <= dragThreshold)
         return;
+    if (!isDragging())
+        cancelTooltip();
     dragPointX_ = x;
     setNeedsDisplay();
 }
 
 void BarView::mouseUp(const NSEvent& event)
 {
+    cancelTooltip();
     if (isDragging()) {
         commitDrag();
         endPress();

@@ -6,6 +6,7 @@
 #include "base/IconSource.h"
 
 #include <QWidget>
+#include <xcb/xtest.h>
 
 #include <algorithm>
 #include <cmath>
@@ -402,35 +403,53 @@ TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
     surfaces().release(bar);
 }
 
-TEST_F(X11, PointerMovementIsToldWhileWatchedAndNotOverOurOwnBar)
+TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
 {
     const CGRect frame = displays().all().front().frame;
     auto& pointer = under_->desktop().pointer();
     int moves = 0;
-    pointer.onMove = [&](bool isButtonDown) { moves += !isButtonDown; };
-    QWidget bar;
-    surfaces().adopt(bar, { .level = 101 }, { 0, 0, frame.width, 48 });
-    surfaces().orderFront(bar);
+    pointer.onMove = [&](bool) { ++moves; };
+    QWidget panel;
+    surfaces().adopt(panel, { .level = 102 }, { 300, 300, 200, 100 });
+    surfaces().orderFront(panel);
+    const int panelTop = static_cast<int>(frame.height) - 400;
+    const auto fake = [&](std::uint8_t type, std::uint8_t detail, int x, int y) {
+        xcb_test_fake_input(under_->connection(), type, detail, XCB_CURRENT_TIME, under_->root(),
+            static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+        xcb_flush(under_->connection());
+    };
     const auto move = [&](int x, int y) {
         const int before = moves;
-        const auto from = pointer.location();
-        const std::string by = std::to_string(x - int(from.x)) + ' ' + std::to_string(y - int(frame.height - from.y));
-        EXPECT_EQ(std::system(("xdotool mousemove_relative -- " + by).c_str()), 0);
+        fake(XCB_MOTION_NOTIFY, 0, x, y);
         EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y }; }));
         // The events of a movement come no later than the answer to where the pointer is.
         settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
         return moves - before;
     };
-    ASSERT_TRUE(settle([&] { return bar.isVisible(); }));
-    EXPECT_EQ(move(300, 300), 0) << "not watched yet";
+    ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
+    EXPECT_EQ(move(100, 100), 0) << "not watched yet";
     ASSERT_TRUE(pointer.watch(true));
-    EXPECT_GT(move(310, 310), 0);
-    EXPECT_EQ(move(320, int(frame.height) - 10), 0) << "over our own bar";
-    EXPECT_GT(move(300, 300), 0);
+    EXPECT_GT(move(110, 110), 0);
+    EXPECT_GT(move(320, panelTop + 20), 0) << "over our own panel";
+    fake(XCB_BUTTON_PRESS, 1, 0, 0);
+    EXPECT_EQ(move(330, panelTop + 30), 0) << "over our own panel with a button held down";
+    EXPECT_GT(move(110, 110), 0) << "dragged off it";
+    fake(XCB_BUTTON_RELEASE, 1, 0, 0);
+
+    const auto cover = xcb_generate_id(under_->connection());
+    const std::uint32_t isOverrideRedirect = 1;
+    xcb_create_window(under_->connection(), XCB_COPY_FROM_PARENT, cover, under_->root(), 250,
+        static_cast<std::int16_t>(panelTop - 50), 300, 200, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
+        XCB_CW_OVERRIDE_REDIRECT, &isOverrideRedirect);
+    xcb_map_window(under_->connection(), cover);
+    EXPECT_GT(move(260, panelTop - 40), 0) << "over another's window";
+    EXPECT_EQ(move(320, panelTop + 20), 0) << "where it covers our panel";
+    xcb_destroy_window(under_->connection(), cover);
+
     ASSERT_TRUE(pointer.watch(false));
-    EXPECT_EQ(move(310, 310), 0);
+    EXPECT_EQ(move(110, 110), 0);
     pointer.onMove = nullptr;
-    surfaces().release(bar);
+    surfaces().release(panel);
 }
 
 TEST_F(X11, AMonitorThatComesIsADisplayOfItsOwn)

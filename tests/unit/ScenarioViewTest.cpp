@@ -112,7 +112,7 @@ TEST_F(ViewTest, KeysAreTypedIntoTheFocusedWindowAndChangeTheSpace)
     EXPECT_EQ(world().activeSpace(), 2u);
 }
 
-TEST_F(ViewTest, OurPanelsKeepThePointerToThemselves)
+TEST_F(ViewTest, OurPanelsKeepClicksAndDragsToThemselves)
 {
     QWidget panel;
     panel.setMouseTracking(true);
@@ -124,14 +124,17 @@ TEST_F(ViewTest, OurPanelsKeepThePointerToThemselves)
 
     mouse(QEvent::MouseMove, { 10, 880 }, Qt::NoButton);
     EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 20 }));
-    EXPECT_EQ(moves, 0);
+    EXPECT_EQ(moves, 1);
+    mouse(QEvent::MouseMove, { 20, 880 }, Qt::LeftButton);
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 20, 20 }));
+    EXPECT_EQ(moves, 1);
 
     click({ 10, 880 });
     EXPECT_EQ(world().frontmost(), browser);
 
     mouse(QEvent::MouseMove, { 10, 500 }, Qt::NoButton);
     EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 400 }));
-    EXPECT_EQ(moves, 1);
+    EXPECT_EQ(moves, 2);
     desktop().surfaces().release(panel);
 }
 

@@ -3,6 +3,8 @@
 #include "host/Desktop.h"
 #include "host/Pointer.h"
 
+#include <QApplication>
+
 #include <algorithm>
 #include <vector>
 
@@ -21,6 +23,8 @@ std::vector<std::shared_ptr<const GlobalMonitor>>& monitors()
 
 void pointerMoved(bool buttonDown)
 {
+    if (QApplication::activePopupWidget())
+        return;
     const auto wanted = buttonDown ? NSEvent::maskLeftMouseDragged : NSEvent::maskMouseMoved;
     const auto told = monitors();
     for (const auto& monitor : told)

@@ -55,6 +55,7 @@ public:
     void makeFirstResponder(NSTextField* field);
 
     CGRect convertToScreen(const CGRect& rect) const;
+    CGPoint convertPointFromScreen(CGPoint point) const { return { point.x - frame_.x, point.y - frame_.y }; }
 
     /// The toolkit's widget behind the window, for the layer's own use.
     QWidget* widget() const { return widget_.get(); }

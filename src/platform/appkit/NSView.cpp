@@ -58,7 +58,7 @@ void ViewWidget::mouseMoveEvent(QMouseEvent* event)
     if (event->buttons() & Qt::LeftButton)
         view_.mouseDragged(eventAt(event->position()));
     else
-        view_.mouseMoved(eventAt(event->position()));
+        view_.pointerMoved(eventAt(event->position()));
 }
 
 void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
@@ -77,13 +77,14 @@ void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
 void ViewWidget::enterEvent(QEnterEvent* event)
 {
     const RunLoop::Turn turn;
-    if (hasMouseTracking())
-        view_.mouseMoved(eventAt(event->position()));
+    NSCursor::entered(*this);
+    view_.pointerEntered(eventAt(event->position()));
 }
 
 void ViewWidget::leaveEvent(QEvent*)
 {
     const RunLoop::Turn turn;
+    NSCursor::left(*this);
     if (hasMouseTracking())
         view_.mouseExited(eventAt(mapFromGlobal(QCursor::pos())));
 }
@@ -209,13 +210,39 @@ CGRect NSView::convertToWindow(const CGRect& rect) const
 
 void NSView::addTrackingArea(const NSTrackingArea& area)
 {
-    if (area.options & NSTrackingArea::mouseMoved)
-        widget_->setMouseTracking(true);
+    trackingOptions_ |= area.options;
+    widget_->setMouseTracking((trackingOptions_ & NSTrackingArea::mouseMoved) != 0);
 }
 
 void NSView::removeTrackingAreas()
 {
+    trackingOptions_ = 0;
     widget_->setMouseTracking(false);
+}
+
+void NSView::addCursorRect(const CGRect& rect, const NSCursor& cursor)
+{
+    cursorRects_.push_back({ rect, cursor });
+}
+
+void NSView::pointerEntered(const NSEvent& event)
+{
+    cursorRects_.clear();
+    resetCursorRects();
+    if (trackingOptions_ & NSTrackingArea::cursorUpdate)
+        cursorUpdate(event);
+    pointerMoved(event);
+}
+
+void NSView::pointerMoved(const NSEvent& event)
+{
+    const CGPoint point = convertFromWindow(event.locationInWindow);
+    const auto holds = [&](const CursorRect& area) { return CGRectContainsPoint(area.rect, point); };
+    const auto area = std::find_if(cursorRects_.rbegin(), cursorRects_.rend(), holds);
+    if (area != cursorRects_.rend())
+        area->cursor.set();
+    if (trackingOptions_ & NSTrackingArea::mouseMoved)
+        mouseMoved(event);
 }
 
 void NSView::resizeSubviews(CGSize oldSize)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appkit/NSCursor.h"
 #include "appkit/NSEvent.h"
 #include "base/CGGeometry.h"
 #include "base/RunLoop.h"
@@ -68,6 +69,13 @@ public:
     void addTrackingArea(const NSTrackingArea& area);
     void removeTrackingAreas();
 
+    /// Where the pointer takes that shape; of rectangles that overlap, the one added last decides. View coordinates.
+    void addCursorRect(const CGRect& rect, const NSCursor& cursor);
+    /// Adds the view's rectangles afresh: asked for whenever the pointer comes in.
+    virtual void resetCursorRects() { }
+    /// The pointer came in, to a view whose tracking area asks for that.
+    virtual void cursorUpdate(const NSEvent&) { }
+
     virtual void updateTrackingAreas() { }
     virtual void mouseMoved(const NSEvent&) { }
     virtual void mouseExited(const NSEvent&) { }
@@ -83,7 +91,15 @@ public:
 
 private:
     friend class NSWindow;
+    friend class ViewWidget;
 
+    struct CursorRect {
+        CGRect rect;
+        NSCursor cursor;
+    };
+
+    void pointerEntered(const NSEvent& event);
+    void pointerMoved(const NSEvent& event);
     void place();
     void display();
 
@@ -94,6 +110,8 @@ private:
     NSWindow* window_ = nullptr;
     std::vector<std::shared_ptr<NSView>> subviews_;
     std::unique_ptr<const DrawingList> painted_;
+    unsigned trackingOptions_ = 0;
+    std::vector<CursorRect> cursorRects_;
     RunLoop::Handle pendingDisplay_ = 0;
     std::unique_ptr<QWidget> widget_;
 };

@@ -15,7 +15,7 @@ public:
         return true;
     }
 
-    /// The pointer moved over something that isn't ours. Screen space.
+    /// Screen space.
     void move(CGPoint to, bool buttonDown = false)
     {
         location_ = to;
@@ -23,8 +23,13 @@ public:
         if (watched_ && onMove)
             onMove(buttonDown);
     }
-    /// The pointer moved over one of our panels, which learns of it from the toolkit.
-    void moveWithin(CGPoint to) { location_ = to; }
+    /// The pointer moved over one of our panels. Screen space.
+    void moveWithin(CGPoint to, bool buttonDown)
+    {
+        location_ = to;
+        if (!buttonDown)
+            move(to);
+    }
 
 private:
     CGPoint location_;

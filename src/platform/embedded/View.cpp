@@ -111,7 +111,7 @@ bool View::eventFilter(QObject* watched, QEvent* event)
         if (widget == display)
             desktop_.pointer().move(point, move->buttons() != Qt::NoButton);
         else if (display->isAncestorOf(widget))
-            desktop_.pointer().moveWithin(point);
+            desktop_.pointer().moveWithin(point, move->buttons() != Qt::NoButton);
     }
     return false;
 }

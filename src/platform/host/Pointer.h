@@ -16,7 +16,9 @@ public:
 
     /// Whether `onMove` is wanted. False when the desktop can't watch the pointer over other programs' windows.
     virtual bool watch(bool on) = 0;
-    /// Set by the layer: the pointer moved over another program's window or the desktop, a button held down or not.
+    /// Set by the layer: the pointer moved, a button held down or not, over whatever there is, windows of our own
+    /// included. Left out is what can't concern anybody: movement over a window of ours with a button held down, which
+    /// that window gets, and over another's that covers a panel of ours, which is then out of reach.
     std::function<void(bool buttonDown)> onMove;
 };
 

@@ -265,6 +265,13 @@ bool BarSurface::owns(xcb_window_t rootChild) const
         [&](const auto& each) { return each.second.frame == rootChild && each.second.pid == getpid(); });
 }
 
+bool BarSurface::isAnyAt(Point point) const
+{
+    return std::ranges::any_of(panels_, [&](const Panel& panel) {
+        return panel.widget->isVisible() && contains(panel.frame, { point.x, point.y, 1, 1 });
+    });
+}
+
 // What is written on a panel's window
 
 void BarSurface::setProperty(

@@ -32,6 +32,8 @@ public:
 
     /// Whether a child of the root is a window of this program, or the window manager's frame of one.
     bool owns(xcb_window_t rootChild) const;
+    /// Whether one of our panels lies there, seen or covered.
+    bool isAnyAt(Point point) const;
 
 private:
     enum class Edge { none, top, bottom };

@@ -27,6 +27,8 @@ std::optional<PointerWatch::Place> PointerWatch::ask()
 
 CGPoint PointerWatch::location()
 {
+    if (reported_)
+        return monitors_.toScreen(*reported_);
     const auto place = ask();
     drainSoon_();
     return place ? monitors_.toScreen(place->point) : CGPoint {};
@@ -74,14 +76,18 @@ void PointerWatch::handle(const xcb_generic_event_t& event)
     hasMoved_ |= generic.extension == *opcode_ && generic.event_type == XCB_INPUT_RAW_MOTION;
 }
 
-void PointerWatch::report(const std::function<bool(xcb_window_t)>& isOwn)
+void PointerWatch::report(const std::function<bool(const Place&)>& isOfConcern)
 {
     if (!std::exchange(hasMoved_, false) || !onMove)
         return;
     const auto place = ask();
     drainSoon_();
-    if (place && !isOwn(place->over))
-        onMove(place->isButtonDown);
+    if (!place || !isOfConcern(*place))
+        return;
+    // Whoever is told asks where the pointer is.
+    reported_ = place->point;
+    onMove(place->isButtonDown);
+    reported_.reset();
 }
 
 }

@@ -17,17 +17,16 @@ public:
     bool watch(bool on) override;
 
     void handle(const xcb_generic_event_t& event);
-    /// Tells of the movement that the events so far amount to: once, and not over our own windows, which `isOwn` knows
-    /// by the root's children.
-    void report(const std::function<bool(xcb_window_t)>& isOwn);
-
-private:
+    /// Where the pointer is: on the root, and over which child of it.
     struct Place {
         Point point;
-        /// The child of the root under the pointer.
         xcb_window_t over = XCB_WINDOW_NONE;
         bool isButtonDown = false;
     };
+    /// Tells of the movement that the events so far amount to: once, and only where it is of concern.
+    void report(const std::function<bool(const Place&)>& isOfConcern);
+
+private:
     std::optional<Place> ask();
     bool hasXInput();
     void select(std::uint32_t events);
@@ -38,6 +37,8 @@ private:
     /// Absent until it was asked for.
     std::optional<std::uint8_t> opcode_;
     bool hasMoved_ = false;
+    /// While somebody is told of a movement: where to.
+    std::optional<Point> reported_;
 };
 
 }

@@ -137,7 +137,9 @@ private:
         if (connection_->isLost())
             return lose();
         const bool hasTold = tell();
-        pointer_.report([this](xcb_window_t child) { return surfaces_.owns(child); });
+        pointer_.report([this](const PointerWatch::Place& place) {
+            return surfaces_.owns(place.over) ? !place.isButtonDown : !surfaces_.isAnyAt(place.point);
+        });
         if (mirror_.hasStaleTitles()) {
             titles_.schedule(titleDelay, [this] {
                 mirror_.refreshTitles();

@@ -1,0 +1,28 @@
+#include "bar/PanelPlace.h"
+
+#include "appkit/NSScreen.h"
+#include "settings/Settings.h"
+
+#include <algorithm>
+
+namespace {
+
+std::optional<NSScreen> screenOf(const CGRect& button)
+{
+    const auto screens = NSScreen::screens();
+    const auto found = std::ranges::find_if(
+        screens, [&](const NSScreen& screen) { return CGRectIntersectsRect(screen.frame(), button); });
+    return found != screens.end() ? *found : NSScreen::mainScreen();
+}
+
+}
+
+CGRect PanelPlace::beside(const CGRect& button, CGSize panel, double gap, double margin)
+{
+    double x = button.midX() - panel.width * 0.5;
+    // One that is wider than the screen keeps its right end in sight.
+    if (const auto screen = screenOf(button))
+        x = std::min(std::max(x, screen->frame().minX() + margin), screen->frame().maxX() - panel.width - margin);
+    const double y = isTop(Settings::barEdge()) ? button.minY() - panel.height - gap : button.maxY() + gap;
+    return { x, y, panel.width, panel.height };
+}

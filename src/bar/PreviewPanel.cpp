@@ -1,0 +1,63 @@
+#include "bar/PreviewPanel.h"
+
+#include "app/Log.h"
+#include "bar/PanelPlace.h"
+
+#include <utility>
+
+namespace {
+
+constexpr CGSize initialSize { 200, 140 };
+constexpr double gap = 8;
+constexpr double margin = 6;
+constexpr CGPoint nowhere { -1, -1 };
+
+}
+
+PreviewPanel::PreviewPanel()
+    : FloatingPanel(initialSize)
+    , content_(std::make_shared<PreviewView>(CGRect {}))
+{
+    setContentView(content_);
+    content_->onPick = [this](const WindowEntry& window) { pick(window); };
+}
+
+PreviewPanel::~PreviewPanel()
+{
+    content_->onPick = nullptr;
+}
+
+void PreviewPanel::show(std::vector<WindowEntry> windows, const std::string& appName, const CGRect& anchor)
+{
+    if (windows.empty()) {
+        hide();
+        return;
+    }
+    anchorRect_ = anchor;
+    content_->setWindows(std::move(windows), appName);
+    resizeToFit();
+    orderFrontRegardless();
+}
+
+void PreviewPanel::resizeToFit()
+{
+    setFrame(PanelPlace::beside(anchorRect_, content_->fittingSize(), gap, margin), true);
+}
+
+void PreviewPanel::hide()
+{
+    content_->hover(nowhere);
+    orderOut();
+}
+
+void PreviewPanel::pointerMoved(CGPoint toScreenPoint)
+{
+    content_->hover(content_->convertFromWindow(convertPointFromScreen(toScreenPoint)));
+}
+
+void PreviewPanel::pick(const WindowEntry& window)
+{
+    Log::debug("preview: picked window ", window.id, " (", window.title, ") of pid ", static_cast<int>(window.pid));
+    WindowIndex::raise(window.id, window.pid);
+    hide();
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "appkit/NSView.h"
+#include "system/WindowIndex.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// A row of cards, one a window: its picture and its title. Flipped: origin at the upper left corner, y down. It has no
+/// tracking area, and learns of the pointer through `hover`. Main thread.
+class PreviewView final : public NSView, public std::enable_shared_from_this<PreviewView> {
+public:
+    using NSView::NSView;
+
+    static constexpr double height = 150;
+
+    /// `appName` stands under a window that has no title.
+    void setWindows(std::vector<WindowEntry> entries, std::string appName);
+    const std::vector<WindowEntry>& entries() const { return entries_; }
+    CGSize fittingSize() const;
+
+    static CGRect cardRect(int index);
+    /// Which of `count` cards lies there.
+    static std::optional<int> card(CGPoint point, int count);
+    std::optional<int> hoveredCard() const { return hoveredCard_; }
+    /// The pointer is there, in the view's coordinates, which may be outside.
+    void hover(CGPoint point);
+
+    /// A card was clicked.
+    std::function<void(const WindowEntry&)> onPick;
+
+    bool isFlipped() const override { return true; }
+    bool acceptsFirstMouse() const override { return true; }
+    void mouseDown(const NSEvent& event) override;
+    void mouseUp(const NSEvent& event) override;
+    void draw(const CGRect& dirty) override;
+
+private:
+    std::optional<int> cardAt(CGPoint point) const;
+    void setHoveredCard(std::optional<int> card);
+    void drawCard(const WindowEntry& entry, const CGRect& card, bool isHovered);
+    void drawThumbnail(const WindowEntry& entry, const CGRect& box);
+    void drawLabel(const WindowEntry& entry, const CGRect& card, double y) const;
+
+    std::vector<WindowEntry> entries_;
+    std::string appName_;
+    std::optional<int> hoveredCard_;
+    /// Where the button of the mouse went down.
+    std::optional<int> pressedCard_;
+};

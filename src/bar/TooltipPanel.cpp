@@ -1,0 +1,26 @@
+#include "bar/TooltipPanel.h"
+
+#include "bar/PanelPlace.h"
+
+namespace {
+
+constexpr CGSize initialSize { 100, 24 };
+constexpr double gap = 6;
+constexpr double margin = 4;
+
+}
+
+TooltipPanel::TooltipPanel()
+    : FloatingPanel(initialSize)
+    , label_(std::make_shared<TooltipView>(CGRect {}))
+{
+    setIgnoresMouseEvents(true);
+    setContentView(label_);
+}
+
+void TooltipPanel::show(const std::string& text, const CGRect& anchor)
+{
+    label_->setText(text);
+    setFrame(PanelPlace::beside(anchor, label_->fittingSize(), gap, margin), true);
+    orderFrontRegardless();
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "appkit/NSView.h"
+
+#include <string>
+
+/// A line of text on a dark plate. Main thread.
+class TooltipView final : public NSView {
+public:
+    using NSView::NSView;
+
+    const std::string& text() const { return text_; }
+    void setText(std::string text);
+    /// The size that the text asks for.
+    CGSize fittingSize() const;
+
+    void draw(const CGRect& dirty) override;
+
+private:
+    std::string text_;
+};
