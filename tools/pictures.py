@@ -44,6 +44,17 @@ def save(picture, name):
     print(name)
 
 
+def searching(session):
+    session.click(session.bar().middle("search"))
+    eventually(lambda: session.display.get_input_focus().focus.id == session.bars()[0].id, "the bar has the keyboard")
+    session.type("ter")
+    session.key("Down")
+    quiet(session)
+    x, y, _, height = session.geometry(session.bars()[0])
+    save(session.picture(x, y - 200, 700, height + 200), "search")
+    session.key("Escape")
+
+
 def on_x11():
     with Session() as session:
         subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
@@ -63,6 +74,7 @@ def on_x11():
 
         quiet(session)
         save(session.picture(), "x11-bottom")
+        searching(session)
         for style in ("solid", "translucent", "gradient"):
             strip("style-" + style, barStyle=style)
         for size in ("small", "medium", "large"):

@@ -14,7 +14,7 @@ import tempfile
 import time
 
 from PIL import Image
-from Xlib import X, display, error
+from Xlib import X, XK, display, error
 from Xlib.ext import randr, xtest
 from Xlib.protocol import event
 
@@ -313,6 +313,19 @@ class Session:
         for step in range(1, steps + 1):
             self.move(start[0] + (end[0] - start[0]) * step / steps, start[1] + (end[1] - start[1]) * step / steps)
         self.release()
+
+    def key(self, name, modifier=None):
+        """Presses and releases a key by the name of what is written on it."""
+        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(each)) for each in filter(None, (modifier, name))]
+        for code in codes:
+            xtest.fake_input(self.display, X.KeyPress, code)
+        for code in reversed(codes):
+            xtest.fake_input(self.display, X.KeyRelease, code)
+        self.display.sync()
+
+    def type(self, text):
+        for letter in text:
+            self.key("space" if letter == " " else letter)
 
     # Eyes
 

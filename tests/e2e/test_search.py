@@ -2,8 +2,7 @@
 
 import unittest
 
-from Xlib import X, XK
-from Xlib.ext import xtest
+from Xlib import X
 
 from session import Session, eventually
 
@@ -45,19 +44,6 @@ class SearchTest(unittest.TestCase):
         self.session.click(self.session.bar().middle("search"))
         eventually(self.bar_has_keyboard, "the bar has the keyboard")
 
-    def key(self, name, modifier=None):
-        display = self.session.display
-        codes = [display.keysym_to_keycode(XK.string_to_keysym(each)) for each in filter(None, (modifier, name))]
-        for code in codes:
-            xtest.fake_input(display, X.KeyPress, code)
-        for code in reversed(codes):
-            xtest.fake_input(display, X.KeyRelease, code)
-        display.sync()
-
-    def type(self, text):
-        for letter in text:
-            self.key("space" if letter == " " else letter)
-
     def panel(self):
         """The results: x, y, width, height; none while there are none."""
         for child in self.session.root.query_tree().children:
@@ -74,7 +60,7 @@ class SearchTest(unittest.TestCase):
 
     def test_typing_finds_a_window_and_return_raises_it(self):
         self.press_into_field()
-        self.type("quarterly")
+        self.session.type("quarterly")
         eventually(lambda: self.rows() == 1, "one window is found")
         box = self.session.bar().places["search"][0] + self.session.bar().x
         x, y, _, height = self.panel()
@@ -82,50 +68,50 @@ class SearchTest(unittest.TestCase):
         self.assertEqual(x, box)
         inside = bar[1] <= y + height <= bar[1] + bar[3] if self.EDGE == "bottom" else bar[1] <= y <= bar[1] + bar[3]
         self.assertTrue(inside, "the panel touches the box")
-        self.key("Return")
+        self.session.key("Return")
         eventually(lambda: self.session.active() == self.terminal.id, "the terminal is active")
         eventually(lambda: self.belongs_to_keyboard(self.terminal), "and has the keyboard")
         eventually(lambda: self.panel() is None, "the panel is gone")
-        self.type("x")
+        self.session.type("x")
         self.assertIsNone(self.panel(), "what is typed goes elsewhere")
 
     def test_escape_gives_the_keyboard_back_and_empties_the_field(self):
         self.press_into_field()
-        self.type("quarter")
+        self.session.type("quarter")
         eventually(lambda: self.rows() == 1, "something is found")
-        self.key("Escape")
+        self.session.key("Escape")
         eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
         eventually(lambda: self.session.active() == self.editor.id, "and is active")
         eventually(lambda: self.panel() is None, "the panel is gone")
         self.press_into_field()
-        self.type("y")
+        self.session.type("y")
         eventually(lambda: self.rows() >= 1, "the field was empty: a y alone is found")
 
     def test_text_that_finds_nothing_closes_the_panel_and_a_match_opens_it_again(self):
         self.press_into_field()
-        self.type("quarterlyq")
+        self.session.type("quarterlyq")
         eventually(lambda: self.rows() == 0, "nothing is found")
-        self.key("Return")
-        self.key("BackSpace")
+        self.session.key("Return")
+        self.session.key("BackSpace")
         eventually(lambda: self.rows() == 1, "the window is found again")
-        self.key("a", "Control_L")
-        self.key("x", "Control_L")
+        self.session.key("a", "Control_L")
+        self.session.key("x", "Control_L")
         eventually(lambda: self.rows() == 0, "all was cut")
-        self.key("v", "Control_L")
+        self.session.key("v", "Control_L")
         eventually(lambda: self.rows() == 1, "and pasted")
         self.assertTrue(self.bar_has_keyboard())
 
     def test_keys_and_the_mouse_choose_a_row(self):
         second = self.session.xterm("Quarterly report")
         self.press_into_field()
-        self.type("quarterly")
+        self.session.type("quarterly")
         eventually(lambda: self.rows() == 2, "two windows are found")
-        self.key("Down")
-        self.key("Return")
+        self.session.key("Down")
+        self.session.key("Return")
         eventually(lambda: self.session.active() in (self.terminal.id, second.id), "one is active")
         by_keyboard = self.session.active()
         self.press_into_field()
-        self.type("quarterly")
+        self.session.type("quarterly")
         eventually(lambda: self.rows() == 2, "two windows are found")
         x, y, _, _ = self.panel()
         self.session.click((x + 100, y + 64))
@@ -140,7 +126,7 @@ class SearchTest(unittest.TestCase):
         self.session.click((x + width // 2, y + height // 2))
         eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard")
         self.press_into_field()
-        self.key("Escape")
+        self.session.key("Escape")
         eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
 
     def test_clicks_beside_the_field_never_take_the_keyboard(self):
@@ -155,13 +141,13 @@ class SearchTest(unittest.TestCase):
         self.editor.destroy()
         self.session.display.sync()
         eventually(lambda: "L3afpad" not in self.session.names(), "the editor is gone")
-        self.key("Escape")
+        self.session.key("Escape")
         eventually(lambda: not self.bar_has_keyboard(), "the bar has given the keyboard back")
         eventually(lambda: self.belongs_to_keyboard(self.terminal), "to what is left")
 
     def test_hiding_the_bar_ends_the_search(self):
         self.press_into_field()
-        self.type("quarterly")
+        self.session.type("quarterly")
         eventually(lambda: self.rows() == 1, "something is found")
         self.session.write_settings(barVisible=False, barEdge=self.EDGE)
         eventually(lambda: not self.session.bars(), "the bar is hidden")
