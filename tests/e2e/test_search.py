@@ -1,5 +1,6 @@
 """The search box: it takes the keyboard, finds windows and programs, opens them, and gives the keyboard back."""
 
+import subprocess
 import unittest
 
 from Xlib import X
@@ -74,6 +75,14 @@ class SearchTest(unittest.TestCase):
         eventually(lambda: self.panel() is None, "the panel is gone")
         self.session.type("x")
         self.assertIsNone(self.panel(), "what is typed goes elsewhere")
+
+    def test_any_script_can_be_typed(self):
+        self.session.xterm("x").change_property(
+            self.session.atom("_NET_WM_NAME"), self.session.atom("UTF8_STRING"), 8, "Квартальный отчёт".encode())
+        self.session.display.sync()
+        self.press_into_field()
+        subprocess.run(["xdotool", "type", "ОТЧЁТ"], env=self.session.environment, check=True)
+        eventually(lambda: self.rows() == 1, "the window is found, in small letters as in capitals")
 
     def test_escape_gives_the_keyboard_back_and_empties_the_field(self):
         self.press_into_field()

@@ -1,7 +1,7 @@
 #include "appkit/NSPanel.h"
 
 #include "appkit/NSApplication.h"
-#include "appkit/NSTextField.h"
+#include "appkit/NSView.h"
 #include "host/Desktop.h"
 #include "host/Surfaces.h"
 
@@ -82,11 +82,9 @@ bool NSWindow::makeKey()
     return true;
 }
 
-void NSWindow::makeFirstResponder(NSTextField* field)
+void NSWindow::makeFirstResponder(std::nullptr_t)
 {
-    if (field)
-        field->becomeFirstResponder();
-    else if (QWidget* focused = widget_->focusWidget())
+    if (QWidget* focused = widget_->focusWidget())
         focused->clearFocus();
 }
 

@@ -4,9 +4,9 @@
 #include "base/CGGeometry.h"
 #include "host/Surfaces.h"
 
+#include <cstddef>
 #include <memory>
 
-class NSTextField;
 class NSView;
 class QWidget;
 
@@ -51,8 +51,8 @@ public:
 
     /// Has the window get what is typed. False where it won't or the program isn't active.
     bool makeKey();
-    /// With null: no view of the window gets what is typed.
-    void makeFirstResponder(NSTextField* field);
+    /// No view of the window gets what is typed any more.
+    void makeFirstResponder(std::nullptr_t);
 
     CGRect convertToScreen(const CGRect& rect) const;
     CGPoint convertPointFromScreen(CGPoint point) const { return { point.x - frame_.x, point.y - frame_.y }; }
