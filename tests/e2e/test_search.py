@@ -8,7 +8,7 @@ from Xlib import X
 from session import Session, eventually
 
 
-class SearchTest(unittest.TestCase):
+class SearchAtAnEdge:
     EDGE = "bottom"
 
     def setUp(self):
@@ -57,7 +57,7 @@ class SearchTest(unittest.TestCase):
         panel = self.panel()
         return (panel[3] - 8) // 40 if panel else 0
 
-    # What must hold
+    # What must hold at either edge
 
     def test_typing_finds_a_window_and_return_raises_it(self):
         self.press_into_field()
@@ -76,6 +76,8 @@ class SearchTest(unittest.TestCase):
         self.session.type("x")
         self.assertIsNone(self.panel(), "what is typed goes elsewhere")
 
+
+class SearchTest(SearchAtAnEdge, unittest.TestCase):
     def test_any_script_can_be_typed(self):
         self.session.xterm("x").change_property(
             self.session.atom("_NET_WM_NAME"), self.session.atom("UTF8_STRING"), 8, "Квартальный отчёт".encode())
@@ -164,7 +166,22 @@ class SearchTest(unittest.TestCase):
         eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
 
 
-class SearchAtTheTopTest(SearchTest):
+    def test_a_search_ends_with_its_monitor(self):
+        session = self.session
+        session.split_monitors()
+        eventually(lambda: len(session.bars()) == 2, "each monitor has a bar")
+        right = session.bars()[1]
+        session.click(session.bar(1).middle("search"))
+        eventually(lambda: self.belongs_to_keyboard(right), "the right bar has the keyboard")
+        session.type("quarterly")
+        eventually(lambda: self.rows() == 1, "something is found")
+        session.join_monitors()
+        eventually(lambda: len(session.bars()) == 1, "its bar is gone")
+        eventually(lambda: self.panel() is None, "nothing stays behind")
+        eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
+
+
+class SearchAtTheTopTest(SearchAtAnEdge, unittest.TestCase):
     EDGE = "top"
 
 
