@@ -155,6 +155,41 @@ def titles(session, process):
     return used
 
 
+def menu_to_painted(session, runs):
+    """The launcher's menu of 500 applications: from the release of the button to a picture of its first entries."""
+    folder = os.path.join(session.environment["XDG_DATA_HOME"], "applications")
+    os.makedirs(folder, exist_ok=True)
+    for number in range(500):
+        with open(os.path.join(folder, f"bench{number}.desktop"), "w", encoding="utf-8") as file:
+            file.write(f"[Desktop Entry]\nType=Application\nName=Bench {number}\nExec=true {number}\nIcon=l3afpad\n")
+    first, later = [], []
+    for _ in range(runs):
+        process = session.start_bar(env={"BAR_DEBUG": "0", "BAR_TIMING": "0"}, wait=False)
+        eventually(session.bars, "the bar is there")
+        bar = session.bar()
+        time.sleep(1)
+        text = lambda: session.picture(bar.x + 50, bar.y - 200, 60, 100).tobytes()
+        session.move(*bar.middle("launcher"))
+        time.sleep(0.2)
+        empty = text()
+        for samples in (first, later):
+            session.press(3)
+            time.sleep(0.05)
+            before = time.perf_counter()
+            session.release(3)
+            while text() == empty:
+                pass
+            samples.append((time.perf_counter() - before) * 1000)
+            time.sleep(0.2)
+            session.click((1500, 200))
+            session.move(*bar.middle("launcher"))
+            eventually(lambda: text() == empty, "the menu is closed")
+            time.sleep(0.2)
+        process.terminate()
+        process.wait()
+    return first, later
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--beside", help="another program whose start and memory stand beside")
@@ -183,6 +218,9 @@ def main():
         report("new window mapped to its button painted", map_to_painted(session, options.runs), "ms")
         process.terminate()
         process.wait()
+
+        for time_of, samples in zip(("first time, cold catalogue", "next time"), menu_to_painted(session, options.runs // 3)):
+            report("menu of 500 applications painted: " + time_of, samples, "ms")
 
         process = session.start_bar()
         for way, samples in click_to_active(session, 2 * options.runs).items():

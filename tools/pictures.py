@@ -85,6 +85,33 @@ def on_x11():
         save(session.picture(), "x11-top")
 
 
+def menus():
+    """The three menus, each with the part of the bar that it belongs to."""
+    with Session() as session:
+        subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
+        session.xterm("notes from Monday", "60x12+330+640")
+        session.xterm("build log", "60x12+400+700")
+        session.start_bar()
+        eventually(lambda: len(session.names()) == 2, "both terminals have a button")
+        bar = session.bar()
+        x, y = bar.button(1)
+        # The second place is that of "Show window" above the pointer, whose submenu opens.
+        places = {"button": ((x, y), (x + 40, bar.y - 166)), "bar": ((1500, y), (1570, bar.y - 105)),
+                  "launcher": (bar.middle("launcher"), (60, bar.y - 40))}
+        for name, (click, over) in places.items():
+            session.move(*click)
+            session.press(3)
+            session.release(3)
+            time.sleep(1)
+            session.move(*over)
+            time.sleep(1)
+            left = max(0, int(click[0]) - 220)
+            save(session.picture(left, bar.y - 240, 640, 240 + bar.height), "menu-" + name)
+            session.click((960, 200))
+            time.sleep(0.5)
+
+
 os.makedirs(PICTURES, exist_ok=True)
 embedded()
 on_x11()
+menus()

@@ -8,6 +8,7 @@
 #include "appkit/NSView.h"
 #include "base/RunLoop.h"
 
+#include <QElapsedTimer>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QIconEngine>
@@ -38,27 +39,60 @@ QMenu::item { padding: 5px 26px 5px 12px; border-radius: 5px; background: transp
 QMenu::item:selected { background: #3d6fd9; color: #ffffff; }
 QMenu::item:disabled { color: #8d9099; }
 QMenu::item:disabled:selected { background: transparent; }
+QMenu::icon { padding-left: 7px; }
 QMenu::separator { height: 1px; background: #43464e; margin: 5px 8px; }
-QMenu::scroller { background: #26282e; height: 16px; }
 )";
 
-/// Draws an image when it is first seen: of a long menu hardly any is.
+/// How long one painting of a menu spends on pictures that have to be read first. The others come with the next one, so
+/// that the menu is there at once whatever its pictures are.
+class PaintTime {
+public:
+    void begin()
+    {
+        isShort_ = false;
+        timer_.start();
+    }
+    /// Whether there is time for one more; if not, it was wanted.
+    bool allows()
+    {
+        constexpr qint64 milliseconds = 15;
+        isShort_ |= timer_.elapsed() >= milliseconds;
+        return !isShort_;
+    }
+    bool wasShort() const { return isShort_; }
+
+private:
+    QElapsedTimer timer_;
+    bool isShort_ = false;
+};
+
+/// Reads an image when it is first seen: of a long menu hardly any is.
 class ImageEngine final : public QIconEngine {
 public:
-    explicit ImageEngine(NSImage image)
+    ImageEngine(NSImage image, std::shared_ptr<PaintTime> time)
         : image_(std::move(image))
+        , time_(std::move(time))
     {
     }
 
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
     {
-        painter->drawPixmap(rect, ImageCache::pixmap(image_, rect.size() * painter->device()->devicePixelRatio()));
+        painter->drawPixmap(rect, pixmap(rect.size() * painter->device()->devicePixelRatio(), mode, state));
     }
-    QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override { return ImageCache::pixmap(image_, size); }
-    QIconEngine* clone() const override { return new ImageEngine(image_); }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override
+    {
+        if (pixmap_.size() != size && time_->allows())
+            pixmap_ = ImageCache::pixmap(image_, size);
+        return pixmap_;
+    }
+
+    QIconEngine* clone() const override { return new ImageEngine(image_, time_); }
 
 private:
     NSImage image_;
+    std::shared_ptr<PaintTime> time_;
+    QPixmap pixmap_;
 };
 
 /// One line of text, as the toolkit's menus take it.
@@ -129,12 +163,20 @@ protected:
             move(*corner_);
         QMenu::showEvent(event);
     }
+    void paintEvent(QPaintEvent* event) override
+    {
+        paintTime_->begin();
+        QMenu::paintEvent(event);
+        if (paintTime_->wasShort())
+            update();
+    }
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void add(const NSMenuItem& item, const QFontMetrics& metrics);
 
     std::shared_ptr<const NSMenu> menu_;
+    std::shared_ptr<PaintTime> paintTime_ = std::make_shared<PaintTime>();
     /// Absent in a submenu.
     std::optional<QPoint> corner_;
 };
@@ -160,7 +202,7 @@ void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
         action->setChecked(true);
     }
     if (item.image())
-        action->setIcon(QIcon(new ImageEngine(*item.image())));
+        action->setIcon(QIcon(new ImageEngine(*item.image(), paintTime_)));
     if (item.submenu())
         action->setMenu(new MenuWidget(item.submenu(), this));
     // Once the menu has closed: what is done may need the keyboard, or take the menu's bar away.
