@@ -119,12 +119,19 @@ QPoint corner(QPoint point, QSize size, const QRect& room)
         fitted(point.y(), size.height(), room.top(), room.bottom() + 1) };
 }
 
-/// The screen around a point, less the bar that spans an edge of it.
+QRect onScreen(const QWidget& widget)
+{
+    return { widget.mapToGlobal(QPoint()), widget.size() };
+}
+
+/// The screen around a point, or the display that a panel lies in; less the bar that spans an edge of it.
 QRect roomBeside(const QWidget& panel, QPoint point)
 {
     const QScreen* screen = QGuiApplication::screenAt(point);
     QRect room = (screen ? screen : QGuiApplication::primaryScreen())->geometry();
-    const QRect taken = panel.geometry();
+    if (panel.parentWidget())
+        room = room.intersected(onScreen(*panel.parentWidget()));
+    const QRect taken = onScreen(panel);
     if (taken.width() < room.width() || taken.height() > room.height() / 2)
         return room;
     if (taken.center().y() < room.center().y())
@@ -261,13 +268,13 @@ void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& v
     widget->setStyleSheet(style);
     openMenu() = widget;
     QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
-    if (const NSWindow* window = view.window())
-        window->widget()->installEventFilter(new WindowWatch(*widget));
+    QWidget& panel = view.window() ? *view.window()->widget() : *view.widget();
+    panel.installEventFilter(new WindowWatch(*widget));
 
     const CGPoint inView = view.convertFromWindow(point);
     const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;
     const QPoint anchor = view.widget()->mapToGlobal(QPointF(inView.x, down)).toPoint();
-    widget->popUp(anchor, roomBeside(*view.widget()->window(), anchor));
+    widget->popUp(anchor, roomBeside(panel, anchor));
 }
 
 void MenuWindow::close()
