@@ -13,7 +13,7 @@ class MenuTest(unittest.TestCase):
         self.session = Session()
         self.session.__enter__()
         self.addCleanup(self.session.__exit__)
-        self.settings(showFinderButton=False)
+        self.settings(showFinderButton=False, showTooltips=False, showWindowPreviews=False)
 
     def settings(self, **values):
         self.session.write_settings(**values)
@@ -60,12 +60,13 @@ class MenuTest(unittest.TestCase):
     # Eyes
 
     def menus(self):
-        """The windows of this program that no window manager has."""
+        """The windows of this program that no window manager has; previews and tooltips are switched off."""
         found = []
         for window in self.session.root.query_tree().children:
             attributes = window.get_attributes()
             if attributes.map_state == X.IsViewable and attributes.override_redirect \
-                    and self.session.class_of(window)[1].capitalize() == "Vantry":
+                    and self.session.class_of(window)[1].capitalize() == "Vantry" \
+                    and "_NET_WM_WINDOW_TYPE_POPUP_MENU" in self.session.atoms(window, "_NET_WM_WINDOW_TYPE"):
                 found.append(window)
         return found
 

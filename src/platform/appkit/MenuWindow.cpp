@@ -149,7 +149,6 @@ public:
     {
         // A press that closes the menu does nothing else.
         setAttribute(Qt::WA_NoMouseReplay);
-        setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu);
         setFont(toolkitFont(NSFont::systemFont(fontSize)));
         setPalette(QPalette(textColor, backgroundColor)); // For what the style sheet has no word for: arrows.
         const QFontMetrics metrics(font());
@@ -166,6 +165,9 @@ protected:
     /// The toolkit places menus by what it believes to be free of the screen, which isn't right on every desktop.
     void showEvent(QShowEvent* event) override
     {
+        // The toolkit has said so itself, but to a window that it has changed since.
+        setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu, false);
+        setAttribute(Qt::WA_X11NetWmWindowTypePopupMenu, true);
         if (corner_)
             move(*corner_);
         QMenu::showEvent(event);
