@@ -53,6 +53,7 @@ bool PointerWatch::watch(bool on)
 {
     if (!hasXInput())
         return false;
+    isWatching_ = on;
     select(on ? XCB_INPUT_XI_EVENT_MASK_RAW_MOTION : 0);
     return true;
 }
@@ -78,7 +79,8 @@ void PointerWatch::handle(const xcb_generic_event_t& event)
 
 void PointerWatch::report(const std::function<bool(const Place&)>& isOfConcern)
 {
-    if (!std::exchange(hasMoved_, false) || !onMove)
+    // Movements that were on their way when watching ended are told to nobody.
+    if (!std::exchange(hasMoved_, false) || !isWatching_ || !onMove)
         return;
     const auto place = ask();
     drainSoon_();

@@ -36,6 +36,7 @@ private:
     std::function<void()> drainSoon_;
     /// Absent until it was asked for.
     std::optional<std::uint8_t> opcode_;
+    bool isWatching_ = false;
     bool hasMoved_ = false;
     /// While somebody is told of a movement: where to.
     std::optional<Point> reported_;
