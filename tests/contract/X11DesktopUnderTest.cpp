@@ -303,7 +303,7 @@ void X11DesktopUnderTest::movePointer(CGPoint point)
 {
     const double height = desktop_->displays().all().front().frame.height;
     xcb_warp_pointer(connection_, XCB_WINDOW_NONE, root(), 0, 0, 0, 0, static_cast<std::int16_t>(point.x),
-        static_cast<std::int16_t>(height - point.y));
+        static_cast<std::int16_t>(height - point.y - 1));
     xcb_flush(connection_);
 }
 

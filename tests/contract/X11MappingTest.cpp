@@ -421,7 +421,7 @@ TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
     const auto move = [&](int x, int y) {
         const int before = moves;
         fake(XCB_MOTION_NOTIFY, 0, x, y);
-        EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y }; }));
+        EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y - 1 }; }));
         // The events of a movement come no later than the answer to where the pointer is.
         settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
         return moves - before;

@@ -158,7 +158,7 @@ class Session:
         os.close(read)
 
     def start_window_manager(self):
-        self.window_manager = self.start(self.window_manager_name)
+        self.window_manager = self.start(*self.window_manager_name.split())
         eventually(lambda: self.property(self.root, "_NET_SUPPORTING_WM_CHECK"), "a window manager runs", 20)
 
     def start_bar(self, *arguments, env=None, wait=True):
@@ -232,6 +232,20 @@ class Session:
                 if window.get_attributes().map_state == X.IsViewable:
                     found.append(window)
         return sorted(found, key=lambda window: self.geometry(window)[:2])
+
+    def popups(self, kind):
+        """The program's mapped windows of that type that no window manager manages."""
+        found = []
+        for window in self.root.query_tree().children:
+            try:
+                attributes = window.get_attributes()
+                if attributes.override_redirect and attributes.map_state == X.IsViewable:
+                    if f"_NET_WM_WINDOW_TYPE_{kind}" in self.atoms(window, "_NET_WM_WINDOW_TYPE"):
+                        if self.class_of(window)[1].capitalize() == "Vantry":
+                            found.append(window)
+            except (error.BadWindow, error.BadDrawable):
+                continue
+        return found
 
     def geometry(self, window):
         """x, y, width, height of the window without decorations, on the root."""

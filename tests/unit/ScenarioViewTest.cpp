@@ -123,17 +123,17 @@ TEST_F(ViewTest, OurPanelsKeepClicksAndDragsToThemselves)
     desktop().pointer().watch(true);
 
     mouse(QEvent::MouseMove, { 10, 880 }, Qt::NoButton);
-    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 20 }));
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 19 }));
     EXPECT_EQ(moves, 1);
     mouse(QEvent::MouseMove, { 20, 880 }, Qt::LeftButton);
-    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 20, 20 }));
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 20, 19 }));
     EXPECT_EQ(moves, 1);
 
     click({ 10, 880 });
     EXPECT_EQ(world().frontmost(), browser);
 
     mouse(QEvent::MouseMove, { 10, 500 }, Qt::NoButton);
-    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 400 }));
+    EXPECT_EQ(desktop().pointer().location(), (CGPoint { 10, 399 }));
     EXPECT_EQ(moves, 2);
     desktop().surfaces().release(panel);
 }

@@ -91,7 +91,8 @@ void ViewWidget::leaveEvent(QEvent*)
 
 NSEvent ViewWidget::eventAt(QPointF position) const
 {
-    const double y = view_.isFlipped() ? position.y() : view_.frame().height - position.y();
+    // A pixel is told by the corner that has the smallest coordinates, so that it is in the view that it belongs to.
+    const double y = view_.isFlipped() ? position.y() : view_.frame().height - position.y() - 1;
     return { view_.convertToWindow(CGPoint { position.x(), y }) };
 }
 

@@ -45,7 +45,7 @@ void DisplayWidget::sceneChanged()
 CGPoint DisplayWidget::screenPoint(const QPointF& point) const
 {
     const CGRect& frame = desktop_.world().screens().all().at(screen_).frame;
-    return { frame.x + point.x(), frame.maxY() - point.y() };
+    return { frame.x + point.x(), frame.maxY() - point.y() - 1 };
 }
 
 void DisplayWidget::paintEvent(QPaintEvent*)

@@ -21,6 +21,7 @@ public:
     void sceneChanged();
 
     /// From the widget's coordinates to screen space.
+    /// The pixel's lower left corner.
     CGPoint screenPoint(const QPointF& point) const;
 
 protected:

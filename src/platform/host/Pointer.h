@@ -11,7 +11,8 @@ class Pointer {
 public:
     virtual ~Pointer() = default;
 
-    /// Screen space.
+    /// Screen space: the lower left corner of the pixel under the pointer's tip, so that a rectangle's pixels are the
+    /// points that it holds.
     virtual CGPoint location() = 0;
 
     /// Whether `onMove` is wanted. False when the desktop can't watch the pointer over other programs' windows.

@@ -176,7 +176,7 @@ CGRect Monitors::toScreen(const Rect& rect) const
 CGPoint Monitors::toScreen(Point point) const
 {
     const Rect& primary = monitors_.front().frame;
-    return { double(point.x - primary.x), double(primary.bottom() - point.y) };
+    return { double(point.x - primary.x), double(primary.bottom() - point.y - 1) };
 }
 
 }

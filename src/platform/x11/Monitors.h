@@ -38,6 +38,7 @@ public:
     /// Screen space to the root's pixels and back.
     Rect toRoot(const CGRect& rect) const;
     CGRect toScreen(const Rect& rect) const;
+    /// Of a pixel: its lower left corner.
     CGPoint toScreen(Point point) const;
     /// The root window itself.
     Rect rootFrame() const { return root_; }

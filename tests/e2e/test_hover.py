@@ -1,0 +1,191 @@
+"""Hovering over the bar: tooltips, previews with the windows' own pictures, and the way from a button into a preview."""
+
+import unittest
+
+from Xlib import X, display
+from session import Session, eventually
+
+CARD, GAP, MARGIN, THUMBNAIL = 176, 8, 10, 104
+
+
+class Program:
+    """A program of our own with several windows, each of one colour."""
+
+    def __init__(self, session):
+        self.session = session
+        self.display = display.Display(session.environment["DISPLAY"])
+
+    def open(self, title, color, x, y):
+        screen = self.display.screen()
+        window = screen.root.create_window(x, y, 480, 320, 0, screen.root_depth, X.InputOutput, X.CopyFromParent,
+                                           background_pixel=color)
+        window.set_wm_class("painter", "Painter")
+        window.set_wm_name(title)
+        window.map()
+        self.display.flush()
+        eventually(lambda: self.session.active() == window.id, "the new window is active")
+        return window
+
+    def close(self, window):
+        window.destroy()
+        self.display.flush()
+
+
+class HoverTest(unittest.TestCase):
+    def setUp(self):
+        self.session = Session()
+        self.session.__enter__()
+        self.addCleanup(self.session.__exit__)
+        self.session.write_settings(showFinderButton=False)
+
+    def terminal(self, title, color, geometry):
+        window = self.session.open("XTerm", "xterm", "-title", title, "-bg", color, "-fg", color, "-cr", color,
+                                   "-geometry", geometry, "-e", "sleep", "1000")
+        eventually(lambda: self.session.active() == window.id, "the new terminal is active")
+        return window
+
+    def popup(self, kind):
+        """Where the one popup of that kind lies: x, y, width, height."""
+        popups = self.session.popups(kind)
+        return self.session.geometry(popups[0]) if len(popups) == 1 else None
+
+    def tooltip(self):
+        return eventually(lambda: self.popup("TOOLTIP"), "the tooltip shows")
+
+    def preview(self):
+        return eventually(lambda: self.popup("POPUP_MENU"), "the preview shows")
+
+    def no_panels(self):
+        return not self.session.popups("TOOLTIP") and not self.session.popups("POPUP_MENU")
+
+    def card(self, preview, index):
+        """The middle of a card's picture."""
+        return preview[0] + MARGIN + index * (CARD + GAP) + CARD // 2, preview[1] + MARGIN + THUMBNAIL // 2
+
+    def is_color(self, point, color):
+        got = self.session.picture(*point, 1, 1).getpixel((0, 0))
+        return all(abs(a - b) < 12 for a, b in zip(got, color))
+
+    def test_the_trash_tells_its_name_and_the_bar_stays_out_of_the_way(self):
+        session = self.session
+        terminal = self.terminal("terminal", "#204080", "80x24+200+150")
+        session.start_bar()
+        eventually(lambda: len(session.names()) == 1, "the terminal has its button")
+        bar = session.bar()
+        session.move(*bar.trash(1))
+        x, y, width, height = self.tooltip()
+        self.assertAlmostEqual(x + width / 2, bar.trash(1)[0], delta=2)
+        self.assertEqual(y + height, bar.y - 6)
+        eventually(lambda: self.is_color((x + 5, y + height // 2), (36, 36, 36)), "the tooltip is painted")
+        self.assertEqual(session.active(), terminal.id, "the focus stays where it was")
+
+        session.move(*bar.middle("showDesktop"))
+        eventually(lambda: self.popup("TOOLTIP") and self.popup("TOOLTIP")[2] > width * 2, "the next tooltip is another")
+        session.move(900, 400)
+        eventually(self.no_panels, "the tooltip goes with the pointer")
+
+    def test_a_preview_shows_covered_windows_and_a_click_on_a_card_raises_one(self):
+        session = self.session
+        session.start_bar()
+        program = Program(session)
+        red = program.open("red", 0xC02020, 200, 150)
+        program.open("blue", 0x2020C0, 230, 170)
+        self.terminal("cover", "#808080", "160x50+100+50")
+        eventually(lambda: len(session.names()) == 2, "both programs have a button")
+        button = session.bar().button(1 - session.names().index("XTerm"))
+        session.move(*button)
+        preview = self.preview()
+        self.assertEqual(preview[2:], (2 * CARD + GAP + 2 * MARGIN, 150))
+        eventually(lambda: self.is_color(self.card(preview, 0), (32, 32, 192)), "the front window is first")
+        eventually(lambda: self.is_color(self.card(preview, 1), (192, 32, 32)), "and then the other, covered by it")
+        self.travel(button, self.card(preview, 1))
+        self.assertEqual(self.popup("POPUP_MENU"), preview, "the panel stays while the pointer travels into it")
+        session.press()
+        session.release()
+        eventually(lambda: session.active() == red.id, "the picked window is active")
+        eventually(self.no_panels, "the panel goes with the pick")
+
+    def travel(self, start, end, steps=60):
+        for step in range(1, steps + 1):
+            self.session.move(*(a + (b - a) * step / steps for a, b in zip(start, end)))
+
+    def test_at_either_edge_the_pointer_reaches_the_preview_at_any_speed_and_leaving_closes_it(self):
+        session = self.session
+        self.terminal("terminal", "#20a040", "60x20+200+250")
+        for edge in ("bottom", "top"):
+            with self.subTest(edge=edge):
+                session.write_settings(barEdge=edge)
+                bar_process = session.start_bar()
+                eventually(lambda: len(session.names()) == 1, "the terminal has its button")
+                button = session.bar().button(0)
+                for steps in (1, 7, 150):
+                    session.move(*button)
+                    preview = self.preview()
+                    bar = session.bar()
+                    gap = preview[1] - bar.y - bar.height if edge == "top" else bar.y - preview[1] - preview[3]
+                    self.assertEqual(gap, 8)
+                    self.travel(button, self.card(preview, 0), steps)
+                    # The card that the pointer is on is lit; so it has been told of the last step.
+                    eventually(lambda: self.is_lit(preview), "the card under the pointer is lit")
+                    self.assertEqual(self.popup("POPUP_MENU"), preview)
+                    corner = (0, 0) if edge == "bottom" else (1919, 1079)
+                    session.move(*corner)
+                    eventually(self.no_panels, "the preview goes when the pointer leaves through a corner")
+                bar_process.terminate()
+                bar_process.wait(5)
+                session.processes.remove(bar_process)
+
+    def is_lit(self, preview):
+        x, y, _, height = preview
+        # Beside the picture, within the highlight: 0.13 grey and 0.12 of white over it.
+        return self.is_color((x + MARGIN - 3, y + MARGIN + 50), (59, 59, 59))
+
+    def test_windows_that_close_and_settings_that_change_while_the_preview_shows(self):
+        session = self.session
+        process = session.start_bar()
+        program = Program(session)
+        keeper = program.open("keeper", 0x20A040, 200, 250)
+        closing = program.open("closing", 0xA04020, 400, 350)
+        eventually(lambda: len(session.names()) == 1, "the program has its button")
+        button = session.bar().button(0)
+        session.move(*button)
+        preview = self.preview()
+        eventually(lambda: self.is_color(self.card(preview, 0), (160, 64, 32)), "the front window is first")
+        program.close(closing)
+        eventually(lambda: len(session.windows_of("Painter")) == 1, "the window has gone")
+        self.travel(button, self.card(preview, 0))
+        session.press()
+        session.release()
+        eventually(self.no_panels, "a pick of a window that has gone closes the panel")
+
+        session.move(900, 500)
+        session.move(*button)
+        self.preview()
+        session.write_settings(barVisible=False)
+        eventually(self.no_panels, "the preview goes with the bar")
+        session.write_settings(barVisible=True)
+        eventually(session.bars, "the bar is back")
+        session.minimise(session.window(keeper.id))
+        session.move(900, 500)
+        session.move(*button)
+        self.preview()
+        self.assertIsNone(process.poll())
+
+    def test_a_preview_goes_with_its_monitor(self):
+        session = self.session
+        session.split_monitors()
+        self.terminal("terminal", "#20a040", "60x20+1100+250")
+        process = session.start_bar()
+        eventually(lambda: len(session.bars()) == 2, "each monitor has its bar")
+        eventually(lambda: session.names(), "the terminal has its button")
+        session.move(*session.bar(1).button(0))
+        preview = self.preview()
+        self.assertGreaterEqual(preview[0], 960 + 6)
+        session.join_monitors()
+        eventually(lambda: len(session.bars()) == 1, "the monitor's bar has gone")
+        eventually(self.no_panels, "and its preview with it")
+        self.assertIsNone(process.poll())
+
+
+if __name__ == "__main__":
+    unittest.main()
