@@ -33,13 +33,15 @@ NSWindow::~NSWindow()
     }
 }
 
-void NSWindow::setFrame(const CGRect& frame, bool)
+void NSWindow::setFrame(const CGRect& frame, bool display)
 {
     if (frame == frame_)
         return;
     frame_ = frame;
     if (contentView_)
         contentView_->setFrame({ 0, 0, frame.width, frame.height });
+    if (contentView_ && display && visible_)
+        contentView_->displayIfNeeded();
     if (adopted_)
         surfaces().setFrame(*widget_, frame);
 }
@@ -63,6 +65,9 @@ void NSWindow::orderFrontRegardless()
     if (!adopted_)
         surfaces().adopt(*widget_, style_, frame_);
     adopted_ = true;
+    // What is seen first, and gives a popup its shape, is how the views are now.
+    if (contentView_ && !visible_)
+        contentView_->displayIfNeeded();
     visible_ = true;
     surfaces().orderFront(*widget_);
 }

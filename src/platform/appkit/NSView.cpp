@@ -154,6 +154,16 @@ void NSView::setNeedsDisplay()
         pendingDisplay_ = RunLoop::main().perform([this] { display(); });
 }
 
+void NSView::displayIfNeeded()
+{
+    if (pendingDisplay_) {
+        RunLoop::main().cancel(pendingDisplay_);
+        display();
+    }
+    for (const auto& view : subviews_)
+        view->displayIfNeeded();
+}
+
 void NSView::display()
 {
     pendingDisplay_ = 0;

@@ -57,6 +57,8 @@ public:
     virtual void draw(const CGRect& dirty);
     /// Asks for `draw` before the next paint.
     void setNeedsDisplay();
+    /// Does now, for the view and those in it, what was asked for.
+    void displayIfNeeded();
     /// What `draw` draws now.
     DrawingList record();
     /// What is painted until `draw` is next asked.
