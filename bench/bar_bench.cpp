@@ -11,6 +11,7 @@
 #include "model/DockModel.h"
 #include "settings/Settings.h"
 #include "system/WindowIndex.h"
+#include "tamer/WindowTamer.h"
 
 #include <benchmark/benchmark.h>
 
@@ -62,6 +63,7 @@ public:
 
     BarController& controller() { return *controller_; }
     BarView& view() { return *controller_->view(); }
+    void advance(double seconds) { clock_.advance(seconds); }
     /// Lets every cache run out.
     void letCachesRunOut()
     {
@@ -90,6 +92,17 @@ void refreshWithColdCaches(benchmark::State& state)
     state.SetLabel(std::string(rawValue(Settings::grouping())));
 }
 BENCHMARK(refreshWithColdCaches)->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMicrosecond);
+
+/// One tick of the tamer with a focused window that is clear of the bar.
+void idleTick(benchmark::State& state)
+{
+    Bench bench(40, 200, 1920);
+    WindowTamer::start();
+    for (auto _ : state)
+        bench.advance(0.5);
+    WindowTamer::reset();
+}
+BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 
 void recordWhatABarDraws(benchmark::State& state)
 {

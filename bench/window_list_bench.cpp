@@ -1,8 +1,10 @@
 // The window index over a real X server with 200 real windows of another process. Needs DISPLAY, with a window manager.
 
+#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "host/Desktop.h"
 #include "system/WindowIndex.h"
+#include "tamer/WindowTamer.h"
 #include "x11/X11Desktop.h"
 
 #include <benchmark/benchmark.h>
@@ -17,6 +19,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <memory>
 #include <string>
 
@@ -72,6 +75,34 @@ void rebuildTheIndex(benchmark::State& state)
     state.SetLabel(std::to_string(countedWindows()) + " windows");
 }
 BENCHMARK(rebuildTheIndex)->Unit(benchmark::kMicrosecond);
+
+/// How often this process has written to a file or socket.
+long long writes()
+{
+    std::ifstream file("/proc/self/io");
+    std::string key;
+    for (long long value = 0; file >> key >> value;) {
+        if (key == "syscw:")
+            return value;
+    }
+    return -1;
+}
+
+/// One tick of the tamer with nothing to do.
+void idleTick(benchmark::State& state)
+{
+    ManualClock clock;
+    RunLoop::main().setClock(&clock);
+    WindowTamer::start();
+    const long long before = writes();
+    for (auto _ : state)
+        clock.advance(0.5);
+    state.SetLabel("socket writes: " + std::to_string(writes() - before));
+    WindowTamer::reset();
+    RunLoop::main().reset();
+    RunLoop::main().setClock(nullptr);
+}
+BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 
 }
 

@@ -42,22 +42,37 @@ std::optional<Value> Windows::list(bool onScreenOnly)
         if (!onScreenOnly || (world_.isOnScreen(*window) && !window->isPartOfDesktop()))
             entries.push_back(entry(*window));
     }
+    if (entries_.size() > 2 * world_.windows().size())
+        std::erase_if(entries_, [&](const auto& each) { return !world_.window(each.first); });
     return entries;
 }
 
-Value Windows::entry(const Window& window) const
+Windows::Facts Windows::factsOf(const Window& window) const
 {
-    Value::Dictionary entry { { "kCGWindowNumber", window.number }, { "kCGWindowOwnerPID", window.owner },
-        { "kCGWindowLayer", window.layer }, { "kCGWindowBounds", CGRectCreateDictionaryRepresentation(window.bounds) },
-        { "kCGWindowAlpha", 1.0 } };
-    if (world_.isOnScreen(window))
-        entry.set("kCGWindowIsOnscreen", true);
-    if (window.title && world_.isScreenCapturePermitted())
-        entry.set("kCGWindowName", *window.title);
     const RunningProcess* owner = world_.process(window.owner);
-    if (owner && owner->record->localizedName)
-        entry.set("kCGWindowOwnerName", *owner->record->localizedName);
-    return entry;
+    return { window.owner, window.layer, window.bounds, world_.isOnScreen(window),
+        world_.isScreenCapturePermitted() ? window.title : std::nullopt,
+        owner ? owner->record->localizedName : std::nullopt };
+}
+
+const Value& Windows::entry(const Window& window)
+{
+    Facts facts = factsOf(window);
+    const auto known = entries_.find(window.number);
+    if (known != entries_.end() && known->second.facts == facts)
+        return known->second.value;
+
+    Value::Dictionary entry { { "kCGWindowNumber", window.number }, { "kCGWindowOwnerPID", facts.owner },
+        { "kCGWindowLayer", facts.layer }, { "kCGWindowBounds", CGRectCreateDictionaryRepresentation(facts.bounds) },
+        { "kCGWindowAlpha", 1.0 } };
+    if (facts.isOnScreen)
+        entry.set("kCGWindowIsOnscreen", true);
+    if (facts.title)
+        entry.set("kCGWindowName", *facts.title);
+    if (facts.ownerName)
+        entry.set("kCGWindowOwnerName", *facts.ownerName);
+    Entry made { std::move(facts), std::move(entry) };
+    return entries_.insert_or_assign(window.number, std::move(made)).first->second.value;
 }
 
 std::uint64_t Windows::activeSpace()

@@ -1,6 +1,12 @@
 #pragma once
 
+#include "base/CGGeometry.h"
 #include "host/Windows.h"
+
+#include <sys/types.h>
+
+#include <string>
+#include <unordered_map>
 
 namespace embedded {
 
@@ -23,10 +29,28 @@ public:
     std::optional<Value> spaces(std::uint32_t window) override;
 
 private:
-    Value entry(const Window& window) const;
+    /// All that an entry tells.
+    struct Facts {
+        pid_t owner = 0;
+        int layer = 0;
+        CGRect bounds;
+        bool isOnScreen = false;
+        std::optional<std::string> title;
+        std::optional<std::string> ownerName;
+        bool operator==(const Facts&) const = default;
+    };
+    struct Entry {
+        Facts facts;
+        Value value;
+    };
+
+    Facts factsOf(const Window& window) const;
+    const Value& entry(const Window& window);
 
     World& world_;
     CallLog& log_;
+    /// As they were last listed, by the window's number: few change from one listing to the next.
+    std::unordered_map<std::uint32_t, Entry> entries_;
 };
 
 }
