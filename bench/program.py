@@ -10,6 +10,7 @@ import sys
 import time
 
 from Xlib import X, Xatom, display
+from Xlib.ext import xtest
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
 from session import PROGRAM, Session, eventually  # noqa: E402
@@ -138,6 +139,47 @@ def click_to_active(session, runs):
     return samples
 
 
+def key_to_action(session, process, runs):
+    """From pressing Option and 1 to the line that the action begins with in the log."""
+    alt, one = 64, 10
+    samples = []
+    with open(process.log_file, "rb") as log:
+        for _ in range(runs):
+            log.seek(0, os.SEEK_END)
+            xtest.fake_input(session.display, X.KeyPress, alt)
+            session.display.sync()
+            text, before = b"", time.perf_counter()
+            xtest.fake_input(session.display, X.KeyPress, one)
+            session.display.flush()
+            while b"shortcut: option-1" not in text:
+                text += log.read()
+            samples.append((time.perf_counter() - before) * 1000)
+            for code in (one, alt):
+                xtest.fake_input(session.display, X.KeyRelease, code)
+            session.display.sync()
+            time.sleep(0.3)
+    return samples
+
+
+def over_the_bar_to_clear(session, runs):
+    """From a window's opening over the bar to its foot being above it, in ticks of half a second."""
+    client = Client(session)
+    samples = []
+    for _ in range(runs):
+        window = client.open(300, 900)
+        client.wait_mapped()
+        session.ask(window, "_NET_MOVERESIZE_WINDOW", 1 | 0x300 | 2 << 12, 300, 900)
+        before = time.perf_counter()
+        shown = session.window(window.id)
+        eventually(lambda: session.geometry(shown)[1] + session.geometry(shown)[3] <= 1012, "it is clear of the bar", 5)
+        samples.append((time.perf_counter() - before) / 0.5)
+        window.destroy()
+        client.display.flush()
+        time.sleep(0.13)
+    client.display.close()
+    return samples
+
+
 def titles(session, process):
     client = Client(session)
     window = client.open()
@@ -225,6 +267,8 @@ def main():
         process = session.start_bar()
         for way, samples in click_to_active(session, 2 * options.runs).items():
             report("window active " + way, samples, "ms")
+        report("key pressed to action started", key_to_action(session, process, options.runs), "ms")
+        report("window over the bar to clear of it", over_the_bar_to_clear(session, options.runs), "ticks")
         process.terminate()
         process.wait()
 
