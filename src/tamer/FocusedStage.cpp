@@ -69,7 +69,7 @@ std::optional<NSScreen> screenOfWindow(std::uint32_t number)
 
 void exitFullScreen(const FocusedWindow& window, const CGRect& target)
 {
-    const AXError error = AXUIElementSetAttributeValue(window.element, "AXFullScreen", false);
+    const AXError error = Placement::leaveFullScreen(window.element);
     if (error != kAXErrorSuccess) {
         Log::debug("tamer: exit full-screen failed (", static_cast<int>(error), ")");
         return;

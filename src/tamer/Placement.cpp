@@ -11,6 +11,14 @@ namespace {
 
 constexpr double samePlaceTolerance = 2;
 
+std::uint64_t requests = 0;
+
+AXError request(const AXUIElement& window, std::string_view attribute, const AXValue& value)
+{
+    ++requests;
+    return AXUIElementSetAttributeValue(window, attribute, value);
+}
+
 /// Never shrinks: a window that comes back is known.
 std::map<Placement::WindowName, CGRect>& placedWindows()
 {
@@ -43,14 +51,24 @@ bool isSamePlace(const CGRect& a, const CGRect& b)
     return std::abs(a.y - b.y) < samePlaceTolerance && std::abs(a.height - b.height) < samePlaceTolerance;
 }
 
+std::uint64_t requestCount()
+{
+    return requests;
+}
+
 void setPosition(const AXUIElement& window, CGPoint position)
 {
-    AXUIElementSetAttributeValue(window, "AXPosition", position);
+    request(window, "AXPosition", position);
 }
 
 void setSize(const AXUIElement& window, CGSize size)
 {
-    AXUIElementSetAttributeValue(window, "AXSize", size);
+    request(window, "AXSize", size);
+}
+
+AXError leaveFullScreen(const AXUIElement& window)
+{
+    return request(window, "AXFullScreen", false);
 }
 
 void setFrame(const AXUIElement& window, const CGRect& frame)

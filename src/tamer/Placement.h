@@ -25,6 +25,8 @@ struct WindowName {
 /// The rectangle that the window was last asked to take.
 std::optional<CGRect> placed(const WindowName& window);
 void remember(const WindowName& window, const CGRect& rect);
+/// Counts what was asked of windows.
+std::uint64_t requestCount();
 /// Forgets all of them: between tests.
 void forget();
 /// Whether two rectangles are within 2 points of each other in y and in height.
@@ -32,6 +34,8 @@ bool isSamePlace(const CGRect& a, const CGRect& b);
 
 void setPosition(const AXUIElement& window, CGPoint position);
 void setSize(const AXUIElement& window, CGSize size);
+/// Whether it was told to.
+AXError leaveFullScreen(const AXUIElement& window);
 /// Both, the size twice: a window is fitted to the screen that it lies on before and after the move.
 void setFrame(const AXUIElement& window, const CGRect& frame);
 /// Asks the window to take the rectangle, and remembers it.

@@ -5,6 +5,10 @@
 #include "tamer/AlertStage.h"
 #include "tamer/FocusedStage.h"
 #include "tamer/Placement.h"
+#include "windowserver/CGWindow.h"
+
+#include <cstdint>
+#include <optional>
 
 namespace {
 
@@ -12,9 +16,39 @@ constexpr double tickInterval = 0.5;
 
 std::shared_ptr<NSTimer> timer;
 
+/// All that decides what a tick does.
+struct Situation {
+    std::optional<std::uint64_t> changes;
+    std::uint64_t requests = 0;
+    BarEdge edge = BarEdge::bottom;
+    BarSize size = BarSize::large;
+    bool isEnabled = false;
+
+    static Situation now()
+    {
+        return { CGSGetChangeCount(CGSMainConnectionID()), Placement::requestCount(), Settings::barEdge(),
+            Settings::barSize(), WindowTamer::isEnabled() };
+    }
+    bool operator==(const Situation&) const = default;
+};
+
+Situation last;
+int ticksWithoutChange = 0;
+
+/// Mostly a tick finds everything as the ones before it did, which had nothing to ask of anybody. Then neither has this
+/// one, and the program sleeps on. It takes two of them, as the first may have read an index from before a change.
+bool hasNothingToDo()
+{
+    const Situation now = Situation::now();
+    const bool isSame = now.changes && now == last;
+    last = now;
+    ticksWithoutChange = isSame ? ticksWithoutChange + 1 : 0;
+    return ticksWithoutChange >= 2;
+}
+
 void tick()
 {
-    if (!Settings::barVisible())
+    if (!Settings::barVisible() || hasNothingToDo())
         return;
     AlertStage::run();
     if (WindowTamer::isEnabled())
@@ -38,6 +72,8 @@ bool isEnabled()
 void reset()
 {
     timer = nullptr;
+    last = {};
+    ticksWithoutChange = 0;
     Placement::forget();
 }
 

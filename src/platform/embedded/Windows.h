@@ -24,6 +24,8 @@ public:
     }
 
     std::optional<Value> list(bool onScreenOnly) override;
+    /// Faults are scripted without a word.
+    std::optional<std::uint64_t> changeCount() override { return std::nullopt; }
     std::uint64_t activeSpace() override;
     std::optional<Value> displaySpaces() override;
     std::optional<Value> spaces(std::uint32_t window) override;

@@ -22,6 +22,11 @@ std::uint64_t CGSGetActiveSpace(CGSConnectionID)
     return windows().activeSpace();
 }
 
+std::optional<std::uint64_t> CGSGetChangeCount(CGSConnectionID)
+{
+    return windows().changeCount();
+}
+
 std::optional<Value> CGSCopyManagedDisplaySpaces(CGSConnectionID)
 {
     return windows().displaySpaces();

@@ -18,6 +18,8 @@ inline constexpr unsigned kCGSAllSpacesMask
 
 CGSConnectionID CGSMainConnectionID();
 std::uint64_t CGSGetActiveSpace(CGSConnectionID connection);
+/// Changes whenever windows, processes or displays do; absent where that can't be told.
+std::optional<std::uint64_t> CGSGetChangeCount(CGSConnectionID connection);
 /// One dictionary a display: "Display Identifier" text, "Current Space" dictionary with "id64", "Spaces" array of
 /// dictionaries with "id64", "type" (4 is full screen) and, of a full-screen space, "pid".
 std::optional<Value> CGSCopyManagedDisplaySpaces(CGSConnectionID connection);

@@ -20,6 +20,7 @@ public:
     }
 
     std::optional<Value> list(bool onScreenOnly) override;
+    std::optional<std::uint64_t> changeCount() override { return mirror_.eventCount(); }
     std::uint64_t activeSpace() override;
     std::optional<Value> displaySpaces() override;
     std::optional<Value> spaces(std::uint32_t window) override;

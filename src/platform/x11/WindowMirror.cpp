@@ -65,6 +65,7 @@ void WindowMirror::start()
 void WindowMirror::handle(const xcb_generic_event_t& event)
 {
     const std::lock_guard lock(mutex_);
+    ++eventCount_;
     state_.rootChildren.handle(event, connection_.root());
 
     switch (event.response_type & ~0x80) {

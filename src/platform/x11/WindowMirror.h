@@ -32,6 +32,8 @@ public:
     /// Selects the events, and marks everything as to be read.
     void start();
     void handle(const xcb_generic_event_t& event);
+    /// How many events there were. Main thread.
+    std::uint64_t eventCount() const { return eventCount_; }
     /// Asks the server for what events have left open; false when there was nothing. Afterwards more events can have
     /// come.
     bool refresh();
@@ -116,6 +118,7 @@ private:
     xcb_window_t compositor_ = XCB_WINDOW_NONE;
     std::unordered_map<std::uint32_t, pid_t> namelessPids_;
     bool wasWarned_ = false;
+    std::uint64_t eventCount_ = 0;
 };
 
 }
