@@ -1,6 +1,6 @@
 """Makes the pictures of README.md: the embedded desktop, and the bar on a real X server.
 
-usage: VANTRY_PROGRAM=build/release/vantry python3 tools/pictures.py
+usage: VANTRY_PROGRAM=build/release/vantry python3 tools/pictures.py [embedded] [on_x11] [film]
 """
 
 import os
@@ -111,7 +111,33 @@ def menus():
             time.sleep(0.5)
 
 
+def film():
+    """A window opened over the bar, and what becomes of it."""
+    with Session() as session:
+        subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
+        session.start_bar()
+        session.xterm("terminal", "80x24+1100+120")
+        session.move(1800, 500)
+
+        def shot(number):
+            picture = session.picture()
+            save(picture.resize((picture.width // 2, picture.height // 2)), f"film-{number}")
+
+        window = session.open("XTerm", "xterm", "-title", "over the bar", "-geometry", "100x50+200+120",
+                              "-e", "sh", "-c", "seq -f 'line %g of a long text' 1 60; sleep 1000")
+        time.sleep(2)
+        session.ask(window, "_NET_MOVERESIZE_WINDOW", 1 | 0x300 | 2 << 12, 200, 420)
+        time.sleep(0.1)
+        shot(1)
+        eventually(lambda: "tamer: nudging" in session.log(), "it is shrunk")
+        time.sleep(0.15)
+        shot(2)
+        eventually(lambda: "tamer: placed" in session.log(), "it is placed")
+        time.sleep(0.3)
+        shot(3)
+
+
 os.makedirs(PICTURES, exist_ok=True)
-embedded()
-on_x11()
-menus()
+for part in (embedded, on_x11, menus, film):
+    if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
+        part()
