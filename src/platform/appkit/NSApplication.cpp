@@ -52,12 +52,18 @@ private:
             timer_.stop();
             return;
         }
+        // A timer that fires begins anew before the others are looked at; the toolkit's is set once for all of them.
+        if (timer_.isActive() && armedFor_ == *due)
+            return;
+        armedFor_ = *due;
         const std::uint64_t now = RunLoop::main().clock().nanoseconds();
         const std::uint64_t wait = *due > now ? (*due - now + 999'999) / 1'000'000 : 0;
         timer_.start(static_cast<int>(std::min<std::uint64_t>(wait, 3'600'000)));
     }
 
     QTimer timer_;
+    /// What the toolkit's timer waits for while it is active, in nanoseconds of the clock.
+    std::uint64_t armedFor_ = 0;
 };
 
 bool isApplicationActive = false;
