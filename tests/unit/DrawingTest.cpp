@@ -62,25 +62,6 @@ TEST(DrawingPainterTest, AGradientRunsAlongItsAngle)
     }
 }
 
-TEST(DrawingPainterTest, RoundCornersAreClearAndTheMiddleIsFilled)
-{
-    const QImage image = painted([] {
-        red.set();
-        NSBezierPath::roundedRect({ 0, 0, 40, 40 }, 12, 12).fill();
-    });
-    EXPECT_EQ(image.pixelColor(0, 0).alpha(), 0);
-    EXPECT_EQ(image.pixelColor(39, 39).alpha(), 0);
-    EXPECT_EQ(image.pixelColor(20, 20), QColor(Qt::red));
-}
-
-TEST(DrawingPainterTest, AnImageIsDrawnAtItsFraction)
-{
-    const NSImage image(plainIcon(0xFFFF0000));
-    const QImage half = painted([&] { image.drawInRect({ 10, 10, 20, 20 }, 0.42); });
-    EXPECT_NEAR(half.pixelColor(20, 20).alpha(), 0.42 * 255, 2);
-    EXPECT_EQ(half.pixelColor(5, 5).alpha(), 0);
-}
-
 TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)
 {
     const NSImage symbol = *NSImage::imageWithSystemSymbolName("display", "");
@@ -171,16 +152,6 @@ TEST(NSViewTest, AViewThatDrawsTheSameAgainPaintsNothingNew)
     EXPECT_NE(&square.painted(), first);
     RunLoop::main().reset();
     RunLoop::main().setClock(nullptr);
-}
-
-TEST(NSViewTest, PointsConvertThroughViewsThatLieInViews)
-{
-    const auto outer = std::make_shared<NSView>(CGRect { 0, 0, 100, 60 });
-    const auto inner = std::make_shared<NSView>(CGRect { 30, 10, 20, 20 });
-    outer->addSubview(inner);
-    EXPECT_EQ(inner->convertToWindow(CGPoint { 1, 2 }), (CGPoint { 31, 12 }));
-    EXPECT_EQ(inner->convertFromWindow({ 31, 12 }), (CGPoint { 1, 2 }));
-    EXPECT_EQ(inner->convertToWindow(CGRect { 0, 0, 5, 5 }), (CGRect { 30, 10, 5, 5 }));
 }
 
 }
