@@ -7,10 +7,8 @@
 //   iconify WINDOW
 //   fullscreen WINDOW
 //   text WINDOW PROPERTY TYPE VALUE     a property of bytes; the value is the rest of the line
-//   fill WINDOW PROPERTY TYPE COUNT     the same, with so many letters
 //   numbers WINDOW PROPERTY TYPE N...   a property of 32-bit numbers
 //   atoms WINDOW PROPERTY NAME...
-//   flood WINDOW COUNT                  changes the title so often
 //   presses CODE                        answers how often that key went down
 //
 // A window asked to close does so, and the program ends with its last one, or with its input.
@@ -23,7 +21,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <iostream>
 #include <map>
 #include <set>
@@ -78,27 +75,59 @@ private:
 
     void obey(std::istringstream& line)
     {
-        using Command = std::uint32_t (Client::*)(std::istringstream&);
-        static const std::map<std::string, Command> commands {
-            { "create", &Client::create },
-            { "map", &Client::map },
-            { "destroy", &Client::destroy },
-            { "iconify", &Client::iconify },
-            { "fullscreen", &Client::fullscreen },
-            { "text", &Client::text },
-            { "fill", &Client::fill },
-            { "numbers", &Client::numbers },
-            { "atoms", &Client::atoms },
-            { "flood", &Client::flood },
-            { "presses", &Client::presses },
-        };
-        std::string name;
-        line >> name;
-        const auto command = commands.find(name);
-        const std::uint32_t answer = command == commands.end() ? 0 : (this->*command->second)(line);
+        std::string verb;
+        line >> verb;
+        std::uint32_t answer = 0;
+        if (verb == "create") {
+            answer = create(line);
+        } else if (verb == "presses") {
+            takeEvents();
+            line >> answer;
+            answer = presses_[answer];
+        } else {
+            xcb_window_t window = 0;
+            line >> window;
+            change(verb, window, line);
+        }
         // A reply means that the server has done all that came before.
         std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
         std::cout << answer << std::endl;
+    }
+
+    void change(const std::string& verb, xcb_window_t window, std::istringstream& line)
+    {
+        constexpr std::uint32_t iconic = 3;
+        constexpr std::uint32_t add = 1;
+        constexpr std::uint32_t fromApplication = 1;
+        if (verb == "map")
+            xcb_map_window(connection_, window);
+        else if (verb == "destroy")
+            destroy(window);
+        else if (verb == "iconify")
+            tellManager(window, "WM_CHANGE_STATE", { iconic });
+        else if (verb == "fullscreen")
+            tellManager(window, "_NET_WM_STATE", { add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromApplication });
+        else
+            setProperty(verb, window, line);
+    }
+
+    void setProperty(const std::string& verb, xcb_window_t window, std::istringstream& line)
+    {
+        std::string property;
+        std::string type = "ATOM";
+        line >> property;
+        if (verb != "atoms")
+            line >> type;
+        if (verb == "text") {
+            std::string value;
+            std::getline(line >> std::ws, value);
+            setBytes(window, property, type, value);
+            return;
+        }
+        std::vector<std::uint32_t> values;
+        for (std::string word; line >> word;)
+            values.push_back(verb == "atoms" ? atom(word) : static_cast<std::uint32_t>(std::stoul(word)));
+        setNumbers(window, property, type, values);
     }
 
     xcb_atom_t atom(const std::string& name)
@@ -134,106 +163,10 @@ private:
         return window;
     }
 
-    std::uint32_t map(std::istringstream& line)
+    void destroy(xcb_window_t window)
     {
-        const xcb_window_t window = number(line);
-        xcb_map_window(connection_, window);
-        return window;
-    }
-
-    std::uint32_t destroy(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
         xcb_destroy_window(connection_, window);
         windows_.erase(window);
-        return window;
-    }
-
-    std::uint32_t iconify(std::istringstream& line)
-    {
-        constexpr std::uint32_t iconic = 3;
-        return tellManager(number(line), "WM_CHANGE_STATE", { iconic });
-    }
-
-    std::uint32_t fullscreen(std::istringstream& line)
-    {
-        constexpr std::uint32_t add = 1;
-        constexpr std::uint32_t fromApplication = 1;
-        return tellManager(
-            number(line), "_NET_WM_STATE", { add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromApplication });
-    }
-
-    std::uint32_t text(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
-        std::string property;
-        std::string type;
-        std::string value;
-        line >> property >> type;
-        std::getline(line >> std::ws, value);
-        setBytes(window, property, type, value);
-        return window;
-    }
-
-    std::uint32_t fill(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
-        std::string property;
-        std::string type;
-        std::size_t count = 0;
-        line >> property >> type >> count;
-        setBytes(window, property, type, std::string(count, 'x'));
-        return window;
-    }
-
-    std::uint32_t numbers(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
-        std::string property;
-        std::string type;
-        std::vector<std::uint32_t> values;
-        line >> property >> type;
-        for (std::uint32_t value = 0; line >> value;)
-            values.push_back(value);
-        setNumbers(window, property, type, values);
-        return window;
-    }
-
-    std::uint32_t atoms(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
-        std::string property;
-        std::vector<std::uint32_t> values;
-        line >> property;
-        for (std::string name; line >> name;)
-            values.push_back(atom(name));
-        setNumbers(window, property, "ATOM", values);
-        return window;
-    }
-
-    std::uint32_t flood(std::istringstream& line)
-    {
-        const xcb_window_t window = number(line);
-        int count = 0;
-        line >> count;
-        for (int i = 1; i <= count; ++i) {
-            setBytes(window, "_NET_WM_NAME", "UTF8_STRING", "title " + std::to_string(i));
-            xcb_flush(connection_);
-        }
-        return window;
-    }
-
-    std::uint32_t presses(std::istringstream& line)
-    {
-        takeEvents();
-        return presses_[number(line)];
-    }
-
-    static std::uint32_t number(std::istringstream& line)
-    {
-        std::uint32_t value = 0;
-        line >> value;
-        return value;
     }
 
     void setBytes(xcb_window_t window, const std::string& property, const std::string& type, const std::string& value)
@@ -249,7 +182,7 @@ private:
             static_cast<std::uint32_t>(values.size()), values.data());
     }
 
-    std::uint32_t tellManager(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& data)
+    void tellManager(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& data)
     {
         xcb_client_message_event_t message {};
         message.response_type = XCB_CLIENT_MESSAGE;
@@ -260,18 +193,14 @@ private:
         xcb_send_event(connection_, 0, screen_->root,
             XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
             reinterpret_cast<const char*>(&message));
-        return window;
     }
 
     /// Keys, and messages: the only ones that come to this client itself are requests to close.
     void takeEvents()
     {
         while (xcb_generic_event_t* event = xcb_poll_for_event(connection_)) {
-            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE) {
-                const xcb_window_t window = reinterpret_cast<xcb_client_message_event_t*>(event)->window;
-                xcb_destroy_window(connection_, window);
-                windows_.erase(window);
-            }
+            if ((event->response_type & 0x7F) == XCB_CLIENT_MESSAGE)
+                destroy(reinterpret_cast<xcb_client_message_event_t*>(event)->window);
             if ((event->response_type & 0x7F) == XCB_KEY_PRESS)
                 ++presses_[reinterpret_cast<const xcb_key_press_event_t*>(event)->detail];
             std::free(event);

@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <thread>
@@ -12,41 +11,6 @@
 namespace {
 
 using host::ElementID;
-
-/// A program that is ended with the test.
-class Child {
-public:
-    explicit Child(const std::vector<std::string>& command, int passed = -1)
-    {
-        std::vector<char*> arguments;
-        for (const std::string& argument : command)
-            arguments.push_back(const_cast<char*>(argument.c_str()));
-        arguments.push_back(nullptr);
-        pid_ = fork();
-        if (pid_ != 0)
-            return;
-        if (passed >= 0)
-            dup2(passed, 3);
-        std::freopen("/dev/null", "w", stderr);
-        execvp(arguments[0], arguments.data());
-        _exit(127);
-    }
-    ~Child() { end(); }
-    Child(const Child&) = delete;
-    Child& operator=(const Child&) = delete;
-
-    void end()
-    {
-        if (pid_ <= 0)
-            return;
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-        pid_ = 0;
-    }
-
-private:
-    pid_t pid_ = 0;
-};
 
 TEST_F(X11, AWindowWhosePropertiesAreAllWrongIsListed)
 {
@@ -82,17 +46,16 @@ TEST_F(X11, TitlesAreCutToWholeCharactersAndDecoded)
     const auto program = start("titles");
     const struct {
         const char* name;
-        const char* verb;
-        std::string property;
+        std::string value;
         std::string title;
     } rows[] = {
-        { "ten megabytes", "fill", "_NET_WM_NAME UTF8_STRING 10000000", std::string(4096, 'x') },
-        { "no UTF-8", "text", "_NET_WM_NAME UTF8_STRING a\xFF\xC3(\xE2\x82\xACz", "a\uFFFD\uFFFD(\u20ACz" },
-        { "empty, so the old name", "text", "_NET_WM_NAME UTF8_STRING ", "caf\u00E9" },
+        { "long", std::string(100'000, 'x'), std::string(4096, 'x') },
+        { "no UTF-8", "a\xFF\xC3(\xE2\x82\xACz", "a\uFFFD\uFFFD(\u20ACz" },
+        { "empty, so the old name", "", "caf\u00E9" },
     };
     under_->tell(program.window, "text", "WM_NAME STRING caf\xE9");
     for (const auto& row : rows) {
-        under_->tell(program.window, row.verb, row.property);
+        under_->setTitle(program.window, row.value);
         EXPECT_TRUE(settle([&] { return title(program.window) == row.title; }))
             << row.name << ": " << title(program.window).substr(0, 40);
     }
@@ -130,19 +93,6 @@ TEST_F(X11, AWindowThatDiesBeforeItIsUsedIsPassedOver)
     EXPECT_EQ(write(window, "AXMain", true), kAXErrorInvalidUIElement);
     EXPECT_EQ(accessibility().perform(window, "AXRaise", 0.5), kAXErrorInvalidUIElement);
     EXPECT_TRUE(isListed(keeper.window));
-}
-
-TEST_F(X11, WindowsThatComeAndGoAtOnceLeaveNothingBehind)
-{
-    const auto keeper = start("keeper");
-    auto& program = under_->program(keeper.pid);
-    for (int i = 0; i < 50; ++i) {
-        const std::string window = std::to_string(program.tell("create 10 10 300 200"));
-        program.tell("map " + window);
-        program.tell("destroy " + window);
-    }
-    EXPECT_TRUE(settle([&] { return windows().list(false)->array()->size() == 1; }));
-    EXPECT_EQ(read<std::vector<ElementID>>(application(keeper.pid), "AXWindows")->size(), 1u);
 }
 
 TEST_F(X11, AnotherThreadMayAskWhileWindowsComeAndGo)
@@ -267,43 +217,20 @@ TEST_F(X11, AWindowManagerThatComesAndGoesIsFollowed)
     ASSERT_EQ(spaceCount(), 1u);
     const CGRect bare = bounds(program.window);
 
-    // It looks for its theme among the installed ones.
-    Child manager({ "env", "-u", "XDG_DATA_DIRS", "openbox" });
+    const pid_t manager = fork();
+    if (manager == 0) {
+        std::freopen("/dev/null", "w", stderr);
+        // It looks for its theme among the installed ones.
+        execlp("env", "env", "-u", "XDG_DATA_DIRS", "openbox", nullptr);
+        _exit(127);
+    }
     EXPECT_TRUE(settle([&] { return spaceCount() > 1 && isListed(program.window); }));
     EXPECT_TRUE(settle([&] { return bounds(program.window).height > bare.height; })) << "decorated now";
 
-    manager.end();
+    kill(manager, SIGTERM);
+    waitpid(manager, nullptr, 0);
     EXPECT_TRUE(settle([&] { return spaceCount() == 1 && isListed(program.window); }));
     EXPECT_TRUE(settle([&] { return bounds(program.window).size() == bare.size(); }));
-}
-
-TEST_F(X11, AServerThatGoesIsTold)
-{
-    int ends[2];
-    ASSERT_EQ(pipe(ends), 0);
-    Child server({ "Xvfb", "-displayfd", "3", "-nolisten", "tcp" }, ends[1]);
-    close(ends[1]);
-    char number[16] = {};
-    ASSERT_GT(::read(ends[0], number, sizeof number - 1), 0);
-    close(ends[0]);
-
-    const std::string display = std::getenv("DISPLAY");
-    setenv("DISPLAY", (":" + std::to_string(std::atoi(number))).c_str(), 1);
-    {
-        X11DesktopUnderTest other;
-        setenv("DISPLAY", display.c_str(), 1);
-        std::string reason;
-        int told = 0;
-        other.desktop().onLost = [&](const std::string& text) {
-            reason = text;
-            ++told;
-        };
-        other.settle([&] { return other.desktop().displays().main().has_value(); });
-        server.end();
-        EXPECT_TRUE(other.settle([&] { return told > 0; }));
-        EXPECT_EQ(reason, "the X server closed the connection");
-        EXPECT_EQ(told, 1);
-    }
 }
 
 }

@@ -1,6 +1,3 @@
-// Ahead of the toolkit, whose keywords it uses as names.
-#include <gio/gio.h>
-
 #include "contract/X11Fixture.h"
 
 #include "base/IconSource.h"
@@ -8,8 +5,6 @@
 #include <QWidget>
 #include <xcb/xtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -32,37 +27,42 @@ std::string description(const CGRect& rect)
 
 // Windows
 
-TEST_F(X11, LayersFollowTypeAndState)
+TEST_F(X11, LayerAndPolicyFollowTypeAndState)
 {
     if (!hasWindowManager())
         GTEST_SKIP() << "states are the window manager's";
     constexpr int desktopLayers = -1'000'000;
+    constexpr auto regular = host::ActivationPolicy::regular;
+    constexpr auto accessory = host::ActivationPolicy::accessory;
     const struct {
-        const char* name;
         const char* type;
         const char* state;
         int layer;
+        host::ActivationPolicy policy;
     } rows[] = {
-        { "ordinary", "_NET_WM_WINDOW_TYPE_NORMAL", "", 0 },
-        { "ordinary above", "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_STATE_ABOVE", 3 },
-        { "dialog", "_NET_WM_WINDOW_TYPE_DIALOG", "", 0 },
-        { "dialog above", "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_STATE_ABOVE", 8 },
-        { "utility", "_NET_WM_WINDOW_TYPE_UTILITY", "", 3 },
-        { "notification", "_NET_WM_WINDOW_TYPE_NOTIFICATION", "", 8 },
-        { "dock", "_NET_WM_WINDOW_TYPE_DOCK", "", 20 },
-        { "unknown type first", "_TEST_TYPE _NET_WM_WINDOW_TYPE_DOCK", "", 20 },
-        { "desktop", "_NET_WM_WINDOW_TYPE_DESKTOP", "", desktopLayers },
+        { "_NET_WM_WINDOW_TYPE_NORMAL", "", 0, regular },
+        { "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_STATE_ABOVE", 3, regular },
+        { "_NET_WM_WINDOW_TYPE_NORMAL", "_NET_WM_STATE_SKIP_TASKBAR", 0, accessory },
+        { "_NET_WM_WINDOW_TYPE_DIALOG", "", 0, regular },
+        { "_NET_WM_WINDOW_TYPE_DIALOG", "_NET_WM_STATE_ABOVE", 8, regular },
+        { "_NET_WM_WINDOW_TYPE_UTILITY", "", 3, accessory },
+        { "_NET_WM_WINDOW_TYPE_NOTIFICATION", "", 8, accessory },
+        { "_TEST_TYPE _NET_WM_WINDOW_TYPE_DOCK", "", 20, accessory },
+        { "_NET_WM_WINDOW_TYPE_DESKTOP", "", desktopLayers, accessory },
     };
     for (const auto& row : rows) {
         const auto program = start("layers",
             { { "atoms", std::string("_NET_WM_WINDOW_TYPE ") + row.type },
                 { "atoms", std::string("_NET_WM_STATE ") + row.state } });
         const auto layer = [&] { return entry(program.window, "kCGWindowLayer")->integer().value_or(-1); };
-        const auto isRight
-            = [&] { return row.layer == desktopLayers ? layer() < desktopLayers : layer() == row.layer; };
-        EXPECT_TRUE(settle(isRight)) << row.name << ": " << layer();
+        EXPECT_TRUE(settle([&] {
+            return (row.layer == desktopLayers ? layer() < desktopLayers : layer() == row.layer)
+                && processes().find(program.pid)->policy == row.policy;
+        })) << row.type
+            << ' ' << row.state << ": " << layer();
         stop(program);
     }
+    EXPECT_EQ(processes().find(getpid())->policy, accessory);
 }
 
 TEST_F(X11, BoundsAreThoseOfTheVisibleFrame)
@@ -130,20 +130,16 @@ TEST_F(X11, AMaximisedWindowCanBePlaced)
     })) << description(bounds(program.window));
 }
 
-TEST_F(X11, AFloodOfTitlesCostsLittleAndIsToldToNobody)
+TEST_F(X11, AFloodOfTitlesIsToldToNobody)
 {
     const auto program = start("flood");
     int changes = 0;
     settle([&] { return title(program.window) != "?"; });
     windows().onChange = [&] { ++changes; };
-
-    const auto before = std::clock();
-    under_->tell(program.window, "flood", "1000");
-    EXPECT_TRUE(settle([&] { return title(program.window) == "title 1000"; }));
-    const double seconds = double(std::clock() - before) / CLOCKS_PER_SEC;
-
+    for (int number = 1; number <= 100; ++number)
+        under_->setTitle(program.window, "title " + std::to_string(number));
+    EXPECT_TRUE(settle([&] { return title(program.window) == "title 100"; }));
     EXPECT_EQ(changes, 0);
-    EXPECT_LT(seconds, 0.25);
 }
 
 TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
@@ -230,27 +226,6 @@ TEST_F(X11, WithoutAnEntryTheWindowsOwnClassAndIconStand)
     EXPECT_EQ(pictures->front().argb, (std::vector<std::uint32_t> { 0xFF0000FF, 0xFFFF0000 }));
 }
 
-TEST_F(X11, OnlyOrdinaryWindowsMakeARegularApplication)
-{
-    const struct {
-        const char* verb;
-        const char* property;
-        host::ActivationPolicy policy;
-    } rows[] = {
-        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_NORMAL", host::ActivationPolicy::regular },
-        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DIALOG", host::ActivationPolicy::regular },
-        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_UTILITY", host::ActivationPolicy::accessory },
-        { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK", host::ActivationPolicy::accessory },
-        { "atoms", "_NET_WM_STATE _NET_WM_STATE_SKIP_TASKBAR", host::ActivationPolicy::accessory },
-    };
-    for (const auto& row : rows) {
-        const auto program = start("policy", { { row.verb, row.property } });
-        EXPECT_TRUE(settle([&] { return processes().find(program.pid)->policy == row.policy; })) << row.property;
-        stop(program);
-    }
-    EXPECT_EQ(processes().find(getpid())->policy, host::ActivationPolicy::accessory);
-}
-
 // The Finder, the Dock and the folders
 
 TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
@@ -298,55 +273,6 @@ TEST_F(X11, FoldersAndTheTrashOpenWithTheirHandler)
     EXPECT_FALSE(applications().open("/Applications/No Such Thing.app"));
 }
 
-TEST_F(X11, TheDockShowsTheBadgesThatApplicationsSignal)
-{
-    GDBusConnection* bus = nullptr;
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS"))
-        bus = g_dbus_connection_new_for_address_sync(std::getenv("DBUS_SESSION_BUS_ADDRESS"),
-            GDBusConnectionFlags(
-                G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-            nullptr, nullptr, nullptr);
-    if (!bus)
-        GTEST_SKIP() << "no session bus";
-    writeAtHome("data/applications/chatter.desktop", "[Desktop Entry]\nType=Application\nName=Chatter\nExec=chatter\n");
-    const auto dock = std::ranges::find(
-        processes().running(), "com.apple.dock", [](const auto& each) { return each->bundleIdentifier.value_or(""); });
-    ASSERT_NE(dock, processes().running().end());
-    const pid_t pid = (*dock)->pid;
-    const auto children = [&](const ElementID& of) {
-        return read<std::vector<ElementID>>(of, "AXChildren").value_or(std::vector<ElementID> {});
-    };
-    const auto badge = [&](const char* name) {
-        std::string label;
-        for (const ElementID& list : children(application(pid))) {
-            for (const ElementID& tile : children(list)) {
-                if (read<std::string>(tile, "AXTitle") == name)
-                    label = read<std::string>(tile, "AXStatusLabel").value_or("");
-            }
-        }
-        return label;
-    };
-    const auto signal = [&](const char* properties) {
-        g_dbus_connection_emit_signal(bus, nullptr, "/chatter", "com.canonical.Unity.LauncherEntry", "Update",
-            g_variant_new("(s@a{sv})", "application://chatter.desktop",
-                g_variant_new_parsed(
-                    "%@a{sv}", g_variant_parse(G_VARIANT_TYPE_VARDICT, properties, nullptr, nullptr, nullptr))),
-            nullptr);
-        g_dbus_connection_flush_sync(bus, nullptr, nullptr);
-    };
-
-    // Nobody tells when the desktop has begun to listen.
-    EXPECT_TRUE(settle([&] {
-        signal("{'count': <int64 7>, 'count-visible': <true>}");
-        return badge("Chatter") == "7";
-    }));
-    signal("{'count': <int64 8>}");
-    EXPECT_TRUE(settle([&] { return badge("Chatter") == "8"; }));
-    g_dbus_connection_close_sync(bus, nullptr, nullptr);
-    EXPECT_TRUE(settle([&] { return badge("Chatter").empty(); }));
-    g_object_unref(bus);
-}
-
 TEST_F(X11, TheFirstStartLeavesADockWithTheListOfApplications)
 {
     const std::string folder = session().preferencesFolder();
@@ -384,21 +310,15 @@ TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
     const CGRect frame = displays().all().front().frame;
     const auto program = start(
         "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
-    const struct {
-        const char* name;
-        double y;
-        CGRect left;
-    } rows[] = {
-        { "bottom", 0, { 0, 0, frame.width, frame.height - 53 } },
-        { "top", frame.height - 48, { 0, 53, frame.width, frame.height - 53 } },
-    };
     QWidget bar;
     surfaces().adopt(bar, { .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
     surfaces().orderFront(bar);
-    for (const auto& row : rows) {
-        surfaces().setFrame(bar, { 0, row.y, frame.width, 48 });
-        EXPECT_TRUE(settle([&] { return bounds(program.window) == row.left; })) << row.name;
-        EXPECT_EQ(displays().all().front().visibleFrame, frame) << row.name;
+    // They keep a gap of five points as well.
+    for (const bool isTop : { false, true }) {
+        surfaces().setFrame(bar, { 0, isTop ? frame.height - 48 : 0, frame.width, 48 });
+        const CGRect left { 0, isTop ? 53.0 : 0, frame.width, frame.height - 53 };
+        EXPECT_TRUE(settle([&] { return bounds(program.window) == left; })) << description(bounds(program.window));
+        EXPECT_EQ(displays().all().front().visibleFrame, frame);
     }
     surfaces().release(bar);
 }
@@ -426,10 +346,14 @@ TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
         settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
         return moves - before;
     };
+    const auto watch = [&](bool on) {
+        ASSERT_TRUE(pointer.watch(on));
+        // An answer means that the server has taken that up before what comes on our own connection.
+        pointer.location();
+    };
     ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
     EXPECT_EQ(move(100, 100), 0) << "not watched yet";
-    ASSERT_TRUE(pointer.watch(true));
-    pointer.location(); // The pointer is moved over another connection: the request must have come to the server.
+    watch(true);
     EXPECT_GT(move(110, 110), 0);
     EXPECT_GT(move(320, panelTop + 20), 0) << "over our own panel";
     fake(XCB_BUTTON_PRESS, 1, 0, 0);
@@ -447,7 +371,7 @@ TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
     EXPECT_EQ(move(320, panelTop + 20), 0) << "where it covers our panel";
     xcb_destroy_window(under_->connection(), cover);
 
-    ASSERT_TRUE(pointer.watch(false));
+    watch(false);
     EXPECT_EQ(move(110, 110), 0);
     pointer.onMove = nullptr;
     surfaces().release(panel);
