@@ -25,15 +25,6 @@ class BarWindowTest(unittest.TestCase):
             _, y, _, height = session.geometry(terminal)
             self.assertLessEqual(y + height, 1012)
 
-    def test_at_the_top_edge_the_strut_is_at_the_top(self):
-        with Session() as session:
-            session.write_settings(barEdge="top")
-            session.start_bar()
-            bar = session.bars()[0]
-            self.assertEqual(session.geometry(bar), (0, 0, 1920, 63))
-            self.assertEqual(list(session.property(bar, "_NET_WM_STRUT_PARTIAL")),
-                             [0, 0, 68, 0, 0, 0, 0, 0, 0, 1919, 0, 0])
-
     def test_it_never_takes_the_keyboard(self):
         with Session() as session:
             terminal = session.xterm()
@@ -55,15 +46,6 @@ class BarWindowTest(unittest.TestCase):
             self.assertEqual(second.wait(10), 0)
             self.assertIn("[bar] another instance is already running, leaving it to it", session.log())
             self.assertEqual([window.id for window in session.bars()], [bar])
-
-    def test_a_hidden_bar_stays_hidden(self):
-        with Session() as session:
-            session.write_settings(barVisible=False)
-            session.start_bar(wait=False)
-            eventually(lambda: "[bar] launched" in session.log(), "the program has launched")
-            eventually(lambda: not session.bars(), "no bar is shown")
-            session.write_settings(barVisible=True)
-            eventually(session.bars, "the bar comes back when the setting is written from outside")
 
 
 class MonitorTest(unittest.TestCase):

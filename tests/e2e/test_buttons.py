@@ -82,12 +82,6 @@ class ClickTest(unittest.TestCase):
         self.click_button("L3afpad")
         eventually(lambda: self.frontmost() == self.terminal.id, "and back again")
 
-    def test_a_click_un_minimises(self):
-        self.session.minimise(self.terminal)
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertFalse(self.session.is_minimised(self.terminal))
-
     def test_a_click_on_a_window_button_raises_just_that_window(self):
         second = self.session.xterm("second")
         third = self.session.xterm("third")
@@ -112,15 +106,6 @@ class ClickTest(unittest.TestCase):
         eventually(lambda: not session.is_minimised(self.terminal) and not session.is_minimised(self.editor),
                    "the windows are back")
         self.assertTrue(session.is_minimised(minimised), "what was minimised before stays so")
-
-    def test_a_click_on_a_hidden_program_shows_it(self):
-        session = self.session
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: session.is_minimised(self.terminal), "the terminal is hidden")
-        eventually(lambda: "show desktop: hid" in session.log(), "the screen is clear")
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertTrue(session.is_minimised(self.editor), "the other program stays hidden")
 
     def test_dragging_a_button_reorders_and_is_remembered(self):
         session = self.session

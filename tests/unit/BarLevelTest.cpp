@@ -16,8 +16,6 @@ TEST(BarLevelTest, TheEnvironmentNamesTheLevelInAnyCase)
         std::string logged;
     } cases[] {
         { nullptr, CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "popup" },
-        { "popup", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "popup" },
-        { "status", CGWindowLevelForKey(kCGStatusWindowLevelKey), "status" },
         { "STATUS", CGWindowLevelForKey(kCGStatusWindowLevelKey), "status" },
         { "maximum", CGWindowLevelForKey(kCGMaximumWindowLevelKey), "maximum" },
         { "Shielding", CGShieldingWindowLevel(), "shielding" },

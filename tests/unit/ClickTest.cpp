@@ -138,14 +138,6 @@ TEST_F(ClickTest, ClicksOnTheFrontmostApplicationGoBackAndForth)
     EXPECT_EQ(logged("back: ").back(), "back: no previous app recorded");
 }
 
-TEST_F(ClickTest, WithoutAFormerApplicationThereIsNoWayBack)
-{
-    calls().clear();
-    click(itemOf("Former", former_));
-    EXPECT_EQ(log_.back(), "back: no previous app recorded");
-    EXPECT_EQ(count("activate"), 0u);
-}
-
 TEST_F(ClickTest, WhatIsNotRunningIsLaunchedWhereThereIsSomethingToLaunch)
 {
     install("Notes");

@@ -101,23 +101,6 @@ TEST(DrawingPainterTest, AShadowFallsBelowTheImageAndEndsWithTheState)
     EXPECT_GT(picture.pixelColor(20, 31).alpha(), picture.pixelColor(20, 8).alpha());
 }
 
-TEST(NSImageTest, EqualDrawingsAreEqualImages)
-{
-    const auto drawing = [](const NSColor& color) {
-        return NSImage::imageWithSize({ 8, 8 }, false, [&](CGRect rect) {
-            color.set();
-            NSBezierPath::rect(rect).fill();
-            return true;
-        });
-    };
-    EXPECT_EQ(drawing(red), drawing(red));
-    EXPECT_NE(drawing(red), drawing(blue));
-    const auto icon = plainIcon(0xFF00FF00);
-    EXPECT_EQ(NSImage(icon), NSImage(icon));
-    EXPECT_NE(NSImage(icon), NSImage(plainIcon(0xFF00FF00)));
-    EXPECT_FALSE(NSImage::imageWithSystemSymbolName("no such symbol", ""));
-}
-
 class Square final : public NSView {
 public:
     Square()

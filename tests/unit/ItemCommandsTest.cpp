@@ -40,58 +40,6 @@ TEST_F(ItemCommandsTest, TheWindowListHasTheTitledWindowsAndAsksForThemEachTime)
     EXPECT_TRUE(DockModel::windowList(item_).empty());
 }
 
-TEST_F(ItemCommandsTest, AListedWindowComesForwardUnminimised)
-{
-    const auto window = openWindow(app_);
-    openWindow(app_);
-    world().setMinimised(window, true);
-    const auto list = DockModel::windowList(item_);
-    const auto listed = std::ranges::find(
-        list, window, [](const auto& each) { return static_cast<std::uint32_t>(each.element.id().id); });
-    ASSERT_NE(listed, list.end());
-    DockModel::raise(listed->element, app_);
-    EXPECT_EQ(world().frontmost(), app_);
-    EXPECT_EQ(world().focusedWindow(app_)->number, window);
-    EXPECT_FALSE(world().window(window)->isMinimised);
-}
-
-TEST_F(ItemCommandsTest, HidingQuittingAndOpeningReachTheApplication)
-{
-    DockModel::setHidden(item_, true);
-    settle();
-    EXPECT_TRUE(DockModel::isHidden(item_));
-    DockModel::setHidden(item_, false);
-    settle();
-    EXPECT_FALSE(DockModel::isHidden(item_));
-    DockModel::newWindow(item_);
-    EXPECT_EQ(std::get<std::string>(*calls().named("open").at(0).value), path("App"));
-
-    DockModel::quit(item_);
-    settle();
-    EXPECT_FALSE(world().process(app_));
-    const pid_t second = run("App");
-    DockModel::forceQuit(itemOf("App", second));
-    settle();
-    EXPECT_FALSE(world().process(second));
-    EXPECT_EQ(count("terminate"), 1u);
-    EXPECT_EQ(count("forceTerminate"), 1u);
-    EXPECT_EQ(log_, (Texts { "quit: App", "force quit: App" }));
-}
-
-TEST_F(ItemCommandsTest, OnAnItemThatIsOutOfDateTheyDoNothing)
-{
-    world().quit(app_);
-    calls().clear();
-    DockModel::quit(item_);
-    DockModel::forceQuit(item_);
-    DockModel::setHidden(item_, true);
-    EXPECT_FALSE(DockModel::isHidden(item_));
-    item_.bundleURL.reset();
-    DockModel::newWindow(item_);
-    EXPECT_TRUE(calls().all().empty());
-    EXPECT_TRUE(log_.empty());
-}
-
 TEST_F(ItemCommandsTest, PinningAndUnpinningAreKeptInTheSettings)
 {
     item_.bundleURL = NSURL::URLWithString("file:///Applications/./App.app/");

@@ -42,15 +42,6 @@ protected:
     void overwrite(const std::string& bytes) const { std::ofstream(file, std::ios::binary) << bytes; }
     PreferenceDomain domain() const { return PreferenceDomain(file.string()); }
 
-    /// The text that the body writes on standard error.
-    template <class Body>
-    static std::string errorsOf(const Body& body)
-    {
-        testing::internal::CaptureStderr();
-        body();
-        return testing::internal::GetCapturedStderr();
-    }
-
     fs::path folder;
     fs::path file;
 };
@@ -162,18 +153,6 @@ TEST_F(PreferenceDomainTest, AFullDiskLeavesTheOldFileWholeAndLogsOneLine)
     EXPECT_NE(reason.find("\"key\" is not saved"), std::string::npos) << reason;
     for (const auto& entry : fs::directory_iterator(folder))
         EXPECT_EQ(entry.path().string().find(".new-"), std::string::npos) << "no temporary file stays behind";
-}
-
-TEST_F(PreferenceDomainTest, AFolderThatCannotBeWrittenLeavesTheOldFileWhole)
-{
-    PreferenceDomain store = domain();
-    store.set("key", Value("old"));
-    const std::string before = content();
-    const fs::path elsewhere = folder / "missing" / "domain.plist";
-    PreferenceDomain homeless(elsewhere.string());
-    const std::string errors = errorsOf([&] { homeless.set("key", Value("new")); });
-    EXPECT_NE(errors.find("is not saved"), std::string::npos) << errors;
-    EXPECT_EQ(content(), before);
 }
 
 }

@@ -45,15 +45,6 @@ TEST_F(RunLoopTest, BlocksRunInTheOrderOfTheirTimesWhateverQueueTheyCameBy)
     EXPECT_EQ(log, (std::vector<std::string> { "now", "now too", "timer", "serial" }));
 }
 
-TEST_F(RunLoopTest, ABlockSeesTheTimeAtWhichItIsDue)
-{
-    const NSDate start = NSDate::now();
-    double seen = 0;
-    RunLoop::main().schedule(0.4, [&] { seen = NSDate::now().timeIntervalSince(start); });
-    clock.advance(2);
-    EXPECT_NEAR(seen, 0.4, 1e-9);
-}
-
 TEST_F(RunLoopTest, ABlockAddedByABlockRunsInTheSameAdvanceWhenItIsDueThen)
 {
     RunLoop::main().schedule(0.1, [&] { RunLoop::main().schedule(0.1, note("chained")); });
@@ -74,27 +65,6 @@ TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoByItself)
     clock.advance(10);
     EXPECT_EQ(count, 3);
     EXPECT_FALSE(timer->isValid());
-}
-
-TEST_F(RunLoopTest, ACancelledBlockIsNotRunAndIsLetGo)
-{
-    const auto held = std::make_shared<int>(0);
-    const auto handle = RunLoop::main().perform([held] { ++*held; });
-    RunLoop::main().cancel(handle);
-    clock.advance(1);
-    EXPECT_EQ(*held, 0);
-    EXPECT_EQ(held.use_count(), 1);
-}
-
-TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
-{
-    int wakes = 0;
-    RunLoop::main().setWaker([&] { ++wakes; });
-    RunLoop::main().schedule(1, [] {});
-    RunLoop::main().schedule(2, [] {});
-    RunLoop::main().schedule(0.5, [] {});
-    RunLoop::main().setWaker(nullptr);
-    EXPECT_EQ(wakes, 2);
 }
 
 TEST_F(RunLoopTest, OneTurnLastsThroughABlock)

@@ -25,10 +25,3 @@ TEST_F(TrashTest, HoldsWhatCanBeSeen)
     std::filesystem::remove_all(folder());
     EXPECT_TRUE(Trash::isEmpty());
 }
-
-TEST_F(TrashTest, OpensItsFolder)
-{
-    Trash::open();
-    EXPECT_EQ(std::get<std::string>(*calls().named("openURL").at(0).value), "file://" + folder().string());
-    EXPECT_EQ(log_, Texts { "trash: opening" });
-}

@@ -85,14 +85,6 @@ TEST_F(WindowIndexTest, OneReadingServesForFourTenthsOfASecond)
     EXPECT_EQ(first->at(pid).size(), 1u) << "a reading that is held doesn't change";
 }
 
-TEST_F(WindowIndexTest, AnEmptyReadingIsKeptLikeAnyOther)
-{
-    world().faults().windowListMissing = true;
-    EXPECT_TRUE(WindowIndex::all().empty());
-    WindowIndex::byPID();
-    EXPECT_EQ(count("windowList"), 1u);
-}
-
 TEST_F(WindowIndexTest, TitlesNeedAWindowAndTheRight)
 {
     EXPECT_FALSE(WindowIndex::titlesAvailable());
@@ -119,18 +111,6 @@ TEST_F(WindowIndexTest, WhereTheRightIsRefusedTheSystemsSettingsOpen)
     EXPECT_EQ(std::get<std::string>(*opened[0].value),
         "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
     EXPECT_EQ(log_, (Texts { "screen recording requested -> true", "screen recording requested -> false" }));
-}
-
-TEST_F(WindowIndexTest, TheFocusedWindowIsThatOfTheFrontmostApplication)
-{
-    const pid_t editor = run("Editor");
-    const auto window = openWindow(editor);
-    openWindow(run("Mail"));
-    world().activate(editor);
-    EXPECT_EQ(WindowIndex::focusedWindowID(), window);
-    world().processFaults(editor).hangs = true;
-    EXPECT_FALSE(WindowIndex::focusedWindowID());
-    EXPECT_EQ(calls().named("AXFocusedWindow", editor).back().heldUp, 0.4);
 }
 
 TEST_F(WindowIndexTest, RaisingTriesOnceAndSaysHowItWent)
