@@ -14,24 +14,6 @@ BarLayout bar(double width, int buttons, const std::vector<BarComponent>& compon
     return BarLayout({ width, metrics.barHeight() }, metrics, components, buttons);
 }
 
-TEST(BarLayoutTest, ComponentsFollowEachOther)
-{
-    struct Row {
-        BarComponent component;
-        CGRect rect;
-    };
-    const Row rows[] = {
-        { launcher, { 8, 0, 46, 52 } },
-        { search, { 62, 13, 160, 26 } },
-        { showDesktop, { 230, 0, 46, 52 } },
-        { finder, { 284, 0, 46, 52 } },
-        { apps, { 338, 0, 230, 52 } },
-        { trash, { 576, 0, 46, 52 } },
-    };
-    for (const Row& row : rows)
-        EXPECT_EQ(bar(1400, 5).rect(row.component), row.rect) << static_cast<int>(row.component);
-}
-
 TEST(BarLayoutTest, AreaOfTheButtonsHugsThemAsFarAsThereIsRoom)
 {
     struct Row {

@@ -168,6 +168,15 @@ TEST_F(RaiseTest, AWindowWhoseStateCannotBeReadCountsAsVisible)
     EXPECT_EQ(calls().named("AXRaise", app_).at(0).window, window);
 }
 
+TEST_F(RaiseTest, AnApplicationThatNamesNoneOfItsWindowsIsReopened)
+{
+    openWindow(app_, large);
+    world().processFaults(app_).namesOnlyTransientWindows = true;
+    raise();
+    advance(2);
+    EXPECT_EQ(count("open"), 1u);
+}
+
 TEST_F(RaiseTest, AnApplicationIsToldOnceToReportItsWindows)
 {
     openWindow(app_, medium);

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QWidget>
 
 using namespace embedded;
@@ -75,13 +74,10 @@ TEST_F(ViewTest, AClickGoesToTheWindowThatIsInFrontThere)
 
     click({ 1300, 800 });
     EXPECT_EQ(world().frontmost(), world().processNamed(finderIdentifier)->pid());
-}
 
-TEST_F(ViewTest, TheLightsMinimiseAndClose)
-{
+    // The lights of the two windows.
     click({ 100 + 8 + 26, 100 + 14 });
     EXPECT_TRUE(world().window(1)->isMinimised);
-
     click({ 400 + 14, 300 + 14 });
     EXPECT_FALSE(world().window(2));
 }
@@ -157,30 +153,6 @@ TEST_F(ViewTest, PanelsLieOnTheirDisplayInTheOrderOfTheirLevels)
     surfaces.release(high);
     surfaces.release(low);
     EXPECT_EQ(low.parentWidget(), nullptr);
-}
-
-/// Nothing but a veil.
-class Veil : public QWidget {
-    void paintEvent(QPaintEvent*) override { QPainter(this).fillRect(rect(), QColor(0, 0, 0, 1)); }
-};
-
-TEST_F(ViewTest, ABackdropBlursWhatIsBehindAndNothingElse)
-{
-    Veil veil;
-    auto& surfaces = desktop().surfaces();
-    // Across the browser's upper edge: paper below, wallpaper above.
-    surfaces.adopt(veil, { .level = 101, .isOpaque = false, .hasShadow = false }, { 600, 550, 200, 100 });
-    surfaces.orderFront(veil);
-    const QImage sharp = picture();
-    surfaces.setBackdrop(veil, { 0, 0, 100, 100 });
-    const QImage soft = picture();
-
-    const auto contrast = [](const QImage& image, int x) {
-        return std::abs(image.pixelColor(x, 301).lightness() - image.pixelColor(x, 298).lightness());
-    };
-    EXPECT_LT(contrast(soft, 650), contrast(sharp, 650) / 2);
-    EXPECT_EQ(soft.pixelColor(750, 298), sharp.pixelColor(750, 298));
-    surfaces.release(veil);
 }
 
 TEST_F(ViewTest, DisplaysComeAndGoInTheView)

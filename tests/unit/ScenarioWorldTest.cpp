@@ -11,19 +11,10 @@ namespace {
 
 class WorldTest : public DesktopTest {
 protected:
-    static ElementID application(pid_t pid) { return { pid, ElementID::Kind::application, 0 }; }
     AXError raise(pid_t pid, std::uint32_t window)
     {
         return desktop().accessibility().perform({ pid, ElementID::Kind::window, window }, "AXRaise", 0.35);
     }
-
-    void record()
-    {
-        desktop().processes().onEvent
-            = [this](ProcessEvent event, const auto& process) { events.emplace_back(event, process->pid); };
-    }
-
-    std::vector<std::pair<ProcessEvent, pid_t>> events;
 };
 
 TEST_F(WorldTest, NewsArrivesAtTheNextTurnAndAHiddenFrontmostApplicationGivesWay)
@@ -33,7 +24,9 @@ TEST_F(WorldTest, NewsArrivesAtTheNextTurnAndAHiddenFrontmostApplicationGivesWay
     desk.window(browser, "Start");
     desk.window(mail, "Inbox");
     start();
-    record();
+    std::vector<std::pair<ProcessEvent, pid_t>> events;
+    desktop().processes().onEvent
+        = [&](ProcessEvent event, const auto& process) { events.emplace_back(event, process->pid); };
 
     EXPECT_TRUE(desktop().processes().hide(browser));
     EXPECT_FALSE(world().process(browser)->record->isHidden);
@@ -48,7 +41,6 @@ TEST_F(WorldTest, AKilledDockComesBackWithThePreferencesOfThatMoment)
     desk.app("Mail").pinned();
     desk.display(0).dockInset(70);
     start();
-    record();
     const pid_t dock = world().processNamed(dockIdentifier)->pid();
     EXPECT_EQ(desktop().displays().all().front().visibleFrame.y, 70);
 
@@ -77,20 +69,6 @@ TEST_F(WorldTest, TheSessionsFilesOutliveTheDesktop)
     EXPECT_TRUE(std::filesystem::is_empty(desktop().session().homeFolder() + "/.Trash"));
 }
 
-// The fault box
-
-TEST_F(WorldTest, AnApplicationMayNameOnlyItsTransientWindows)
-{
-    auto mail = desk.app("Mail");
-    mail->faults.namesOnlyTransientWindows = true;
-    desk.window(mail.pid(), "Inbox");
-    start();
-
-    host::AttributeValue windows;
-    EXPECT_EQ(desktop().accessibility().read(application(mail.pid()), "AXWindows", 0.5, windows), kAXErrorSuccess);
-    EXPECT_TRUE(std::get<std::vector<ElementID>>(windows).empty());
-}
-
 TEST_F(WorldTest, WithoutTrustEveryCallIsRefused)
 {
     const pid_t mail = desk.app("Mail").pid();
@@ -106,14 +84,11 @@ TEST_F(WorldTest, AWindowKeepsToTheSizesThatItTakes)
 {
     const pid_t mail = desk.app("Mail").pid();
     desk.window(mail, "Small").number(7)->faults.minimumSize = CGSize { 300, 0 };
-    desk.window(mail, "Stubborn").number(8)->faults.refusesSizes = true;
     start();
 
     world().setBounds(7, { 0, 30, 200, 200 });
-    world().setBounds(8, { 0, 30, 200, 200 });
 
     EXPECT_EQ(world().window(7)->bounds, (CGRect { 0, 30, 300, 200 }));
-    EXPECT_EQ(world().window(8)->bounds, (CGRect { 0, 30, 640, 480 }));
 }
 
 // Other threads
