@@ -1,6 +1,6 @@
 """Makes the pictures of README.md: the embedded desktop, and the bar on a real X server.
 
-usage: VANTRY_PROGRAM=build/release/vantry python3 tools/pictures.py [embedded] [on_x11] [film]
+usage: VANTRY_PROGRAM=build/release/vantry python3 tools/pictures.py [PART...]   (a part is one of the functions below)
 """
 
 import os
