@@ -79,10 +79,26 @@ def on_x11():
             strip("style-" + style, barStyle=style)
         for size in ("small", "medium", "large"):
             strip("size-" + size, barStyle="solid", barSize=size)
+        def hovering(suffix):
+            """The tooltip of the Trash, and the preview of the editor, each with the bar around it."""
+            bar = session.bar()
+            names = session.names()
+            for name, point, kind in (("tooltip", bar.trash(len(names)), "TOOLTIP"),
+                                      ("preview", bar.button(names.index("L3afpad")), "POPUP_MENU")):
+                session.move(*point)
+                x, y, width, height = session.geometry(eventually(lambda: next(iter(session.popups(kind)), None), name))
+                time.sleep(1)
+                top = max(0, min(y, bar.y) - 20)
+                save(session.picture(max(0, x - 80), top, width + 160, max(y + height, bar.y + bar.height) + 20 - top
+                                     if suffix == "top" else 1080 - top), f"{name}-{suffix}")
+            session.move(1800, 500)
+
+        hovering("bottom")
         session.write_settings(barEdge="top", barStyle="gradient", barTintHex="23395B")
         session.restart_bar()
         quiet(session)
         save(session.picture(), "x11-top")
+        hovering("top")
 
 
 def menus():

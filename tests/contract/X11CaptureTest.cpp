@@ -1,10 +1,9 @@
 #include "contract/X11Fixture.h"
 
 #include "base/IconSource.h"
-#include "base/RunLoop.h"
 #include "host/Capture.h"
+#include "x11/X11Desktop.h"
 
-#include <QCoreApplication>
 #include <QImage>
 
 #include <algorithm>
@@ -135,8 +134,8 @@ TEST_F(X11Capture, APictureIsTheWholeWindowScaled)
         const auto outcome = capture(program.window, width, std::max(1, width * 3 / 4));
         ASSERT_EQ(outcome.picture.width(), width);
         if (width > 1) {
-            EXPECT_NEAR(share(outcome.picture, red), 0.48, 0.03 + 2.0 / width) << width;
-            EXPECT_NEAR(share(outcome.picture, green), 0.48, 0.03 + 2.0 / width) << width;
+            EXPECT_NEAR(share(outcome.picture, red), 0.48, 0.03 + 5.0 / width) << width;
+            EXPECT_NEAR(share(outcome.picture, green), 0.48, 0.03 + 5.0 / width) << width;
         }
     }
     stop(program);
@@ -178,11 +177,13 @@ TEST_F(X11Capture, WindowsThatDieMeanwhileFailAndNothingElse)
 TEST_F(X11Capture, TheAnswersOfADesktopThatHasGoneNeverCome)
 {
     const auto program = start("captured", red, { 250, 200, 480, 360 });
+    std::string reason;
+    auto other = x11::openX11Desktop(reason);
+    ASSERT_TRUE(other) << reason;
     bool isAnswered = false;
-    under_->desktop().capture().capture(program.window, 240, 180, [&](const host::Captured&) { isAnswered = true; });
-    windows().onChange = nullptr;
-    under_.reset();
-    QCoreApplication::processEvents();
-    RunLoop::main().runDue();
+    other->capture().capture(program.window, 240, 180, [&](const host::Captured&) { isAnswered = true; });
+    other.reset();
+    EXPECT_EQ(capture(program.window).error, "") << "ours still works, and takes as long";
     EXPECT_FALSE(isAnswered);
+    stop(program);
 }

@@ -38,7 +38,7 @@ struct IconSource {
     /// For pixels: the same picture in several sizes, at least one.
     std::variant<File, Svg, std::vector<Pixels>, Packed, Deferred> content;
 
-    /// Pixels packed without loss, to be kept in little room: 32-bit ARGB, premultiplied, row by row from the top. Null
-    /// when there is no memory for it. Any thread.
+    /// Pixels packed to be kept in little room, nearly as they were: 32-bit ARGB, premultiplied, row by row from the
+    /// top. Null when it can't be done. Any thread.
     static std::shared_ptr<const IconSource> pack(const std::uint32_t* argb, int width, int height);
 };
