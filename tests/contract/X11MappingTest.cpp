@@ -5,7 +5,6 @@
 #include <QWidget>
 #include <xcb/xtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -63,40 +62,6 @@ TEST_F(X11, LayerAndPolicyFollowTypeAndState)
         stop(program);
     }
     EXPECT_EQ(processes().find(getpid())->policy, accessory);
-}
-
-TEST_F(X11, BoundsAreThoseOfTheVisibleFrame)
-{
-    if (!hasWindowManager())
-        GTEST_SKIP() << "nobody decorates";
-    const auto program = start("bounds");
-    const auto decoration = [&] {
-        auto* connection = under_->connection();
-        auto* reply = xcb_get_property_reply(connection,
-            xcb_get_property(
-                connection, 0, program.window, under_->atom("_NET_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 0, 4),
-            nullptr);
-        std::vector<int> sides;
-        if (reply && reply->value_len == 4) {
-            const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply));
-            sides.assign(values, values + 4);
-        }
-        std::free(reply);
-        return sides;
-    };
-    ASSERT_TRUE(settle([&] { return decoration().size() == 4; }));
-    const auto sides = decoration();
-
-    EXPECT_GT(sides[2], 0) << "the window manager gave it no title bar";
-    EXPECT_TRUE(settle([&] {
-        return bounds(program.window).size() == CGSize { 500.0 + sides[0] + sides[1], 400.0 + sides[2] + sides[3] };
-    }));
-    auto* connection = under_->connection();
-    auto* at = xcb_translate_coordinates_reply(
-        connection, xcb_translate_coordinates(connection, program.window, under_->root(), 0, 0), nullptr);
-    EXPECT_EQ(
-        bounds(program.window).origin(), (CGPoint { double(at->dst_x - sides[0]), double(at->dst_y - sides[2]) }));
-    std::free(at);
 }
 
 TEST_F(X11, TheShadowsThatAClientDrawsAreNoPartOfItsBounds)
@@ -167,14 +132,14 @@ TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
         "[128x128/apps]\nSize=128\nType=Fixed\nContext=Applications\n");
     writeAtHome("data/icons/hicolor/16x16/apps/mail-icon.png", "16");
     writeAtHome("data/icons/hicolor/128x128/apps/mail-icon.png", "128");
-    const std::string head = "[Desktop Entry]\nType=Application\n";
-    writeAtHome("data/applications/org.test.Mail.desktop",
-        head + "Name=Test Mail\nName[de]=Testpost\nStartupWMClass=testmail-main\nIcon=mail-icon\nExec=mail\n");
-    writeAtHome("data/applications/testnotes.desktop", head + "Name=Notes/Slips\nIcon=no-such-icon\nExec=notes %F\n");
-    writeAtHome("data/applications/org.test.Painter.desktop", head + "Name=Painter\nExec=painter\n");
-    writeAtHome("data/applications/wrapped.desktop", head + "Name=By Program\nExec=env A=b /opt/x/window_client %u\n");
-    writeAtHome("data/applications/terminal.desktop", head + "Name=In Terminal\nTerminal=true\nExec=window_client\n");
-    writeAtHome("data/applications/zz-second.desktop", head + "Name=Painter\nStartupWMClass=second painter\nExec=p2\n");
+    TestEntries entries;
+    entries.write("org.test.Mail",
+        "Name=Test Mail\nName[de]=Testpost\nStartupWMClass=testmail-main\nIcon=mail-icon\nExec=mail\n");
+    entries.write("testnotes", "Name=Notes/Slips\nIcon=no-such-icon\nExec=notes %F\n");
+    entries.write("org.test.Painter", "Name=Painter\nExec=painter\n");
+    entries.write("wrapped", "Name=By Program\nExec=env A=b /opt/x/window_client %u\n");
+    entries.write("terminal", "Name=In Terminal\nTerminal=true\nExec=window_client\n");
+    entries.write("zz-second", "Name=Painter\nStartupWMClass=second painter\nExec=p2\n");
 
     const struct {
         const char* className;
@@ -207,7 +172,6 @@ TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
         }
         stop(program);
     }
-    std::filesystem::remove(temporaryHome() + "/data/applications/wrapped.desktop");
 }
 
 TEST_F(X11, WithoutAnEntryTheWindowsOwnClassAndIconStand)

@@ -23,22 +23,16 @@ protected:
         NSUserDefaults::initWithSuiteName("com.apple.dock")->setObject(apps, "persistent-apps");
     }
 
-    /// One text an item: its name, "*" when pinned, its process where it runs.
+    /// One text an item: its name, "*" when pinned, its process where it runs, "!" when frontmost.
     Texts shown()
     {
         Texts texts;
         for (const BarItem& item : DockModel::items()) {
             const auto* process = item.pid ? world().process(*item.pid) : nullptr;
             const std::string running = process ? ":" + process->record->localizedName.value_or("?") : "";
-            texts.push_back(item.name + (item.isPinned ? "*" : "") + running);
+            texts.push_back(item.name + (item.isPinned ? "*" : "") + running + (item.isFrontmost ? "!" : ""));
         }
         return texts;
-    }
-
-    const BarItem* find(const std::vector<BarItem>& items, const std::string& name)
-    {
-        const auto place = std::ranges::find(items, name, &BarItem::name);
-        return place == items.end() ? nullptr : &*place;
     }
 };
 
@@ -68,7 +62,7 @@ TEST_F(ItemsTest, NothingIsShownForTheProgramItselfAndFinder)
         .faults = {} });
     EXPECT_EQ(shown(), Texts());
     Settings::showFinderButton.set(false);
-    EXPECT_EQ(shown(), Texts { "Finder:Finder" });
+    EXPECT_EQ(shown(), Texts { "Finder:Finder!" });
 }
 
 TEST_F(ItemsTest, AHiddenKeyTakesAwayThePinButNotARunningApplication)
@@ -82,12 +76,13 @@ TEST_F(ItemsTest, AHiddenKeyTakesAwayThePinButNotARunningApplication)
 
 TEST_F(ItemsTest, AMalformedTileIsSkippedButAForeignElementFailsTheWholeList)
 {
-    const Value fileless = Value::Dictionary { { "tile-data", Value::Dictionary { { "file-label", "A" } } } };
-    const Value urlless = Value::Dictionary { { "tile-data",
-        Value::Dictionary { { "file-label", "A" }, { "file-data", Value::Dictionary { { "x", 1 } } } } } };
-    const Value nameless = Value::Dictionary { { "tile-data",
-        Value::Dictionary { { "file-label", 5 },
-            { "file-data", Value::Dictionary { { "_CFURLString", "file:///Applications/N.app/" } } } } } };
+    const auto tileOf = [](Value::Dictionary data) {
+        return Value(Value::Dictionary { { "tile-data", Value(std::move(data)) } });
+    };
+    const Value fileless = tileOf({ { "file-label", "A" } });
+    const Value urlless = tileOf({ { "file-label", "A" }, { "file-data", Value::Dictionary { { "x", 1 } } } });
+    const Value nameless = tileOf({ { "file-label", 5 },
+        { "file-data", Value::Dictionary { { "_CFURLString", "file:///Applications/N.app/" } } } });
     const struct {
         Value apps;
         Texts shown;
@@ -152,18 +147,16 @@ TEST_F(ItemsTest, OnlyAPinnedEntryCalledAppsIsTheLauncher)
 
 TEST_F(ItemsTest, OneApplicationIsFrontmostAndFinderHasItsOwnItem)
 {
+    storeDock(Value::Array {});
     const pid_t mail = run("Mail");
     run("Chat");
     world().activate(mail);
-    auto items = DockModel::items();
-    EXPECT_TRUE(find(items, "Mail")->isFrontmost);
-    EXPECT_FALSE(find(items, "Chat")->isFrontmost);
+    EXPECT_EQ(shown(), (Texts { "Mail:Mail!", "Chat:Chat" }));
     EXPECT_FALSE(DockModel::finderItem()->isFrontmost);
 
     const pid_t finder = world().processNamed("com.apple.finder")->pid();
     world().activate(finder);
-    items = DockModel::items();
-    EXPECT_TRUE(std::ranges::none_of(items, &BarItem::isFrontmost));
+    EXPECT_EQ(shown(), (Texts { "Mail:Mail", "Chat:Chat" }));
     const auto item = DockModel::finderItem();
     EXPECT_TRUE(item->isFrontmost && item->isPinned);
     EXPECT_EQ(item->pid, finder);

@@ -67,24 +67,6 @@ TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoByItself)
     EXPECT_FALSE(timer->isValid());
 }
 
-TEST_F(RunLoopTest, OneTurnLastsThroughABlock)
-{
-    std::optional<std::uint64_t> first;
-    std::optional<std::uint64_t> inner;
-    RunLoop::main().perform([&] {
-        first = RunLoop::Turn::current();
-        const RunLoop::Turn nested;
-        inner = RunLoop::Turn::current();
-    });
-    clock.advance(0);
-    EXPECT_TRUE(first);
-    EXPECT_EQ(first, inner);
-    EXPECT_FALSE(RunLoop::Turn::current());
-    RunLoop::main().perform([&] { inner = RunLoop::Turn::current(); });
-    clock.advance(0);
-    EXPECT_NE(first, inner);
-}
-
 TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)
 {
     std::promise<std::vector<int>> promise;

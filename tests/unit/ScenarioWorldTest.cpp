@@ -69,6 +69,22 @@ TEST_F(WorldTest, TheSessionsFilesOutliveTheDesktop)
     EXPECT_TRUE(std::filesystem::is_empty(desktop().session().homeFolder() + "/.Trash"));
 }
 
+TEST_F(WorldTest, ASilentApplicationNamesItsWindowsOnceItIsTold)
+{
+    auto mail = desk.app("Mail");
+    mail->faults.needsManualAccessibility = true;
+    desk.window(mail.pid(), "Inbox");
+    start();
+
+    const ElementID application { mail.pid(), ElementID::Kind::application, 0 };
+    for (const std::size_t named : { 0, 1 }) {
+        host::AttributeValue windows;
+        desktop().accessibility().read(application, "AXWindows", 0.5, windows);
+        EXPECT_EQ(std::get<std::vector<ElementID>>(windows).size(), named);
+        desktop().accessibility().write(application, "AXManualAccessibility", 0.5, true);
+    }
+}
+
 TEST_F(WorldTest, WithoutTrustEveryCallIsRefused)
 {
     const pid_t mail = desk.app("Mail").pid();

@@ -100,19 +100,6 @@ TEST_F(WindowIndexTest, TitlesNeedAWindowAndTheRight)
     EXPECT_FALSE(WindowIndex::titlesAvailable());
 }
 
-TEST_F(WindowIndexTest, WhereTheRightIsRefusedTheSystemsSettingsOpen)
-{
-    WindowIndex::requestScreenRecording();
-    EXPECT_EQ(count("openURL"), 0u);
-    world().setScreenCapturePermitted(false);
-    WindowIndex::requestScreenRecording();
-    const auto opened = calls().named("openURL");
-    ASSERT_EQ(opened.size(), 1u);
-    EXPECT_EQ(std::get<std::string>(*opened[0].value),
-        "x-apple.systempreferences:com.apple.preference.security?Privacy_ScreenCapture");
-    EXPECT_EQ(log_, (Texts { "screen recording requested -> true", "screen recording requested -> false" }));
-}
-
 TEST_F(WindowIndexTest, RaisingTriesOnceAndSaysHowItWent)
 {
     const pid_t pid = run("Editor");
