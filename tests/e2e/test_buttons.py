@@ -36,21 +36,6 @@ class ProgramsTest(unittest.TestCase):
             for one, other in (("XTerm", "L3afpad"), ("XTerm", "FeatherPad"), ("L3afpad", "FeatherPad")):
                 self.assertGreater(difference(pictures[one], pictures[other]), 12, f"{one} and {other} look alike")
 
-    def test_a_new_window_and_a_closed_one_reach_the_bar_at_once(self):
-        with Session() as session:
-            session.start_bar()
-            session.write_settings(grouping="never", showFinderButton=False)
-            first = session.xterm("first")
-            eventually(lambda: len(session.names()) == 1, "the program has its button", 1.0)
-            bar = session.bar()
-            empty = session.picture(*[bar.button(1)[0] - 16, bar.y + 10, 32, 32])
-            session.xterm("second")
-            eventually(lambda: difference(session.picture(bar.button(1)[0] - 16, bar.y + 10, 32, 32), empty) > 5,
-                       "the second window's button is painted before the next tick", 0.7)
-            session.display.create_resource_object("window", first.id).kill_client()
-            session.display.sync()
-            eventually(lambda: len(session.names()) == 1, "the closed window's button is gone before the next tick", 0.7)
-
 
 class ClickTest(unittest.TestCase):
     def setUp(self):
@@ -93,19 +78,6 @@ class ClickTest(unittest.TestCase):
         eventually(lambda: self.frontmost() == second.id, "the second terminal is active")
         self.assertFalse(self.session.is_minimised(second))
         self.assertFalse(self.session.is_minimised(third))
-
-    def test_show_desktop_hides_everything_and_brings_it_back_as_it_was(self):
-        session = self.session
-        minimised = session.xterm("minimised before")
-        session.minimise(minimised)
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: session.is_minimised(self.terminal) and session.is_minimised(self.editor), "the screen is clear")
-        eventually(lambda: "show desktop: hid 3 of 3" in session.log() or "show desktop: hid 2 of 2" in session.log(),
-                   "the program says so")
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: not session.is_minimised(self.terminal) and not session.is_minimised(self.editor),
-                   "the windows are back")
-        self.assertTrue(session.is_minimised(minimised), "what was minimised before stays so")
 
     def test_dragging_a_button_reorders_and_is_remembered(self):
         session = self.session

@@ -10,19 +10,17 @@
 
 TEST(BarLevelTest, TheEnvironmentNamesTheLevelInAnyCase)
 {
+    constexpr auto popUp = kCGPopUpMenuWindowLevelKey;
     const struct {
         const char* name;
         std::int32_t level;
         std::string logged;
     } cases[] {
-        { nullptr, CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "popup" },
+        { nullptr, CGWindowLevelForKey(popUp), "popup" },
         { "STATUS", CGWindowLevelForKey(kCGStatusWindowLevelKey), "status" },
-        { "maximum", CGWindowLevelForKey(kCGMaximumWindowLevelKey), "maximum" },
         { "Shielding", CGShieldingWindowLevel(), "shielding" },
-        { "floating", CGWindowLevelForKey(kCGFloatingWindowLevelKey), "floating" },
-        { "screensaver", CGWindowLevelForKey(kCGScreenSaverWindowLevelKey), "screensaver" },
-        { "Somewhere", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "somewhere" },
-        { "", CGWindowLevelForKey(kCGPopUpMenuWindowLevelKey), "" },
+        { "Somewhere", CGWindowLevelForKey(popUp), "somewhere" },
+        { "", CGWindowLevelForKey(popUp), "" },
     };
     std::string log;
     Log::setSink([&](std::string_view line) { log = line; });

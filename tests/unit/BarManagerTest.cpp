@@ -144,6 +144,13 @@ TEST_F(BarManagerTest, EachWorkspaceNotificationRefreshesFromAFreshWindowList)
         NSWorkspace::sharedWorkspace().notificationCenter().post(name);
         EXPECT_EQ(refreshes(), before + 1) << name;
     }
+    const pid_t mail = run("Mail");
+    settle();
+    EXPECT_EQ(names(bar(1)->currentItems()), Texts { "Mail" });
+    const std::size_t before = refreshes();
+    openWindow(mail);
+    settle();
+    EXPECT_EQ(refreshes(), before + 1) << "a window that opens";
 }
 
 TEST_F(BarManagerTest, TheTimerRefreshesEverySecondAndAHalf)

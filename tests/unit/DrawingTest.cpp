@@ -26,12 +26,6 @@ QImage painted(const Body& body, bool flipped = false)
     return image;
 }
 
-std::shared_ptr<const IconSource> plainIcon(std::uint32_t argb)
-{
-    return std::make_shared<const IconSource>(
-        IconSource { std::vector { IconSource::Pixels { 2, 2, { argb, argb, argb, argb } } } });
-}
-
 const NSColor red = NSColor::colorWithSRGBRed(1, 0, 0, 1);
 const NSColor blue = NSColor::colorWithSRGBRed(0, 0, 1, 1);
 
@@ -62,6 +56,15 @@ TEST(DrawingPainterTest, AGradientRunsAlongItsAngle)
     }
 }
 
+TEST(DrawingPainterTest, AnImageIsDrawnAtItsFraction)
+{
+    const IconSource white { std::vector { IconSource::Pixels { 1, 1, { 0xFFFFFFFF } } } };
+    const NSImage image(std::make_shared<const IconSource>(white));
+    const QImage half = painted([&] { image.drawInRect({ 10, 10, 20, 20 }, 0.42); });
+    EXPECT_NEAR(half.pixelColor(20, 20).alpha(), 0.42 * 255, 2);
+    EXPECT_EQ(half.pixelColor(5, 5).alpha(), 0);
+}
+
 TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)
 {
     const NSImage symbol = *NSImage::imageWithSystemSymbolName("display", "");
@@ -83,22 +86,6 @@ TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)
             EXPECT_EQ(coloured.pixelColor(x, y), QColor(Qt::red));
         }
     EXPECT_GT(solid, 50);
-}
-
-TEST(DrawingPainterTest, AShadowFallsBelowTheImageAndEndsWithTheState)
-{
-    const NSImage image(plainIcon(0xFFFFFFFF));
-    const QImage picture = painted([&] {
-        NSGraphicsContext* context = NSGraphicsContext::current();
-        context->saveGraphicsState();
-        context->setShadow({ NSColor::black().withAlphaComponent(0.5), 8, { 0, -2 } });
-        image.drawInRect({ 12, 12, 16, 16 });
-        context->restoreGraphicsState();
-    });
-    EXPECT_EQ(picture.pixelColor(20, 20), QColor(Qt::white));
-    EXPECT_GT(picture.pixelColor(20, 30).alpha(), 20);
-    EXPECT_EQ(picture.pixelColor(20, 30).lightness(), 0);
-    EXPECT_GT(picture.pixelColor(20, 31).alpha(), picture.pixelColor(20, 8).alpha());
 }
 
 class Square final : public NSView {
