@@ -13,8 +13,6 @@
 
 namespace {
 
-using IDs = std::vector<std::uint32_t>;
-
 /// A desktop with two displays: 1 is 1440 by 900 with a menu bar of 24, 2 lies to its right, 1000 by 800 without one.
 class BarManagerTest : public ModelTest {
 protected:
@@ -46,14 +44,6 @@ protected:
     const std::shared_ptr<BarController>& bar(std::uint32_t displayID) const
     {
         return manager_->controllers().at(displayID);
-    }
-
-    IDs displaysWithABar() const
-    {
-        IDs displays;
-        for (const auto& [displayID, controller] : manager_->controllers())
-            displays.push_back(displayID);
-        return displays;
     }
 
     const embedded::Panel& panel(std::uint32_t displayID)
@@ -97,7 +87,7 @@ TEST_F(BarManagerTest, EachDisplayHasABarAlongItsEdge)
 TEST_F(BarManagerTest, BarsFollowTheDisplays)
 {
     startBars();
-    EXPECT_EQ(displaysWithABar(), (IDs { 1, 2 }));
+    ASSERT_EQ(manager_->controllers().size(), 2u);
     const auto first = bar(1);
     const std::weak_ptr<BarController> second = bar(2);
     manager_->reconcile();
@@ -107,7 +97,7 @@ TEST_F(BarManagerTest, BarsFollowTheDisplays)
     world().removeScreen(1);
     world().setScreenFrame(0, { 0, 0, 1920, 1080 });
     settle();
-    EXPECT_EQ(displaysWithABar(), (IDs { 1 }));
+    EXPECT_EQ(manager_->controllers().size(), 1u);
     EXPECT_TRUE(second.expired());
     EXPECT_EQ(bar(1), first);
     EXPECT_EQ(panel(1).frame, (CGRect { 0, 0, 1920, 52 }));

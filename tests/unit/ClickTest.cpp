@@ -161,7 +161,7 @@ TEST_F(ClickTest, WhatIsNotRunningIsLaunchedWhereThereIsSomethingToLaunch)
 TEST_F(ClickTest, AWindowsButtonRaisesItsWindowEvenInFront)
 {
     const auto window = openWindow(app_);
-    const auto other = openWindow(app_);
+    openWindow(app_);
     bringToFront(app_);
     BarItem item = itemOf("Letter", app_);
     item.windowID = window;
@@ -171,7 +171,6 @@ TEST_F(ClickTest, AWindowsButtonRaisesItsWindowEvenInFront)
         EXPECT_EQ(world().focusedWindow(app_)->number, window);
     }
     EXPECT_EQ(logged("click: "), Texts(2, "click: window " + std::to_string(window) + " of Letter"));
-    EXPECT_NE(window, other);
     EXPECT_EQ(count("activate"), 0u);
 }
 
