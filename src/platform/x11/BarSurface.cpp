@@ -116,21 +116,22 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 }
 
 /// Nothing shows through a window that isn't blended with what is behind it. A popup that isn't opaque is cut to the
-/// shape of what it paints, so that its round corners aren't black.
+/// shape of what it paints, so that its round corners aren't black. That shape follows from its size.
 void BarSurface::cutOut(Panel& panel)
 {
     if (panel.edge != Edge::none || panel.isOpaque)
         return;
     if (canBlend()) {
-        if (std::exchange(panel.isCutOut, false))
+        if (std::exchange(panel.cutOut, {}).isValid())
             panel.widget->clearMask();
         return;
     }
+    if (std::exchange(panel.cutOut, panel.widget->size()) == panel.widget->size())
+        return;
     QImage picture(panel.widget->size(), QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
     panel.widget->render(&picture, {}, {}, QWidget::DrawChildren);
     panel.widget->setMask(QRegion(QBitmap::fromImage(picture.createAlphaMask())));
-    panel.isCutOut = true;
 }
 
 void BarSurface::displaysChanged()

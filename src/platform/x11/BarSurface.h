@@ -4,6 +4,8 @@
 #include "x11/KeyboardFocus.h"
 #include "x11/Monitors.h"
 
+#include <QSize>
+
 #include <optional>
 #include <vector>
 
@@ -44,7 +46,8 @@ private:
         bool isOpaque;
         Edge edge;
         Rect frame;
-        bool isCutOut = false;
+        /// The size for which it was cut to its shape; invalid while it is whole.
+        QSize cutOut {};
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
         /// When its window was last asked to be mapped or unmapped, in nanoseconds of the clock.
