@@ -95,6 +95,7 @@ class KeyTest(unittest.TestCase):
             press(session, ALT, NINE)
             press(session, ALT, B)
             press(session, ALT, SUPER, ONE)
+            eventually(lambda: client.seen(ONE) == 1, "the keys so far are decided")
             session.write_settings(enableShortcuts=False)
             press(session, ALT, ONE)
             self.toggle(session, "back, with the others switched off")
