@@ -125,24 +125,6 @@ class TrashTest(unittest.TestCase):
             eventually(lambda: difference(tile(), empty) < 0.1, "and an empty one again", 4)
 
 
-class FilterTest(unittest.TestCase):
-    def test_grouping_and_the_desktop_filter_follow_settings_written_by_another_process(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            editor = session.open("L3afpad", "l3afpad")
-            session.xterm()
-            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "both are on the bar")
-            session.ask(editor, "_NET_WM_DESKTOP", 1, 2)
-            eventually(lambda: session.property(editor, "_NET_WM_DESKTOP")[0] == 1, "the editor is on another desktop")
-            session.write_settings(showFinderButton=False, currentSpaceOnly=True)
-            eventually(lambda: session.names() == ["XTerm"], "just this desktop's programs", 3)
-            session.ask(session.root, "_NET_CURRENT_DESKTOP", 1)
-            eventually(lambda: session.names() == ["L3afpad"], "the other desktop's program, at once", 1)
-            session.write_settings(showFinderButton=False, currentSpaceOnly=False)
-            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "all again", 3)
-
-
 class BadgeTest(unittest.TestCase):
     def test_a_launcher_entry_signal_shows_as_a_badge(self):
         with Session() as session:

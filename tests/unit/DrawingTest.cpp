@@ -44,25 +44,31 @@ TEST(DrawingPainterTest, AGradientRunsAlongItsAngle)
 {
     const struct {
         double angle;
-        QPoint start;
-        QPoint end;
-    } cases[] = { { -90, { 20, 1 }, { 20, 38 } }, { 90, { 20, 38 }, { 20, 1 } }, { 0, { 1, 20 }, { 38, 20 } } };
+        QPoint start, end;
+    } cases[] = { { -90, { 20, 1 }, { 20, 38 } }, { 0, { 1, 20 }, { 38, 20 } } };
     for (const auto& c : cases) {
-        const QImage image = painted([&] {
-            NSGradient(red, blue).drawInBezierPath(NSBezierPath::rect({ 0, 0, 40, 40 }), c.angle);
-        });
+        const NSGradient gradient(red, blue);
+        const QImage image = painted([&] { gradient.drawInBezierPath(NSBezierPath::rect({ 0, 0, 40, 40 }), c.angle); });
         EXPECT_GT(image.pixelColor(c.start).red(), 230) << c.angle;
         EXPECT_GT(image.pixelColor(c.end).blue(), 230) << c.angle;
     }
 }
 
-TEST(DrawingPainterTest, AnImageIsDrawnAtItsFraction)
+TEST(DrawingPainterTest, AnImageIsDrawnAtItsFractionAndItsShadowFallsBelow)
 {
     const IconSource white { std::vector { IconSource::Pixels { 1, 1, { 0xFFFFFFFF } } } };
     const NSImage image(std::make_shared<const IconSource>(white));
-    const QImage half = painted([&] { image.drawInRect({ 10, 10, 20, 20 }, 0.42); });
-    EXPECT_NEAR(half.pixelColor(20, 20).alpha(), 0.42 * 255, 2);
-    EXPECT_EQ(half.pixelColor(5, 5).alpha(), 0);
+    const QImage picture = painted([&] {
+        NSGraphicsContext* context = NSGraphicsContext::current();
+        context->saveGraphicsState();
+        context->setShadow({ NSColor::black(), 8, { 0, -2 } });
+        image.drawInRect({ 0, 24, 16, 16 });
+        context->restoreGraphicsState();
+        image.drawInRect({ 24, 0, 16, 16 }, 0.42);
+    });
+    EXPECT_GT(picture.pixelColor(8, 18).alpha(), 20) << "the shadow";
+    EXPECT_NEAR(picture.pixelColor(32, 32).alpha(), 0.42 * 255, 2);
+    EXPECT_EQ(picture.pixelColor(32, 22).alpha(), 0) << "its shadow has gone with the state";
 }
 
 TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)

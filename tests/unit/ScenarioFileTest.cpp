@@ -27,7 +27,6 @@ TEST(ScenarioFile, AnErrorSaysWhereAndWhy)
         std::string error;
     } cases[] {
         { R"("owner": 100)", R"("owner": 99)", "line 8: window 7: owner 99 is no process of this scenario" },
-        { R"("spaces": [1])", R"("spaces": [1, 3])", "line 8: window 7: space 3 is no space of this scenario" },
         { R"("title": "Inbox")", R"("tilte": "Inbox")", "line 8: window 7: \"tilte\" is no key of this" },
         { R"("title": "Inbox")", "\"layer\":\n 0.5", "line 9: window 7: \"layer\" must be a whole number" },
         { R"("number": 7)", R"("number": -7)",
@@ -36,12 +35,8 @@ TEST(ScenarioFile, AnErrorSaysWhereAndWhy)
             "line 8: window 7: faults: \"fails/AXRaise\" must be a whole number" },
         { R"([1] })", R"([1] }, { "number": 7, "owner": 100 })", "line 8: window 7: this \"number\" is given twice" },
         { R"({ "pid": 100, )", R"({ )", "line 5: process at index 0: \"pid\" is missing" },
-        { R"("application": "/Applications/Mail.app")", R"("application": "/Applications/Male.app")",
-            "line 5: process 100: \"/Applications/Male.app\" is no application of this scenario" },
         { R"("application": "/Applications/Mail.app")", R"("policy": "shy")",
             "line 5: process 100: \"policy\" can't be \"shy\"" },
-        { R"([{ "id": 1 }])", R"([{ "id": 1 }, { "id": 1 }])",
-            "line 2: display at index 0: space at index 1: space 1 is given twice" },
         { "[0, 0, 800, 600]", "[0, 0, 800]",
             "line 2: display at index 0: \"frame\" must be an array of x, y, width and height" },
         { R"("frontmost": 100)", R"("windows": [])", "line 10: \"windows\" is given twice" },

@@ -1,5 +1,4 @@
 #include "base/Value.h"
-#include "base/CGGeometry.h"
 #include "base/PropertyList.h"
 
 #include <gtest/gtest.h>
@@ -58,26 +57,6 @@ TEST(PropertyListTest, WhatIsNoPropertyListGivesNothing)
     for (const std::string& bytes : { std::string(), std::string("{"), std::string("bplist00"), std::string(64, '\0'),
              sound.substr(0, sound.size() / 2) })
         EXPECT_FALSE(PropertyList::parse(bytes)) << bytes;
-}
-
-TEST(GeometryTest, Intersections)
-{
-    const struct {
-        const char* what;
-        CGRect b;
-        bool isNull;
-        double area;
-    } cases[] = {
-        { "overlapping", { 5, 5, 10, 10 }, false, 25 },
-        { "touching at an edge", { 10, 0, 10, 10 }, false, 0 },
-        { "apart", { 11, 0, 10, 10 }, true, 0 },
-        { "inside", { 0, 0, 2, 3 }, false, 6 },
-    };
-    for (const auto& c : cases) {
-        const CGRect common = CGRectIntersection({ 0, 0, 10, 10 }, c.b);
-        EXPECT_EQ(CGRectIsNull(common), c.isNull) << c.what;
-        EXPECT_EQ(common.width * common.height, c.area) << c.what;
-    }
 }
 
 }
