@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "appkit/NSWorkspace.h"
+#include "foundation/NSProcessInfo.h"
 #include "model/AppHistory.h"
 #include "model/DockModel.h"
 
@@ -136,6 +137,31 @@ TEST_F(ClickTest, ClicksOnTheFrontmostApplicationGoBackAndForth)
     click(itemOf("App", app_));
     EXPECT_EQ(world().frontmost(), app_);
     EXPECT_EQ(logged("back: ").back(), "back: no previous app recorded");
+}
+
+TEST_F(ClickTest, TheFormerApplicationIsTheOneBeforeThisOneAndNeverTheProgram)
+{
+    log_.clear();
+    EXPECT_FALSE(AppHistory::previous());
+    bringToFront(app_);
+    EXPECT_EQ(AppHistory::previous(), former_);
+    for (const pid_t next : { app_, former_ }) {
+        bringToFront(NSProcessInfo::processIdentifier());
+        bringToFront(next);
+        EXPECT_EQ(AppHistory::previous(), next == app_ ? former_ : app_);
+    }
+    EXPECT_EQ(logged("history: "),
+        (Texts { "history: current=App previous=" + std::to_string(former_),
+            "history: current=Former previous=" + std::to_string(app_) }));
+
+    // Nothing is in front at the start.
+    for (const char* identifier : { "org.Former", "org.App", "com.apple.finder" })
+        world().quit(world().processNamed(identifier)->pid());
+    settle();
+    ASSERT_FALSE(world().frontmost());
+    AppHistory::start();
+    bringToFront(run("Next"));
+    EXPECT_FALSE(AppHistory::previous());
 }
 
 TEST_F(ClickTest, WhatIsNotRunningIsLaunchedWhereThereIsSomethingToLaunch)
