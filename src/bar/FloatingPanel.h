@@ -1,11 +1,12 @@
 #pragma once
 
 #include "appkit/NSPanel.h"
+#include "windowserver/CGWindowLevel.h"
 
-/// A small panel in front of the bar that never gets the keyboard.
+/// A panel that opens from the bar and never gets the keyboard, one level in front of those of `level`.
 class FloatingPanel : public NSPanel {
 public:
-    explicit FloatingPanel(CGSize size);
+    FloatingPanel(CGSize size, CGWindowLevelKey level);
 
     bool canBecomeKey() const override { return false; }
 };

@@ -15,7 +15,7 @@ constexpr CGPoint nowhere { -1, -1 };
 }
 
 PreviewPanel::PreviewPanel()
-    : FloatingPanel(initialSize)
+    : FloatingPanel(initialSize, kCGPopUpMenuWindowLevelKey)
     , content_(std::make_shared<PreviewView>(CGRect {}))
 {
     setContentView(content_);

@@ -2,8 +2,8 @@
 
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
+#include "appkit/ShortenedText.h"
 #include "bar/Appearance.h"
-#include "bar/FittedText.h"
 #include "bar/Paint.h"
 #include "bar/Preview.h"
 
@@ -24,6 +24,8 @@ constexpr double highlightOutset = 5;
 constexpr double highlightRadius = 9;
 constexpr double labelGap = 7;
 constexpr double labelRoom = cardSize.width - 4;
+/// So many characters of a label are kept, however wide.
+constexpr std::size_t leastLabel = 2;
 
 const NSFont labelFont = NSFont::systemFont(11, NSFontWeight::medium);
 const NSFont placeholderFont = NSFont::systemFont(10);
@@ -155,7 +157,8 @@ void PreviewView::drawThumbnail(const WindowEntry& entry, const CGRect& box)
 
 void PreviewView::drawLabel(const WindowEntry& entry, const CGRect& card, double y) const
 {
-    const std::string text = FittedText::shortened(entry.title.empty() ? appName_ : entry.title, labelFont, labelRoom);
+    const std::string text
+        = shortenedText(entry.title.empty() ? appName_ : entry.title, labelFont, labelRoom, leastLabel);
     const double width = sizeWithAttributes(text, labelFont).width;
     drawAtPoint(text, { card.midX() - width * 0.5, y }, labelFont, NSColor::white());
 }

@@ -11,7 +11,7 @@ constexpr double margin = 4;
 }
 
 TooltipPanel::TooltipPanel()
-    : FloatingPanel(initialSize)
+    : FloatingPanel(initialSize, kCGPopUpMenuWindowLevelKey)
     , label_(std::make_shared<TooltipView>(CGRect {}))
 {
     setIgnoresMouseEvents(true);

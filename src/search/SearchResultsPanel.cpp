@@ -1,7 +1,6 @@
 #include "search/SearchResultsPanel.h"
 
 #include "settings/Settings.h"
-#include "windowserver/CGWindowLevel.h"
 
 namespace {
 
@@ -10,15 +9,9 @@ constexpr double width = 320;
 }
 
 SearchResultsPanel::SearchResultsPanel()
-    : NSPanel({ 0, 0, width, 10 }, NSWindowStyleMaskNonactivatingPanel, NSBackingStoreBuffered, false)
+    : FloatingPanel({ width, 10 }, kCGScreenSaverWindowLevelKey)
     , listView_(std::make_shared<ResultsListView>(CGRect { 0, 0, width, 10 }))
 {
-    setOpaque(false);
-    setBackgroundColor(NSColor::clear());
-    setHasShadow(true);
-    setLevel(CGWindowLevelForKey(kCGScreenSaverWindowLevelKey) + 1);
-    setCollectionBehavior(NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary
-        | NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary);
     setContentView(listView_);
     listView_->onPick = [this](const SearchHit& hit) { carryOut(hit); };
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "appkit/NSPanel.h"
+#include "bar/FloatingPanel.h"
 #include "search/ResultsListView.h"
 
 #include <functional>
@@ -9,11 +9,9 @@
 
 /// The panel of found things that opens against the search box. It never takes the keyboard: keys come through the
 /// field. Main thread.
-class SearchResultsPanel final : public NSPanel {
+class SearchResultsPanel final : public FloatingPanel {
 public:
     SearchResultsPanel();
-
-    bool canBecomeKey() const override { return false; }
 
     /// `box` is the search box in screen space; the panel touches it on the side toward the desktop. `onPick` runs
     /// after the action of a chosen row. An empty list takes the panel away.

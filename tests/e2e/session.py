@@ -328,14 +328,16 @@ class Session:
             self.move(start[0] + (end[0] - start[0]) * step / steps, start[1] + (end[1] - start[1]) * step / steps)
         self.release()
 
-    def key(self, name, modifier=None):
-        """Presses and releases a key by the name of what is written on it."""
-        codes = [self.display.keysym_to_keycode(XK.string_to_keysym(each)) for each in filter(None, (modifier, name))]
-        for code in codes:
-            xtest.fake_input(self.display, X.KeyPress, code)
-        for code in reversed(codes):
-            xtest.fake_input(self.display, X.KeyRelease, code)
-        self.display.sync()
+    def key(self, *names):
+        """Presses keys one after the other, by what is written on them; "Super+q" holds the first down."""
+        for name in names:
+            parts = [part + "_L" if part in ("Super", "Control", "Shift") else part for part in name.split("+")]
+            codes = [self.display.keysym_to_keycode(XK.string_to_keysym(part)) for part in parts]
+            for code in codes:
+                xtest.fake_input(self.display, X.KeyPress, code)
+            for code in reversed(codes):
+                xtest.fake_input(self.display, X.KeyRelease, code)
+            self.display.sync()
 
     def type(self, text):
         for letter in text:

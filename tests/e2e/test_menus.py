@@ -3,8 +3,7 @@
 import os
 import unittest
 
-from Xlib import X, XK
-from Xlib.ext import xtest
+from Xlib import X
 from session import Session, eventually
 
 
@@ -26,18 +25,6 @@ class MenuTest(unittest.TestCase):
 
     # Hands
 
-    def key(self, *names):
-        """Presses keys one after the other; "Super+q" holds the first down."""
-        session = self.session
-        for name in names:
-            codes = [session.display.keysym_to_keycode(XK.string_to_keysym(part)) for part in
-                     name.replace("Super+", "Super_L+").split("+")]
-            for code in codes:
-                xtest.fake_input(session.display, X.KeyPress, code)
-            for code in reversed(codes):
-                xtest.fake_input(session.display, X.KeyRelease, code)
-            session.display.sync()
-
     def right_click(self, point):
         self.session.move(*point)
         self.session.press(3)
@@ -50,7 +37,7 @@ class MenuTest(unittest.TestCase):
 
     def choose(self, point, *keys):
         self.open(point)
-        self.key(*keys)
+        self.session.key(*keys)
         eventually(lambda: not self.menus(), "a choice closes the menu")
 
     def entry(self, number):
@@ -165,7 +152,7 @@ class BarMenuTest(MenuTest):
 
     def test_a_shortcut_works_while_the_menu_is_open(self):
         self.open(self.empty_bar())
-        self.key("Super+q")
+        self.session.key("Super+q")
         self.assertEqual(self.program.wait(10), 0)
 
 
@@ -193,7 +180,7 @@ class LauncherMenuTest(MenuTest):
         self.assertGreaterEqual(y, 0)
         self.assertLessEqual(y + height, 1080)
         self.assertLess(width, 700)
-        self.key("Up", "Return")
+        self.session.key("Up", "Return")
         eventually(lambda: os.path.exists(made), "the last one is reached from the first")
         self.choose(launcher, *self.entry(2))
         eventually(lambda: "can't be opened" in self.session.log(), "a launch that fails is told")
@@ -208,11 +195,11 @@ class BehaviourTest(MenuTest):
         eventually(lambda: self.session.active() == terminal.id, "the terminal is active")
         eventually(lambda: os.path.exists(typed), "and listens")
         self.open(self.empty_bar())
-        self.key("x", "Down", "Down", "x")
+        self.session.key("x", "Down", "Down", "x")
         self.assertEqual(self.session.active(), terminal.id)
-        self.key("Escape")
+        self.session.key("Escape")
         eventually(lambda: not self.menus(), "Escape closes the menu")
-        self.key("y", "Return")
+        self.session.key("y", "Return")
         eventually(lambda: open(typed, encoding="ascii").read() == "y\n", "the terminal gets what is typed, and no more")
         self.assertEqual(self.setting("currentSpaceOnly"), None)
 
@@ -248,7 +235,7 @@ class BehaviourTest(MenuTest):
                 x, y, width, height = self.session.geometry(self.open(place))
                 self.assertTrue(0 <= x and x + width <= 1920 and 0 <= y and y + height <= 1080,
                                 f"{edge}: {x},{y} {width}x{height} for a click at {place}")
-                self.key("Escape")
+                self.session.key("Escape")
                 eventually(lambda: not self.menus(), "Escape closes the menu")
 
     def test_the_menu_goes_with_its_monitor(self):
@@ -261,7 +248,7 @@ class BehaviourTest(MenuTest):
         eventually(lambda: len(self.session.bars()) == 1, "one bar is left")
         eventually(lambda: not self.menus(), "and no menu")
         self.open((700, y + height // 2))
-        self.key("Escape")
+        self.session.key("Escape")
         eventually(lambda: not self.menus(), "the menus of the other bar work")
 
 

@@ -85,7 +85,7 @@ class SearchTest(SearchAtAnEdge, unittest.TestCase):
         self.press_into_field()
         subprocess.run(["setxkbmap", "ru"], env=self.session.environment, check=True)
         for key in ("j", "n", "x", "grave", "n"):
-            self.session.key(key, "Shift_L")
+            self.session.key("Shift+" + key)
         eventually(lambda: self.rows() == 1, "ОТЧЁТ finds отчёт")
 
     def test_escape_gives_the_keyboard_back_and_empties_the_field(self):
@@ -107,10 +107,10 @@ class SearchTest(SearchAtAnEdge, unittest.TestCase):
         self.session.key("Return")
         self.session.key("BackSpace")
         eventually(lambda: self.rows() == 1, "the window is found again")
-        self.session.key("a", "Control_L")
-        self.session.key("x", "Control_L")
+        self.session.key("Control+a")
+        self.session.key("Control+x")
         eventually(lambda: self.rows() == 0, "all was cut")
-        self.session.key("v", "Control_L")
+        self.session.key("Control+v")
         eventually(lambda: self.rows() == 1, "and pasted")
         self.assertTrue(self.bar_has_keyboard())
 

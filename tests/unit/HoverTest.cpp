@@ -2,7 +2,6 @@
 
 #include "appkit/DrawingList.h"
 #include "bar/BarController.h"
-#include "bar/FittedText.h"
 #include "bar/Preview.h"
 #include "bar/PreviewPanel.h"
 #include "bar/TooltipPanel.h"
@@ -439,26 +438,4 @@ TEST_F(HoverTest, CheckingTellsWhetherCapturesWork)
     EXPECT_EQ(answers, (std::vector<bool> { true, false, false }));
     EXPECT_EQ(logged("preview: capture available"),
         (Texts { "preview: capture available = true", "preview: capture available = false" }));
-}
-
-TEST(FittedText, TitlesAreCutToTheirRoom)
-{
-    const NSFont font = NSFont::systemFont(11, NSFontWeight::medium);
-    const auto width = [&](const std::string& text) { return sizeWithAttributes(text, font).width; };
-    const std::string word = "Quarterly report — Überblick";
-    EXPECT_EQ(FittedText::shortened(word, font, width(word)), word);
-    EXPECT_EQ(FittedText::shortened("", font, 10), "");
-    EXPECT_EQ(FittedText::shortened("äöü", font, 1), "äö…") << "two characters at least";
-
-    std::string lengthy;
-    for (int count = 0; count < 10'000; ++count)
-        lengthy += "ü ";
-    for (const std::string& text : { word + word + word, lengthy }) {
-        const std::string cut = FittedText::shortened(text, font, 172);
-        const std::string kept = cut.substr(0, cut.size() - 3);
-        EXPECT_TRUE(cut.ends_with("…"));
-        EXPECT_TRUE(text.starts_with(kept));
-        EXPECT_LE(width(cut), 172);
-        EXPECT_GT(width(cut), 172 - 16) << "no more is cut than has to be";
-    }
 }

@@ -250,4 +250,6 @@ TEST(ShortenedText, KeepsWholeCharactersAndAtLeastSoManyOfThem)
     };
     for (const auto& each : cases)
         EXPECT_EQ(shortenedText(each.text, font, each.width, 4), each.shortened);
+    const std::string huge(10'000'000, 'x');
+    EXPECT_LE(sizeWithAttributes(shortenedText(huge, font, 172, 4), font).width, 172);
 }

@@ -8,6 +8,9 @@
 
 namespace {
 
+/// What is looked at of a text, in bytes: more than any panel has room for.
+constexpr std::size_t mostBytes = 4096;
+
 /// The lengths of the beginnings of a text that end between two characters, shortest first.
 std::vector<qsizetype> beginnings(const QString& text)
 {
@@ -22,14 +25,16 @@ std::vector<qsizetype> beginnings(const QString& text)
 
 std::string shortenedText(std::string_view text, const NSFont& font, double width, std::size_t least)
 {
-    if (sizeWithAttributes(text, font).width <= width)
+    const auto fits = [&](std::string_view candidate) { return sizeWithAttributes(candidate, font).width <= width; };
+    if (text.size() <= mostBytes && fits(text))
         return std::string(text);
-    const QString whole = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+
+    const auto size = static_cast<qsizetype>(std::min(text.size(), mostBytes));
+    const QString whole = QString::fromUtf8(text.data(), size);
     const auto shortened = [&](qsizetype length) { return whole.left(length).toStdString() + "…"; };
     const std::vector<qsizetype> lengths = beginnings(whole);
-    const auto first
-        = lengths.begin() + static_cast<std::ptrdiff_t>(std::min(std::max<std::size_t>(least, 1), lengths.size()) - 1);
-    const auto tooWide = std::partition_point(std::next(first), lengths.end(),
-        [&](qsizetype length) { return sizeWithAttributes(shortened(length), font).width <= width; });
+    const auto shortest = lengths.begin() + static_cast<std::ptrdiff_t>(std::min(least, lengths.size()) - 1);
+    const auto tooWide = std::partition_point(
+        std::next(shortest), lengths.end(), [&](qsizetype length) { return fits(shortened(length)); });
     return shortened(*std::prev(tooWide));
 }
