@@ -25,19 +25,6 @@ class BarWindowTest(unittest.TestCase):
             _, y, _, height = session.geometry(terminal)
             self.assertLessEqual(y + height, 1012)
 
-    def test_it_never_takes_the_keyboard(self):
-        with Session() as session:
-            terminal = session.xterm()
-            session.start_bar()
-            place = session.bar()
-            for point in ((place.x + 1900, place.y + 30), place.middle("search"), place.middle("launcher")):
-                session.click(point)
-            session.move(600, 300)
-            session.display.sync()
-            self.assertEqual(session.active(), terminal.id)
-            focus = session.display.get_input_focus().focus
-            self.assertNotEqual(focus.id, session.bars()[0].id)
-
     def test_a_second_instance_leaves_the_desktop_to_the_first(self):
         with Session() as session:
             session.start_bar()

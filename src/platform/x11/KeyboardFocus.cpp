@@ -88,7 +88,8 @@ void KeyboardFocus::take(xcb_window_t panel)
 }
 
 /// The same thing that the user did may also set the focus to some other window. So that the server keeps to that one,
-/// whichever of the two reaches it first, this is dated just before what the user did.
+/// whichever of the two reaches it first, this is dated just before what the user did. Where that is before the panel
+/// took the focus, and so is passed over, nothing else has set it meanwhile.
 void KeyboardFocus::giveBack()
 {
     xcb_connection_t* connection = toolkitConnection();
@@ -97,14 +98,15 @@ void KeyboardFocus::giveBack()
     if (!connection || holder == XCB_WINDOW_NONE)
         return;
     setTakesInput(connection, holder, false);
-    xcb_flush(connection);
-    if (focusedWindow(connection) != holder)
-        return;
     const xcb_timestamp_t latest = userTime->latest();
-    const auto request = xcb_set_input_focus_checked(
-        connection, XCB_INPUT_FOCUS_POINTER_ROOT, previous_, latest == XCB_CURRENT_TIME ? latest : latest - 1);
-    if (const Reply<xcb_generic_error_t> gone { xcb_request_check(connection, request) })
-        manager_.activateLast();
+    for (const xcb_timestamp_t time :
+        { latest == XCB_CURRENT_TIME ? latest : latest - 1, xcb_timestamp_t(XCB_CURRENT_TIME) }) {
+        if (focusedWindow(connection) != holder)
+            return;
+        const auto request = xcb_set_input_focus_checked(connection, XCB_INPUT_FOCUS_POINTER_ROOT, previous_, time);
+        if (const Reply<xcb_generic_error_t> gone { xcb_request_check(connection, request) })
+            return manager_.activateLast();
+    }
 }
 
 }
