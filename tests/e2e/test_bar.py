@@ -47,6 +47,18 @@ class MonitorTest(unittest.TestCase):
             eventually(lambda: len(session.bars()) == 1, "the bar of the monitor that went away is gone")
             self.assertRegex(session.log(), r"bars: display \d+ went away")
 
+    def test_each_bar_shows_what_lives_on_its_monitor(self):
+        with Session() as session:
+            session.split_monitors()
+            session.write_settings(showFinderButton=False, showLauncher=False)
+            session.xterm("left", "60x20+100+100")
+            session.xterm("right", "60x20+1300+100")
+            session.start_bar()
+            eventually(lambda: session.log().count("counts: XTerm=1\n") >= 2, "one terminal on each bar")
+            session.write_settings(showFinderButton=False, showLauncher=False, multiDisplayMode="mirrored")
+            eventually(lambda: session.log().splitlines()[-1].endswith("XTerm=1 XTerm=1")
+                       or "counts: XTerm=1 XTerm=1" in session.log(), "both on every bar once they are mirrored")
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

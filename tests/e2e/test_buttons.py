@@ -67,6 +67,12 @@ class ClickTest(unittest.TestCase):
         self.click_button("L3afpad")
         eventually(lambda: self.frontmost() == self.terminal.id, "and back again")
 
+    def test_a_click_un_minimises(self):
+        self.session.minimise(self.terminal)
+        self.click_button("XTerm")
+        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
+        self.assertFalse(self.session.is_minimised(self.terminal))
+
     def test_a_click_on_a_window_button_raises_just_that_window(self):
         second = self.session.xterm("second")
         third = self.session.xterm("third")
@@ -78,6 +84,28 @@ class ClickTest(unittest.TestCase):
         eventually(lambda: self.frontmost() == second.id, "the second terminal is active")
         self.assertFalse(self.session.is_minimised(second))
         self.assertFalse(self.session.is_minimised(third))
+
+    def test_show_desktop_hides_everything_and_brings_it_back_as_it_was(self):
+        session = self.session
+        minimised = session.xterm("minimised before")
+        session.minimise(minimised)
+        session.click(session.bar().middle("showDesktop"))
+        eventually(lambda: session.is_minimised(self.terminal) and session.is_minimised(self.editor), "the screen is clear")
+        eventually(lambda: "show desktop: hid 3 of 3" in session.log() or "show desktop: hid 2 of 2" in session.log(),
+                   "the program says so")
+        session.click(session.bar().middle("showDesktop"))
+        eventually(lambda: not session.is_minimised(self.terminal) and not session.is_minimised(self.editor),
+                   "the windows are back")
+        self.assertTrue(session.is_minimised(minimised), "what was minimised before stays so")
+
+    def test_a_click_on_a_hidden_program_shows_it(self):
+        session = self.session
+        session.click(session.bar().middle("showDesktop"))
+        eventually(lambda: session.is_minimised(self.terminal), "the terminal is hidden")
+        eventually(lambda: "show desktop: hid" in session.log(), "the screen is clear")
+        self.click_button("XTerm")
+        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
+        self.assertTrue(session.is_minimised(self.editor), "the other program stays hidden")
 
     def test_dragging_a_button_reorders_and_is_remembered(self):
         session = self.session
@@ -123,6 +151,24 @@ class TrashTest(unittest.TestCase):
             eventually(lambda: difference(tile(), empty) > 0.5, "the tile shows a full Trash", 4)
             os.remove(os.path.join(session.trash_folder(), "thrown away"))
             eventually(lambda: difference(tile(), empty) < 0.1, "and an empty one again", 4)
+
+
+class FilterTest(unittest.TestCase):
+    def test_grouping_and_the_desktop_filter_follow_settings_written_by_another_process(self):
+        with Session() as session:
+            session.write_settings(showFinderButton=False)
+            session.start_bar()
+            editor = session.open("L3afpad", "l3afpad")
+            session.xterm()
+            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "both are on the bar")
+            session.ask(editor, "_NET_WM_DESKTOP", 1, 2)
+            eventually(lambda: session.property(editor, "_NET_WM_DESKTOP")[0] == 1, "the editor is on another desktop")
+            session.write_settings(showFinderButton=False, currentSpaceOnly=True)
+            eventually(lambda: session.names() == ["XTerm"], "just this desktop's programs")
+            session.ask(session.root, "_NET_CURRENT_DESKTOP", 1)
+            eventually(lambda: session.names() == ["L3afpad"], "the other desktop's program")
+            session.write_settings(showFinderButton=False, currentSpaceOnly=False)
+            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "all again")
 
 
 class BadgeTest(unittest.TestCase):
