@@ -67,6 +67,16 @@ TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoByItself)
     EXPECT_FALSE(timer->isValid());
 }
 
+TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
+{
+    int wakes = 0;
+    RunLoop::main().setWaker([&] { ++wakes; });
+    for (const double seconds : { 1.0, 2.0, 0.5 })
+        RunLoop::main().schedule(seconds, [] {});
+    RunLoop::main().setWaker(nullptr);
+    EXPECT_EQ(wakes, 2);
+}
+
 TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)
 {
     std::promise<std::vector<int>> promise;

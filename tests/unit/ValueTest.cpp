@@ -1,4 +1,5 @@
 #include "base/Value.h"
+#include "base/CGGeometry.h"
 #include "base/PropertyList.h"
 
 #include <gtest/gtest.h>
@@ -57,6 +58,15 @@ TEST(PropertyListTest, WhatIsNoPropertyListGivesNothing)
     for (const std::string& bytes : { std::string(), std::string("{"), std::string("bplist00"), std::string(64, '\0'),
              sound.substr(0, sound.size() / 2) })
         EXPECT_FALSE(PropertyList::parse(bytes)) << bytes;
+}
+
+TEST(GeometryTest, WhatIsApartSharesNothing)
+{
+    const CGRect square { 0, 0, 10, 10 };
+    EXPECT_EQ(CGRectIntersection(square, { 5, 5, 10, 10 }), (CGRect { 5, 5, 5, 5 }));
+    EXPECT_FALSE(CGRectIsNull(CGRectIntersection(square, { 10, 0, 10, 10 })));
+    EXPECT_TRUE(CGRectIsNull(CGRectIntersection(square, { 11, 0, 10, 10 })));
+    EXPECT_TRUE(CGRectIsNull(CGRectIntersection(square, { 0, 11, 10, 10 })));
 }
 
 }
