@@ -36,6 +36,24 @@ TEST_F(WorldTest, NewsArrivesAtTheNextTurnAndAHiddenFrontmostApplicationGivesWay
         events, (std::vector { std::pair(ProcessEvent::hidden, browser), std::pair(ProcessEvent::activated, mail) }));
 }
 
+TEST_F(WorldTest, WhatComesForwardIsShownAndWhatLosesItsDisplayFindsRefuge)
+{
+    desk.addDisplay();
+    const pid_t mail = desk.app("Mail").pid();
+    desk.window(mail, "Inbox").number(7).on({ 2 });
+    desk.window(desk.app("Chat").pid(), "Chat").number(8).at({ 1500, 100, 400, 300 });
+    start();
+
+    world().activate(mail);
+    EXPECT_EQ(world().activeSpace(), 2u);
+    world().showSpace(1);
+    world().raise(7);
+    EXPECT_EQ(world().activeSpace(), 2u);
+    EXPECT_EQ(world().window(8)->spaces, std::vector<std::uint64_t> { 3 });
+    world().removeScreen(1);
+    EXPECT_EQ(world().window(8)->spaces, std::vector<std::uint64_t> { 2 });
+}
+
 TEST_F(WorldTest, AKilledDockComesBackWithThePreferencesOfThatMoment)
 {
     desk.app("Mail").pinned();
