@@ -9,10 +9,13 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace {
 
 constexpr double tickInterval = 0.5;
+/// While nothing happens a tick may wait for the bars to refresh, and the program sleeps through.
+constexpr double idleTolerance = 1.0;
 
 std::shared_ptr<NSTimer> timer;
 
@@ -48,7 +51,9 @@ bool hasNothingToDo()
 
 void tick()
 {
-    if (!Settings::barVisible() || hasNothingToDo())
+    const bool isIdle = !Settings::barVisible() || hasNothingToDo();
+    timer->setTolerance(isIdle ? idleTolerance : 0);
+    if (isIdle)
         return;
     AlertStage::run();
     if (WindowTamer::isEnabled())
@@ -71,7 +76,8 @@ bool isEnabled()
 
 void reset()
 {
-    timer = nullptr;
+    if (timer)
+        std::exchange(timer, nullptr)->invalidate();
     last = {};
     ticksWithoutChange = 0;
     Placement::forget();

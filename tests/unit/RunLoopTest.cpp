@@ -67,6 +67,28 @@ TEST_F(RunLoopTest, ATimerRepeatsUntilItIsInvalidatedAlsoByItself)
     EXPECT_FALSE(timer->isValid());
 }
 
+TEST_F(RunLoopTest, ATolerantTimerWaitsForCompanyUntilSomethingHappensOrItsTimeIsOver)
+{
+    int fired = 0;
+    const auto timer = NSTimer::scheduledTimer(0.5, true, [&] { ++fired; });
+    timer->setTolerance(1.0);
+    const auto due = [this] { return static_cast<double>(*RunLoop::main().nextDue() - clock.nanoseconds()) / 1e9; };
+    EXPECT_DOUBLE_EQ(due(), 1.5) << "alone it is late";
+    RunLoop::main().schedule(0.7, note("company"));
+    clock.advance(0.7);
+    EXPECT_EQ(fired, 1) << "with company it is as late as that";
+    EXPECT_DOUBLE_EQ(due(), 1.3) << "and then keeps to its multiples";
+    RunLoop::main().hurry();
+    EXPECT_DOUBLE_EQ(due(), 0.3);
+    clock.advance(0.3);
+    EXPECT_EQ(fired, 2);
+    timer->setTolerance(0);
+    EXPECT_DOUBLE_EQ(due(), 0.5);
+    timer->setTolerance(1.0);
+    timer->invalidate();
+    EXPECT_FALSE(RunLoop::main().nextDue());
+}
+
 TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
 {
     int wakes = 0;

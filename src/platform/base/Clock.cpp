@@ -21,4 +21,5 @@ void ManualClock::advance(double seconds)
         loop.runDue();
     }
     now_ = end;
+    loop.runDue();
 }

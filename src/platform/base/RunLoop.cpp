@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -37,23 +38,59 @@ void RunLoop::setClock(Clock* clock)
     clock_ = clock ? clock : &systemClock();
 }
 
-RunLoop::Handle RunLoop::schedule(double seconds, Block block)
+/// In nanoseconds of the clock.
+std::uint64_t RunLoop::after(double seconds) const
 {
-    const std::uint64_t due
-        = clock_->nanoseconds() + static_cast<std::uint64_t>(std::llround(std::max(0.0, seconds) * 1e9));
+    return clock_->nanoseconds() + static_cast<std::uint64_t>(std::llround(std::max(0.0, seconds) * 1e9));
+}
+
+RunLoop::Handle RunLoop::schedule(double seconds, Block block, double tolerance)
+{
+    const std::uint64_t latest = after(seconds + tolerance);
     Block wake;
     Handle handle = 0;
     {
         const std::lock_guard lock(mutex_);
         handle = next_++;
-        order_.emplace(due, handle);
-        blocks_.emplace(handle, std::pair(due, std::move(block)));
+        order_.emplace(latest, handle);
+        blocks_.emplace(handle, std::pair(latest, std::move(block)));
+        if (tolerance > 0)
+            late_.emplace_back(after(seconds), handle);
         if (order_.begin()->second == handle)
             wake = waker_;
     }
     if (wake)
         wake();
     return handle;
+}
+
+void RunLoop::hurry()
+{
+    Block wake;
+    {
+        const std::lock_guard lock(mutex_);
+        if (late_.empty())
+            return;
+        bringForward(std::numeric_limits<std::uint64_t>::max());
+        wake = waker_;
+    }
+    if (wake)
+        wake();
+}
+
+/// The blocks that are due by then can't come late any more. Under the lock.
+void RunLoop::bringForward(std::uint64_t until)
+{
+    std::erase_if(late_, [&](const Key& key) {
+        const auto& [due, handle] = key;
+        if (due > until)
+            return false;
+        std::uint64_t& runsBy = blocks_.at(handle).first;
+        order_.erase({ runsBy, handle });
+        order_.emplace(due, handle);
+        runsBy = due;
+        return true;
+    });
 }
 
 void RunLoop::cancel(Handle handle)
@@ -63,8 +100,16 @@ void RunLoop::cancel(Handle handle)
     const auto place = blocks_.find(handle);
     if (place == blocks_.end())
         return;
-    order_.erase({ place->second.first, handle });
     dropped = std::move(place->second.second);
+    drop(handle);
+}
+
+/// Under the lock; there must be such a block.
+void RunLoop::drop(Handle handle)
+{
+    const auto place = blocks_.find(handle);
+    order_.erase({ place->second.first, handle });
+    std::erase_if(late_, [&](const Key& key) { return key.second == handle; });
     blocks_.erase(place);
 }
 
@@ -82,12 +127,12 @@ void RunLoop::runDue()
         Block block;
         {
             const std::lock_guard lock(mutex_);
+            bringForward(clock_->nanoseconds());
             if (order_.empty() || order_.begin()->first > clock_->nanoseconds())
                 return;
-            const auto place = blocks_.find(order_.begin()->second);
-            block = std::move(place->second.second);
-            blocks_.erase(place);
-            order_.erase(order_.begin());
+            const Handle handle = order_.begin()->second;
+            block = std::move(blocks_.at(handle).second);
+            drop(handle);
         }
         const Turn turn;
         block();
@@ -105,6 +150,7 @@ void RunLoop::reset()
     decltype(blocks_) dropped;
     const std::lock_guard lock(mutex_);
     order_.clear();
+    late_.clear();
     dropped.swap(blocks_);
 }
 

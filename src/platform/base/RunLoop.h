@@ -7,6 +7,7 @@
 #include <set>
 #include <unordered_map>
 #include <utility>
+#include <vector>
 
 class Clock;
 
@@ -25,14 +26,17 @@ public:
     void setClock(Clock* clock);
 
     /// Runs the block on the main thread, `seconds` from now; blocks due at the same time run in the order they came.
-    /// Any thread.
-    Handle schedule(double seconds, Block block);
+    /// It may come up to `tolerance` seconds late, to run together with others, unless `hurry` is called meanwhile. Any
+    /// thread.
+    Handle schedule(double seconds, Block block, double tolerance = 0);
     /// Runs the block on the main thread at its next turn. Any thread.
     Handle perform(Block block) { return schedule(0, std::move(block)); }
+    /// Something has happened that may concern any block: those that could come late no longer do. Any thread.
+    void hurry();
     /// A block that has run, or never was, is passed over. Any thread.
     void cancel(Handle handle);
 
-    /// When the earliest block is due, in nanoseconds of the clock. Any thread.
+    /// When the program must run the next block, in nanoseconds of the clock. Any thread.
     std::optional<std::uint64_t> nextDue() const;
     /// Runs the blocks due by now, those that they add for now included up to a bound. Main thread.
     void runDue();
@@ -59,9 +63,16 @@ private:
 
     using Key = std::pair<std::uint64_t, Handle>;
 
+    std::uint64_t after(double seconds) const;
+    void bringForward(std::uint64_t until);
+    void drop(Handle handle);
+
     Clock* clock_;
     mutable std::mutex mutex_;
+    /// By when each block must run.
     std::set<Key> order_;
+    /// Of the blocks that can come late, when they are due.
+    std::vector<Key> late_;
     std::unordered_map<Handle, std::pair<std::uint64_t, Block>> blocks_;
     Handle next_ = 1;
     Block waker_;

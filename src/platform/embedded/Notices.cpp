@@ -1,5 +1,7 @@
 #include "embedded/Notices.h"
 
+#include "base/RunLoop.h"
+
 namespace embedded {
 
 void Notices::process(host::ProcessEvent event, Record process)
@@ -29,12 +31,14 @@ void Notices::forget()
 
 void Notices::sceneChanged() const
 {
+    RunLoop::main().hurry();
     if (onScene)
         onScene();
 }
 
 void Notices::tellLater()
 {
+    RunLoop::main().hurry();
     if (std::exchange(pending_, true))
         return;
     later_.atNextTurn([this] { tell(); });

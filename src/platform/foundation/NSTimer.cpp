@@ -32,8 +32,24 @@ void NSTimer::arm()
     due_ += step;
     if (due_ < now)
         due_ += (now - due_) / step * step + step;
+    schedule();
+}
+
+void NSTimer::schedule()
+{
+    const std::uint64_t now = RunLoop::main().clock().nanoseconds();
+    const double wait = due_ > now ? static_cast<double>(due_ - now) / 1e9 : 0;
     handle_ = RunLoop::main().schedule(
-        static_cast<double>(due_ - now) / 1e9, [self = shared_from_this()] { self->fire(); });
+        wait, [self = shared_from_this()] { self->fire(); }, tolerance_);
+}
+
+void NSTimer::setTolerance(double seconds)
+{
+    if (!isValid() || seconds == tolerance_)
+        return;
+    tolerance_ = seconds;
+    RunLoop::main().cancel(handle_);
+    schedule();
 }
 
 void NSTimer::fire()

@@ -13,15 +13,20 @@ public:
     /// A repeating timer keeps to multiples of its interval; a firing that comes late is not made up for.
     static std::shared_ptr<NSTimer> scheduledTimer(double seconds, bool repeats, std::function<void()> block);
 
+    /// How late, in seconds, it may fire to spare the program a waking of its own. What happens meanwhile makes it fire
+    /// in time.
+    void setTolerance(double seconds);
     void invalidate();
     bool isValid() const { return static_cast<bool>(block_); }
 
 private:
     NSTimer(double seconds, bool repeats, std::function<void()> block);
     void arm();
+    void schedule();
     void fire();
 
     double interval_;
+    double tolerance_ = 0;
     bool repeats_;
     std::function<void()> block_;
     RunLoop::Handle handle_ = 0;

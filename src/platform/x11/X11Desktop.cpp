@@ -166,6 +166,7 @@ private:
     {
         for (int pass = 0; pass < mostPasses; ++pass) {
             while (const Event event = connection_->nextEvent()) {
+                RunLoop::main().hurry();
                 mirror_.handle(*event);
                 monitors_.handle(*event);
                 pointer_.handle(*event);
