@@ -10,8 +10,8 @@
 
 namespace embedded {
 
-/// Calls that fail, by the name of the action, attribute or request, and how many times more; -1 for always. With "set "
-/// before it, an attribute can be read but not written.
+/// Calls that fail, by the name of the action, attribute or request, and how many times more; -1 for always. With "set
+/// " before it, an attribute can be read but not written.
 using FailingCalls = std::map<std::string, int, std::less<>>;
 
 /// What can be wrong with a window.

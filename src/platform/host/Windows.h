@@ -18,8 +18,8 @@ public:
     /// part of the desktop itself. Absent when the list can't be had.
     virtual std::optional<Value> list(bool onScreenOnly) = 0;
 
-    /// Counts what has happened to windows, processes and displays: the same count twice means that whatever is asked of
-    /// them gets the same answer. Absent where the desktop can't tell.
+    /// Counts what has happened to windows, processes and displays: the same count twice means that whatever is asked
+    /// of them gets the same answer. Absent where the desktop can't tell.
     virtual std::optional<std::uint64_t> changeCount() = 0;
 
     /// The space in front; of several displays, that of the one with the focus. 0 when there is none.
