@@ -1,5 +1,6 @@
 """Keys that work whatever program is in front. Keys are named by their places on the keyboard."""
 
+import ctypes
 import subprocess
 import unittest
 
@@ -57,6 +58,30 @@ class Client:
         return self.presses.count(code)
 
 
+class Keyboard:
+    """The server's keyboard itself, rather than the one that XTEST stands in for, so that it can be unplugged."""
+
+    def __init__(self, session):
+        self.session = session
+        self.x11, xi, self.xtst = (ctypes.CDLL(name) for name in ("libX11.so.6", "libXi.so.6", "libXtst.so.6"))
+        self.x11.XOpenDisplay.restype = xi.XOpenDevice.restype = ctypes.c_void_p
+        self.number = self.xinput("list", "--id-only", "Xvfb keyboard").strip()
+        self.display = ctypes.c_void_p(self.x11.XOpenDisplay(session.environment["DISPLAY"].encode()))
+        self.device = ctypes.c_void_p(xi.XOpenDevice(self.display, ctypes.c_ulong(int(self.number))))
+
+    def xinput(self, *arguments):
+        return subprocess.run(["xinput", *arguments], env=self.session.environment, check=True, capture_output=True,
+                              text=True).stdout
+
+    def down(self, *keys):
+        for key in keys:
+            self.xtst.XTestFakeDeviceKeyEvent(self.display, self.device, key, 1, None, 0, ctypes.c_ulong(0))
+        self.x11.XSync(self.display, 0)
+
+    def unplug(self):
+        self.xinput("disable", self.number)
+
+
 class KeyTest(unittest.TestCase):
     def toggle(self, session, what):
         shown = bool(session.bars())
@@ -112,6 +137,19 @@ class KeyTest(unittest.TestCase):
             subprocess.run(["setxkbmap", "fr"], env=session.environment, check=True)
             up(session, B)
             self.toggle(session, "after the keyboard changed under a key that was held")
+
+    def test_a_keyboard_that_is_unplugged_with_keys_down_leaves_the_others_free(self):
+        with Session() as session:
+            session.start_bar()
+            client = Client(session)
+            client.open(session)
+            keyboard = Keyboard(session)
+            keyboard.down(ALT, SUPER, B)
+            eventually(lambda: not session.bars(), "the bar is hidden")
+            keyboard.unplug()
+            press(session, X_KEY)
+            eventually(lambda: client.seen(X_KEY) == 1, "another keyboard's keys come through")
+            self.toggle(session, "by the other keyboard")
 
     def test_a_key_that_is_another_programs_is_named_and_the_others_work(self):
         with Session() as session:
