@@ -58,10 +58,12 @@ def searching(session):
 def on_x11():
     with Session() as session:
         subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
-        session.xterm("terminal", "80x24+120+120")
-        session.xterm("second terminal", "80x24+240+260")
+        for title, place, lines in (("terminal", "80x24+120+120", 40), ("second terminal", "80x24+240+260", 18)):
+            session.open("XTerm", "xterm", "-title", title, "-geometry", place, "-fg", "#d0e0d0", "-bg", "#1c2028", "-e",
+                         "sh", "-c", f"seq -f 'line %g of a text' {lines}; sleep 1000")
         session.open("FeatherPad", "featherpad", "--standalone", env={"QT_QPA_PLATFORM": "xcb"})
         editor = session.open("L3afpad", "l3afpad")
+        session.write_settings(autoFitWindows=False)  # The windows stay as they are arranged here.
         session.start_bar()
         session.activate(editor)
 
@@ -79,12 +81,13 @@ def on_x11():
             strip("style-" + style, barStyle=style)
         for size in ("small", "medium", "large"):
             strip("size-" + size, barStyle="solid", barSize=size)
+
         def hovering(suffix):
-            """The tooltip of the Trash, and the preview of the editor, each with the bar around it."""
+            """The tooltip of the Trash, and the preview of a terminal, each with the bar around it."""
             bar = session.bar()
             names = session.names()
             for name, point, kind in (("tooltip", bar.trash(len(names)), "TOOLTIP"),
-                                      ("preview", bar.button(names.index("L3afpad")), "POPUP_MENU")):
+                                      ("preview", bar.button(names.index("XTerm")), "POPUP_MENU")):
                 session.move(*point)
                 x, y, width, height = session.geometry(eventually(lambda: next(iter(session.popups(kind)), None), name))
                 time.sleep(1)
