@@ -19,7 +19,7 @@ inline constexpr double messagingTimeout = 0.5;
 struct WindowName {
     pid_t pid = 0;
     std::uint32_t number = 0;
-    auto operator<=>(const WindowName&) const = default;
+    auto operator<=>(const WindowName&) const = default; // NOLINT(modernize-use-nullptr): the checker's own zero
 };
 
 /// The rectangle that the window was last asked to take.
