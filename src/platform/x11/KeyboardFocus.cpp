@@ -6,7 +6,9 @@
 #include <QGuiApplication>
 #include <QInputEvent>
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace x11 {
 namespace {
