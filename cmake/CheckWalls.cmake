@@ -1,7 +1,7 @@
 # Fails when a file includes what its folder may not know. Arrows point down only: program, layer, seam, base; the desktops
 # hang from the seam.
 
-set(program app settings system model bar search tamer dock controls settingsui diagnostics)
+set(program app log settings system look model bar search tamer dock controls settingsui diagnostics)
 set(layer foundation appkit windowserver accessibility capture services forms)
 
 function(check files kind allowed_folders allow_libraries)

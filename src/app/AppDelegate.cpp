@@ -1,10 +1,10 @@
 #include "app/AppDelegate.h"
 
-#include "app/Log.h"
 #include "app/RunMode.h"
 #include "controls/Shortcuts.h"
 #include "foundation/NSBundle.h"
 #include "foundation/NSProcessInfo.h"
+#include "log/Log.h"
 #include "model/AppHistory.h"
 #include "system/SpaceSwitcher.h"
 #include "tamer/WindowTamer.h"

@@ -2,7 +2,7 @@
 
 #include "appkit/NSWorkspace.h"
 #include "bar/BarLevel.h"
-#include "bar/Metrics.h"
+#include "look/Metrics.h"
 #include "model/DockModel.h"
 #include "settings/Settings.h"
 #include "system/WindowIndex.h"

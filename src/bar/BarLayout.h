@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bar/Metrics.h"
 #include "base/CGGeometry.h"
+#include "look/Metrics.h"
 #include "settings/Choices.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #include "bar/BarLevel.h"
 
-#include "app/Log.h"
 #include "foundation/NSProcessInfo.h"
+#include "log/Log.h"
 #include "windowserver/CGWindowLevel.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "bar/BarManager.h"
 
-#include "app/Log.h"
 #include "appkit/NSScreen.h"
 #include "foundation/NSNotificationCenter.h"
+#include "log/Log.h"
 #include "settings/Settings.h"
 #include "system/Displays.h"
 

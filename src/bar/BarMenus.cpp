@@ -1,12 +1,12 @@
 #include "bar/BarMenus.h"
 
-#include "app/Log.h"
 #include "appkit/NSApplication.h"
 #include "controls/Shortcuts.h"
-#include "controls/ShowDesktop.h"
+#include "log/Log.h"
 #include "model/DockModel.h"
 #include "search/AppCatalog.h"
 #include "settings/Settings.h"
+#include "system/ShowDesktop.h"
 
 #include <any>
 #include <optional>

@@ -1,10 +1,10 @@
 #include "bar/BarPainter.h"
 
-#include "app/Log.h"
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
-#include "bar/Paint.h"
-#include "bar/Palette.h"
+#include "log/Log.h"
+#include "look/Paint.h"
+#include "look/Palette.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "bar/BarPicture.h"
 
-#include "bar/Appearance.h"
+#include "look/Appearance.h"
 #include "settings/Settings.h"
 
 BarLook BarLook::current()

@@ -2,13 +2,13 @@
 
 #include "bar/BarPainter.h"
 #include "bar/BarWindow.h"
-#include "bar/Palette.h"
 #include "bar/PreviewPanel.h"
 #include "bar/TooltipPanel.h"
-#include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
+#include "look/Palette.h"
 #include "model/DockModel.h"
 #include "settings/Settings.h"
+#include "system/ShowDesktop.h"
 
 #include <algorithm>
 #include <functional>

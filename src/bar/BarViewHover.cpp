@@ -1,11 +1,11 @@
 #include "bar/BarView.h"
 
-#include "app/Log.h"
 #include "bar/PreviewPanel.h"
 #include "bar/TooltipPanel.h"
-#include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
+#include "log/Log.h"
 #include "settings/Settings.h"
+#include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
 
 #include <sstream>

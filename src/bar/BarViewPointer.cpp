@@ -1,12 +1,12 @@
 #include "bar/BarView.h"
 
-#include "app/Log.h"
-#include "app/Timing.h"
-#include "controls/ShowDesktop.h"
 #include "controls/Trash.h"
+#include "log/Log.h"
+#include "log/Timing.h"
 #include "model/DockModel.h"
 #include "search/NativeLauncher.h"
 #include "settings/Settings.h"
+#include "system/ShowDesktop.h"
 
 #include <cmath>
 

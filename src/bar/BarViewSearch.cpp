@@ -2,7 +2,7 @@
 
 #include "appkit/NSApplication.h"
 #include "bar/BarWindow.h"
-#include "bar/Palette.h"
+#include "look/Palette.h"
 #include "search/Search.h"
 
 void BarView::setUpSearchField()

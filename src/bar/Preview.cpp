@@ -1,8 +1,8 @@
 #include "bar/Preview.h"
 
-#include "app/Log.h"
 #include "capture/SCScreenshotManager.h"
 #include "foundation/NSDate.h"
+#include "log/Log.h"
 #include "system/WindowIndex.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "bar/PreviewPanel.h"
 
-#include "app/Log.h"
 #include "bar/PanelPlace.h"
+#include "log/Log.h"
 
 #include <utility>
 

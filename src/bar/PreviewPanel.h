@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bar/FloatingPanel.h"
 #include "bar/PreviewView.h"
+#include "look/FloatingPanel.h"
 
 #include <memory>
 #include <string>

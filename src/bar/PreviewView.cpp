@@ -3,9 +3,9 @@
 #include "appkit/NSFont.h"
 #include "appkit/NSGraphicsContext.h"
 #include "appkit/ShortenedText.h"
-#include "bar/Appearance.h"
-#include "bar/Paint.h"
 #include "bar/Preview.h"
+#include "look/Appearance.h"
+#include "look/Paint.h"
 
 #include <algorithm>
 #include <iterator>

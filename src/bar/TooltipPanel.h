@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bar/FloatingPanel.h"
 #include "bar/TooltipView.h"
+#include "look/FloatingPanel.h"
 
 #include <string>
 

@@ -2,7 +2,7 @@
 
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
-#include "bar/Paint.h"
+#include "look/Paint.h"
 
 #include <cmath>
 #include <utility>

@@ -1,12 +1,12 @@
 #include "controls/Shortcuts.h"
 
-#include "app/Log.h"
-#include "controls/ShowDesktop.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSProcessInfo.h"
 #include "foundation/NSTimer.h"
+#include "log/Log.h"
 #include "model/DockModel.h"
 #include "settings/Settings.h"
+#include "system/ShowDesktop.h"
 #include "windowserver/CGEvent.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "controls/Trash.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSFileManager.h"
+#include "log/Log.h"
 
 namespace {
 

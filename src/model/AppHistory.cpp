@@ -1,8 +1,8 @@
 #include "model/AppHistory.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSProcessInfo.h"
+#include "log/Log.h"
 
 #include <utility>
 

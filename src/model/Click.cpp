@@ -1,11 +1,11 @@
 #include "model/DockModel.h"
 
-#include "app/Log.h"
-#include "app/Timing.h"
 #include "appkit/NSWorkspace.h"
-#include "controls/ShowDesktop.h"
+#include "log/Log.h"
+#include "log/Timing.h"
 #include "model/AppHistory.h"
 #include "model/Raise.h"
+#include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
 
 namespace {

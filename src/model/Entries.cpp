@@ -1,6 +1,6 @@
 #include "model/DockModel.h"
 
-#include "app/Log.h"
+#include "log/Log.h"
 #include "settings/Settings.h"
 #include "system/DockBadges.h"
 #include "system/SpaceScanner.h"

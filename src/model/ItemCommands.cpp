@@ -1,7 +1,7 @@
 #include "model/DockModel.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
+#include "log/Log.h"
 #include "system/Attribute.h"
 
 namespace {

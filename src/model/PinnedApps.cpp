@@ -1,7 +1,7 @@
 #include "model/DockModel.h"
 
-#include "app/Log.h"
 #include "foundation/NSUserDefaults.h"
+#include "log/Log.h"
 
 #include <algorithm>
 

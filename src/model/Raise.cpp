@@ -1,9 +1,9 @@
 #include "model/Raise.h"
 
-#include "app/Log.h"
-#include "app/Timing.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/DispatchQueue.h"
+#include "log/Log.h"
+#include "log/Timing.h"
 #include "system/Attribute.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "search/AppCatalog.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSFileManager.h"
 #include "foundation/NSString.h"
+#include "log/Log.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #include "search/NativeLauncher.h"
 
-#include "app/Log.h"
+#include "log/Log.h"
 #include "windowserver/CGEvent.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bar/FloatingPanel.h"
+#include "look/FloatingPanel.h"
 #include "search/ResultsListView.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #include "settings/Settings.h"
 
-#include "app/Log.h"
 #include "foundation/NSNotificationCenter.h"
+#include "log/Log.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,9 +1,9 @@
 #include "system/DockBadges.h"
 
-#include "app/Log.h"
 #include "appkit/NSRunningApplication.h"
 #include "base/Value.h"
 #include "foundation/NSDate.h"
+#include "log/Log.h"
 #include "settings/Settings.h"
 #include "system/Attribute.h"
 

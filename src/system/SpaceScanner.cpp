@@ -1,6 +1,6 @@
 #include "system/SpaceScanner.h"
 
-#include "app/Log.h"
+#include "log/Log.h"
 #include "system/Dictionaries.h"
 #include "system/ListedWindow.h"
 #include "system/RegularProcesses.h"

@@ -1,7 +1,7 @@
 #include "system/SpaceSwitcher.h"
 
 #include "accessibility/AXUIElement.h"
-#include "app/Log.h"
+#include "log/Log.h"
 
 void SpaceSwitcher::ensureAccessibility()
 {

@@ -1,8 +1,8 @@
 #include "system/WindowIndex.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSDate.h"
+#include "log/Log.h"
 #include "system/Attribute.h"
 #include "system/Dictionaries.h"
 #include "system/ListedWindow.h"

@@ -1,6 +1,6 @@
-#include "app/Log.h"
-#include "app/Timing.h"
 #include "foundation/DispatchQueue.h"
+#include "log/Log.h"
+#include "log/Timing.h"
 #include "system/Attribute.h"
 #include "system/WindowIndex.h"
 

@@ -1,7 +1,7 @@
 #include "tamer/AlertStage.h"
 
-#include "app/Log.h"
 #include "foundation/NSProcessInfo.h"
+#include "log/Log.h"
 #include "system/Attribute.h"
 #include "system/Dictionaries.h"
 #include "system/Displays.h"

@@ -1,9 +1,9 @@
 #include "tamer/FocusedStage.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSBundle.h"
+#include "log/Log.h"
 #include "settings/Settings.h"
 #include "system/Attribute.h"
 #include "system/Displays.h"

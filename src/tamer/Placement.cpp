@@ -1,6 +1,6 @@
 #include "tamer/Placement.h"
 
-#include "app/Log.h"
+#include "log/Log.h"
 #include "system/Attribute.h"
 
 #include <algorithm>

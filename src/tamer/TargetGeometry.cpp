@@ -1,6 +1,6 @@
 #include "tamer/WindowTamer.h"
 
-#include "bar/Metrics.h"
+#include "look/Metrics.h"
 #include "settings/Settings.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "ModelTest.h"
 
-#include "bar/Appearance.h"
-#include "bar/HexColor.h"
+#include "look/Appearance.h"
+#include "look/HexColor.h"
 #include "settings/Settings.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include "bar/BarLevel.h"
 
-#include "app/Log.h"
+#include "log/Log.h"
 #include "windowserver/CGWindowLevel.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 #include "unit/DrawingText.h"
 
-#include "bar/HexColor.h"
+#include "look/HexColor.h"
 
 #include <sstream>
 

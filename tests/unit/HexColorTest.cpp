@@ -1,4 +1,4 @@
-#include "bar/HexColor.h"
+#include "look/HexColor.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
-#include "app/Log.h"
-#include "app/Timing.h"
+#include "log/Log.h"
 #include "base/Clock.h"
 #include "base/RunLoop.h"
+#include "log/Timing.h"
 
 #include <gtest/gtest.h>
 

@@ -2,12 +2,12 @@
 
 #include "Fixture.h"
 
-#include "app/Log.h"
 #include "base/Value.h"
-#include "controls/ShowDesktop.h"
+#include "log/Log.h"
 #include "model/BarItem.h"
 #include "model/Raise.h"
 #include "system/DockBadges.h"
+#include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
-#include "bar/Appearance.h"
+#include "look/Appearance.h"
 
-#include "bar/HexColor.h"
-#include "bar/Metrics.h"
-#include "bar/Palette.h"
+#include "look/HexColor.h"
+#include "look/Metrics.h"
+#include "look/Palette.h"
 #include "settings/Settings.h"
 
 namespace Appearance {

@@ -1,4 +1,4 @@
-#include "bar/FloatingPanel.h"
+#include "look/FloatingPanel.h"
 
 FloatingPanel::FloatingPanel(CGSize size, CGWindowLevelKey level)
     : NSPanel({ 0, 0, size.width, size.height }, NSWindowStyleMaskNonactivatingPanel, NSBackingStoreBuffered, false)

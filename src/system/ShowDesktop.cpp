@@ -1,9 +1,9 @@
-#include "controls/ShowDesktop.h"
+#include "system/ShowDesktop.h"
 
-#include "app/Log.h"
 #include "appkit/NSWorkspace.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSBundle.h"
+#include "log/Log.h"
 #include "system/Attribute.h"
 
 #include <algorithm>

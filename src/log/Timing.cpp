@@ -1,4 +1,4 @@
-#include "app/Timing.h"
+#include "log/Timing.h"
 
 #include "foundation/NSDate.h"
 #include "foundation/NSFileHandle.h"

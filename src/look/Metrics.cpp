@@ -1,4 +1,4 @@
-#include "bar/Metrics.h"
+#include "look/Metrics.h"
 
 #include "settings/Settings.h"
 
