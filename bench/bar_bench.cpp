@@ -8,7 +8,6 @@
 #include "embedded/EmbeddedDesktop.h"
 #include "embedded/ScenarioBuilder.h"
 #include "foundation/PreferenceDomain.h"
-#include "model/DockModel.h"
 #include "settings/Settings.h"
 #include "system/WindowIndex.h"
 #include "tamer/WindowTamer.h"

@@ -3,7 +3,7 @@
 #include "appkit/NSWorkspace.h"
 #include "bar/BarLevel.h"
 #include "look/Metrics.h"
-#include "model/DockModel.h"
+#include "model/Entries.h"
 #include "settings/Settings.h"
 #include "system/WindowIndex.h"
 

@@ -6,7 +6,7 @@
 #include "bar/TooltipPanel.h"
 #include "controls/Trash.h"
 #include "look/Palette.h"
-#include "model/DockModel.h"
+#include "model/Items.h"
 #include "settings/Settings.h"
 #include "system/ShowDesktop.h"
 

@@ -2,6 +2,7 @@
 
 #include "bar/PanelPlace.h"
 #include "log/Log.h"
+#include "system/WindowRaise.h"
 
 #include <utility>
 

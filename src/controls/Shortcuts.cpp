@@ -4,7 +4,7 @@
 #include "foundation/NSProcessInfo.h"
 #include "foundation/NSTimer.h"
 #include "log/Log.h"
-#include "model/DockModel.h"
+#include "model/Click.h"
 #include "settings/Settings.h"
 #include "system/ShowDesktop.h"
 #include "windowserver/CGEvent.h"

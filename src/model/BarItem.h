@@ -36,3 +36,10 @@ struct BarItem {
 
 /// The item's application; absent when it isn't running any more.
 std::optional<NSRunningApplication> runningApplication(const BarItem& item);
+
+namespace DockModel {
+
+/// What stands for an application in the settings: its bundle identifier, or its name when it has none.
+std::string key(const BarItem& item);
+
+}

@@ -1,4 +1,4 @@
-#include "model/DockModel.h"
+#include "model/Click.h"
 
 #include "appkit/NSWorkspace.h"
 #include "log/Log.h"
@@ -7,6 +7,7 @@
 #include "model/Raise.h"
 #include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
+#include "system/WindowRaise.h"
 
 namespace {
 

@@ -1,6 +1,7 @@
-#include "model/DockModel.h"
+#include "model/Entries.h"
 
 #include "log/Log.h"
+#include "model/Items.h"
 #include "settings/Settings.h"
 #include "system/DockBadges.h"
 #include "system/SpaceScanner.h"

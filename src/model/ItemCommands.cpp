@@ -1,4 +1,4 @@
-#include "model/DockModel.h"
+#include "model/ItemCommands.h"
 
 #include "appkit/NSWorkspace.h"
 #include "log/Log.h"

@@ -1,8 +1,10 @@
-#include "model/DockModel.h"
+#include "model/Items.h"
 
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSBundle.h"
 #include "foundation/NSFileManager.h"
+#include "model/Ordering.h"
+#include "model/PinnedApps.h"
 #include "settings/Settings.h"
 
 #include <unordered_map>
@@ -11,6 +13,8 @@
 namespace {
 
 using DockModel::PinnedApp;
+
+constexpr const char* finderBundleID = "com.apple.finder";
 
 /// A pinned application with the path that tells it from others.
 struct PinnedEntry {
@@ -132,7 +136,7 @@ void addRunning(const Running& running, const std::unordered_set<pid_t>& claimed
         if (application.activationPolicy() != NSApplicationActivationPolicyRegular || claimed.contains(pid))
             continue;
         auto identifier = application.bundleIdentifier();
-        if (identifier == ownIdentifier || (barShowsFinder && identifier == DockModel::finderBundleID))
+        if (identifier == ownIdentifier || (barShowsFinder && identifier == finderBundleID))
             continue;
         items.push_back({
             .name = application.localizedName().value_or("?"),
@@ -154,11 +158,6 @@ std::vector<BarItem> DockModel::items()
     const auto claimed = addPinned(running, items);
     addRunning(running, claimed, items);
     return ordered(std::move(items));
-}
-
-std::string DockModel::key(const BarItem& item)
-{
-    return item.bundleID.value_or(item.name);
 }
 
 std::optional<BarItem> DockModel::finderItem()

@@ -1,4 +1,4 @@
-#include "model/DockModel.h"
+#include "model/Ordering.h"
 
 #include "foundation/NSString.h"
 #include "settings/Settings.h"

@@ -1,4 +1,4 @@
-#include "model/DockModel.h"
+#include "model/PinnedApps.h"
 
 #include "foundation/NSUserDefaults.h"
 #include "log/Log.h"

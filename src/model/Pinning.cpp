@@ -1,4 +1,4 @@
-#include "model/DockModel.h"
+#include "model/Pinning.h"
 
 #include "log/Log.h"
 #include "settings/Settings.h"

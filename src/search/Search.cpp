@@ -4,6 +4,7 @@
 #include "foundation/NSString.h"
 #include "search/AppCatalog.h"
 #include "system/WindowIndex.h"
+#include "system/WindowRaise.h"
 
 #include <optional>
 

@@ -45,7 +45,4 @@ void requestScreenRecording();
 /// The focused window of the frontmost application.
 std::optional<std::uint32_t> focusedWindowID();
 
-/// Brings one window forward, un-minimised. Returns at once; it is tried once, on a queue of its own.
-void raise(std::uint32_t windowID, pid_t pid);
-
 }

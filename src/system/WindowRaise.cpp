@@ -1,8 +1,9 @@
+#include "system/WindowRaise.h"
+
 #include "foundation/DispatchQueue.h"
 #include "log/Log.h"
 #include "log/Timing.h"
 #include "system/Attribute.h"
-#include "system/WindowIndex.h"
 
 #include <algorithm>
 

@@ -7,7 +7,7 @@
 #include "system/Displays.h"
 #include "system/ListedWindow.h"
 #include "tamer/Placement.h"
-#include "tamer/WindowTamer.h"
+#include "tamer/TargetGeometry.h"
 #include "windowserver/CGWindow.h"
 
 #include <algorithm>

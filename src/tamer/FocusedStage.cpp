@@ -9,7 +9,7 @@
 #include "system/Displays.h"
 #include "system/WindowIndex.h"
 #include "tamer/Placement.h"
-#include "tamer/WindowTamer.h"
+#include "tamer/TargetGeometry.h"
 
 #include <algorithm>
 

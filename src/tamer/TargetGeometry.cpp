@@ -1,4 +1,4 @@
-#include "tamer/WindowTamer.h"
+#include "tamer/TargetGeometry.h"
 
 #include "look/Metrics.h"
 #include "settings/Settings.h"

@@ -3,7 +3,7 @@
 #include "appkit/NSWorkspace.h"
 #include "foundation/NSProcessInfo.h"
 #include "model/AppHistory.h"
-#include "model/DockModel.h"
+#include "model/Click.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "ModelTest.h"
 
-#include "model/DockModel.h"
+#include "model/Entries.h"
 #include "settings/Settings.h"
 #include "system/Displays.h"
 

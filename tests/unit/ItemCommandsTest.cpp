@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
-#include "model/DockModel.h"
+#include "model/ItemCommands.h"
+#include "model/Pinning.h"
 #include "settings/Settings.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "ModelTest.h"
 
 #include "foundation/NSUserDefaults.h"
-#include "model/DockModel.h"
+#include "model/Items.h"
 #include "settings/Settings.h"
 
 namespace {

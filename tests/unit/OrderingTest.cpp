@@ -1,6 +1,6 @@
 #include "ModelTest.h"
 
-#include "model/DockModel.h"
+#include "model/Ordering.h"
 #include "settings/Settings.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "ModelTest.h"
 
 #include "settings/Settings.h"
-#include "tamer/WindowTamer.h"
+#include "tamer/TargetGeometry.h"
 
 namespace {
 

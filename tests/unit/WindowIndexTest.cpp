@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "base/CGGeometry.h"
+#include "system/WindowRaise.h"
 #include "windowserver/CGWindow.h"
 
 namespace {
