@@ -1,6 +1,6 @@
 #include "x11/ProcessList.h"
 
-#include "x11/ProcessFiles.h"
+#include "freedesktop/ProcessFiles.h"
 #include "x11/WindowIcon.h"
 
 #include <unistd.h>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "freedesktop/InstalledApplications.h"
 #include "host/Processes.h"
-#include "x11/InstalledApplications.h"
 #include "x11/WindowManager.h"
 
 #include <atomic>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "freedesktop/Badges.h"
 #include "host/Accessibility.h"
-#include "x11/Badges.h"
 #include "x11/ProcessList.h"
 
 namespace x11 {

@@ -1,6 +1,6 @@
-#include "x11/Launching.h"
+#include "freedesktop/Launching.h"
 
-#include "x11/LaunchContext.h"
+#include "freedesktop/LaunchContext.h"
 
 #include <gio/gdesktopappinfo.h>
 

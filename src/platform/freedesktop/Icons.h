@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/IconSource.h"
-#include "x11/IconTheme.h"
+#include "freedesktop/IconTheme.h"
 
 #include <memory>
 #include <string>

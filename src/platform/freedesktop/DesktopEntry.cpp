@@ -1,4 +1,4 @@
-#include "x11/DesktopEntry.h"
+#include "freedesktop/DesktopEntry.h"
 
 #include <algorithm>
 #include <map>

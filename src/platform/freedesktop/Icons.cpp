@@ -1,4 +1,4 @@
-#include "x11/Icons.h"
+#include "freedesktop/Icons.h"
 
 namespace x11 {
 

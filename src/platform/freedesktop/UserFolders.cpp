@@ -1,4 +1,4 @@
-#include "x11/UserFolders.h"
+#include "freedesktop/UserFolders.h"
 
 #include <glib.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "freedesktop/DesktopEntries.h"
+#include "freedesktop/Icons.h"
 #include "host/Applications.h"
-#include "x11/DesktopEntries.h"
-#include "x11/Icons.h"
 
 namespace x11 {
 

@@ -1,6 +1,6 @@
-#include "x11/IconTheme.h"
+#include "freedesktop/IconTheme.h"
 
-#include "x11/UserFolders.h"
+#include "freedesktop/UserFolders.h"
 
 #include <glib.h>
 

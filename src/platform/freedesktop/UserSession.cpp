@@ -1,7 +1,7 @@
-#include "x11/UserSession.h"
+#include "freedesktop/UserSession.h"
 
 #include "base/PropertyList.h"
-#include "x11/UserFolders.h"
+#include "freedesktop/UserFolders.h"
 
 #include <filesystem>
 #include <fstream>

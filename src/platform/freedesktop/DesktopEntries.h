@@ -1,6 +1,6 @@
 #pragma once
 
-#include "x11/DesktopEntry.h"
+#include "freedesktop/DesktopEntry.h"
 
 #include <sys/types.h>
 

@@ -1,4 +1,4 @@
-#include "x11/ProcessFiles.h"
+#include "freedesktop/ProcessFiles.h"
 
 #include <filesystem>
 #include <fstream>

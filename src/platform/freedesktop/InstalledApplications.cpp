@@ -1,7 +1,7 @@
-#include "x11/InstalledApplications.h"
+#include "freedesktop/InstalledApplications.h"
 
-#include "x11/Launching.h"
-#include "x11/UserFolders.h"
+#include "freedesktop/Launching.h"
+#include "freedesktop/UserFolders.h"
 
 #include <glib.h>
 

@@ -1,4 +1,4 @@
-#include "x11/Badges.h"
+#include "freedesktop/Badges.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "x11/DesktopEntries.h"
+#include "freedesktop/DesktopEntries.h"
 
 #include <gio/gio.h>
 

@@ -1,6 +1,6 @@
-#include "x11/LaunchContext.h"
+#include "freedesktop/LaunchContext.h"
 
-#include "x11/ProcessFiles.h"
+#include "freedesktop/ProcessFiles.h"
 #include "x11/StartupNotice.h"
 
 #include <gio/gdesktopappinfo.h>

@@ -1,7 +1,7 @@
-#include "x11/DesktopEntries.h"
+#include "freedesktop/DesktopEntries.h"
 
-#include "x11/ProcessFiles.h"
-#include "x11/UserFolders.h"
+#include "freedesktop/ProcessFiles.h"
+#include "freedesktop/UserFolders.h"
 
 #include <glib.h>
 
