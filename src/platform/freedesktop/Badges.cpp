@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 /// Without one, asking for the bus would start a bus of our own.

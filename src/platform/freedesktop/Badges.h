@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace x11 {
+namespace freedesktop {
 
 /// The counts that applications show on their launchers, as they tell them by signals of
 /// com.canonical.Unity.LauncherEntry on the session bus. Signals come on the main thread; reading is safe from any.

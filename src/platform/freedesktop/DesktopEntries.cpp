@@ -18,7 +18,7 @@
 #include <unordered_set>
 #include <utility>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 namespace fs = std::filesystem;

@@ -10,7 +10,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace x11 {
+namespace freedesktop {
 
 /// The installed applications' desktop entries. They are read when one is first asked for, all in one go, and again
 /// when something is looked for in vain after a folder has changed. An entry, once handed out, stays as it is.

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 std::string_view trimmed(std::string_view text)

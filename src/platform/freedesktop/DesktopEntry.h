@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace x11 {
+namespace freedesktop {
 
 /// What an installed application says of itself in its desktop entry, so far as is needed to find and show it.
 struct DesktopEntry {

@@ -11,7 +11,7 @@
 #include <memory>
 #include <string_view>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 constexpr int wantedSize = 64;

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace x11 {
+namespace freedesktop {
 
 /// Finds the picture file of a named icon in the user's icon theme, the themes that it inherits, and the shared folders
 /// of pictures. A scalable picture is preferred, else the smallest of at least 64 pixels, else the largest.

@@ -1,6 +1,6 @@
 #include "freedesktop/Icons.h"
 
-namespace x11 {
+namespace freedesktop {
 
 const char* const Icons::applicationSvg = R"(<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 64 64">
 <rect x="6" y="10" width="52" height="44" rx="7" fill="#5c6f82"/>

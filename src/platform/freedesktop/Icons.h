@@ -7,7 +7,7 @@
 #include <string>
 #include <unordered_map>
 
-namespace x11 {
+namespace freedesktop {
 
 /// The desktop's icons, one object for each picture.
 class Icons {

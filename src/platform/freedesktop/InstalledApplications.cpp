@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 /// The list of all applications, which on this desktop a program of its own shows.
@@ -68,25 +68,25 @@ std::optional<std::vector<std::string>> InstalledApplications::bundles(const std
 bool InstalledApplications::open(const std::string& path)
 {
     if (path == allApplicationsPath)
-        return Launching::launchApplicationFinder();
+        return Launching::launchApplicationFinder(notifier_);
     const Entry entry = entries_.withPath(path);
     if (!entry)
         return false;
     if (entry == folderHandler())
-        return Launching::openWithHandler(fileURL(homeFolder()));
-    return Launching::launchEntry(entry->entry.file);
+        return Launching::openWithHandler(fileURL(homeFolder()), notifier_);
+    return Launching::launchEntry(entry->entry.file, notifier_);
 }
 
 bool InstalledApplications::openURL(const std::string& url)
 {
     if (pathOf(url) != homeFolder() + "/.Trash")
-        return Launching::openWithHandler(url);
-    if (Launching::tryHandler("trash:///"))
+        return Launching::openWithHandler(url, notifier_);
+    if (Launching::tryHandler("trash:///", notifier_))
         return true;
     // It comes into being with the first file that is thrown away.
     std::error_code error;
     std::filesystem::create_directories(trashFolder(), error);
-    return Launching::openWithHandler(fileURL(trashFolder()));
+    return Launching::openWithHandler(fileURL(trashFolder()), notifier_);
 }
 
 std::string InstalledApplications::identifierOf(const Entry& entry)

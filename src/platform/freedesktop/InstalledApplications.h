@@ -2,14 +2,20 @@
 
 #include "freedesktop/DesktopEntries.h"
 #include "freedesktop/Icons.h"
+#include "freedesktop/LaunchNotifier.h"
 #include "host/Applications.h"
 
-namespace x11 {
+namespace freedesktop {
 
 /// Installed applications as bundles, each a desktop entry.
 class InstalledApplications final : public host::Applications {
 public:
     using Entry = DesktopEntries::Handle;
+
+    explicit InstalledApplications(LaunchNotifier& notifier)
+        : notifier_(notifier)
+    {
+    }
 
     std::optional<std::string> identifier(const std::string& path) override;
     std::optional<std::string> displayName(const std::string& path) override;
@@ -27,6 +33,7 @@ public:
     Entry folderHandler();
 
 private:
+    LaunchNotifier& notifier_;
     DesktopEntries entries_;
     Icons icons_;
     /// The id of the folder handler's entry; empty when there is none.

@@ -1,7 +1,6 @@
 #include "freedesktop/LaunchContext.h"
 
 #include "freedesktop/ProcessFiles.h"
-#include "x11/StartupNotice.h"
 
 #include <gio/gdesktopappinfo.h>
 
@@ -11,9 +10,9 @@
 
 extern "C" {
 
-/// Nothing but its class differs from any other launch context.
 struct VantryLaunchContext {
     GAppLaunchContext parent;
+    freedesktop::LaunchNotifier* notifier;
 };
 struct VantryLaunchContextClass {
     GAppLaunchContextClass parent;
@@ -26,20 +25,25 @@ static std::string textOf(const char* text)
     return text ? text : "";
 }
 
-static char* announce(GAppLaunchContext*, GAppInfo* info, GList*)
+static freedesktop::LaunchNotifier& notifierOf(GAppLaunchContext* context)
+{
+    return *reinterpret_cast<VantryLaunchContext*>(context)->notifier;
+}
+
+static char* announce(GAppLaunchContext* context, GAppInfo* info, GList*)
 {
     auto* entry = G_DESKTOP_APP_INFO(info);
     const std::unique_ptr<char, decltype(&g_free)> icon(g_desktop_app_info_get_string(entry, "Icon"), g_free);
     const std::string identifier
-        = x11::StartupNotice::begin({ textOf(g_app_info_get_name(info)), textOf(g_app_info_get_executable(info)),
+        = notifierOf(context).begin({ textOf(g_app_info_get_name(info)), textOf(g_app_info_get_executable(info)),
             textOf(icon.get()), textOf(g_desktop_app_info_get_startup_wm_class(entry)) });
     return identifier.empty() ? nullptr : g_strdup(identifier.c_str());
 }
 
-static void takeBack(GAppLaunchContext*, const char* identifier)
+static void takeBack(GAppLaunchContext* context, const char* identifier)
 {
     if (identifier)
-        x11::StartupNotice::cancel(identifier);
+        notifierOf(context).cancel(identifier);
 }
 
 static void vantry_launch_context_class_init(VantryLaunchContextClass* context)
@@ -51,7 +55,7 @@ static void vantry_launch_context_class_init(VantryLaunchContextClass* context)
 static void vantry_launch_context_init(VantryLaunchContext*) { }
 }
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 std::string nameOf(std::string_view assignment)
@@ -84,9 +88,11 @@ void restoreEnvironment(GAppLaunchContext* context)
 
 }
 
-Owned<GAppLaunchContext> makeLaunchContext()
+Owned<GAppLaunchContext> makeLaunchContext(LaunchNotifier& notifier)
 {
-    Owned<GAppLaunchContext> context(G_APP_LAUNCH_CONTEXT(g_object_new(vantry_launch_context_get_type(), nullptr)));
+    auto* made = static_cast<VantryLaunchContext*>(g_object_new(vantry_launch_context_get_type(), nullptr));
+    made->notifier = &notifier;
+    Owned<GAppLaunchContext> context(&made->parent);
     restoreEnvironment(context.get());
     return context;
 }

@@ -9,7 +9,7 @@
 #include <memory>
 #include <vector>
 
-namespace x11::Launching {
+namespace freedesktop::Launching {
 namespace {
 
 /// Where an operation puts what went wrong; it is told to whoever looks at standard error.
@@ -36,7 +36,7 @@ private:
     GError* error_ = nullptr;
 };
 
-bool spawn(std::initializer_list<const char*> command)
+bool spawn(std::initializer_list<const char*> command, LaunchNotifier& notifier)
 {
     const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(*command.begin()), g_free);
     if (!path)
@@ -45,7 +45,7 @@ bool spawn(std::initializer_list<const char*> command)
     for (const char* argument : command)
         arguments.push_back(const_cast<char*>(argument));
     arguments.push_back(nullptr);
-    const Owned<GAppLaunchContext> context = makeLaunchContext();
+    const Owned<GAppLaunchContext> context = makeLaunchContext(notifier);
     const std::unique_ptr<char*, decltype(&g_strfreev)> environment(
         g_app_launch_context_get_environment(context.get()), g_strfreev);
     return g_spawn_async(
@@ -54,7 +54,7 @@ bool spawn(std::initializer_list<const char*> command)
 
 }
 
-bool launchEntry(const std::string& entryFile)
+bool launchEntry(const std::string& entryFile, LaunchNotifier& notifier)
 {
     const Owned<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entryFile.c_str()));
     if (!application) {
@@ -62,21 +62,21 @@ bool launchEntry(const std::string& entryFile)
         return false;
     }
     Failure failure(entryFile);
-    return g_app_info_launch(G_APP_INFO(application.get()), nullptr, makeLaunchContext().get(), failure);
+    return g_app_info_launch(G_APP_INFO(application.get()), nullptr, makeLaunchContext(notifier).get(), failure);
 }
 
-bool tryHandler(const std::string& url)
+bool tryHandler(const std::string& url, LaunchNotifier& notifier)
 {
-    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext().get(), nullptr);
+    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext(notifier).get(), nullptr);
 }
 
-bool openWithHandler(const std::string& url)
+bool openWithHandler(const std::string& url, LaunchNotifier& notifier)
 {
     Failure failure(url);
-    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext().get(), failure);
+    return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext(notifier).get(), failure);
 }
 
-bool launchApplicationFinder()
+bool launchApplicationFinder(LaunchNotifier& notifier)
 {
     static const std::initializer_list<const char*> finders[] = {
         { "xfce4-appfinder" },
@@ -89,7 +89,7 @@ bool launchApplicationFinder()
         { "dmenu_run" },
     };
     for (const auto& finder : finders) {
-        if (spawn(finder))
+        if (spawn(finder, notifier))
             return true;
     }
     return false;

@@ -1,17 +1,19 @@
 #pragma once
 
+#include "freedesktop/LaunchNotifier.h"
+
 #include <string>
 
 /// Starting programs and handing things to what opens them. False where nothing could be started, which is also told on
 /// standard error.
-namespace x11::Launching {
+namespace freedesktop::Launching {
 
-bool launchEntry(const std::string& entryFile);
-bool openWithHandler(const std::string& url);
+bool launchEntry(const std::string& entryFile, LaunchNotifier& notifier);
+bool openWithHandler(const std::string& url, LaunchNotifier& notifier);
 /// The same, where failing is nothing to tell.
-bool tryHandler(const std::string& url);
+bool tryHandler(const std::string& url, LaunchNotifier& notifier);
 /// The first of the known finders of applications that is installed.
-bool launchApplicationFinder();
+bool launchApplicationFinder(LaunchNotifier& notifier);
 /// The id of the entry that opens things of a type; empty when there is none.
 std::string handlerOf(const char* contentType);
 

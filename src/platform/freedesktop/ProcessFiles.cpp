@@ -4,7 +4,7 @@
 #include <fstream>
 #include <string_view>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 std::string baseName(std::string_view path)

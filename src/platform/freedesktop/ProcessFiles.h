@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace x11 {
+namespace freedesktop {
 
 /// The whole file; empty when it can't be read.
 std::string contentsOf(const std::string& path);

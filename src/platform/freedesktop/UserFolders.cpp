@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <sstream>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 /// The value of a variable that must hold an absolute path; else `otherwise`.

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-namespace x11 {
+namespace freedesktop {
 
 /// The user's folders, after the base directory rules of the desktop.
 std::string homeFolder();

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-namespace x11 {
+namespace freedesktop {
 namespace {
 
 namespace fs = std::filesystem;
@@ -44,12 +44,12 @@ std::string UserSession::preferencesFolder()
 
 std::string UserSession::homeFolder()
 {
-    return x11::homeFolder();
+    return freedesktop::homeFolder();
 }
 
 std::string UserSession::locate(const std::string& path)
 {
-    const std::string trash = x11::homeFolder() + "/.Trash";
+    const std::string trash = freedesktop::homeFolder() + "/.Trash";
     if (path == trash || path.starts_with(trash + '/'))
         return trashFolder() + path.substr(trash.size());
     return path;

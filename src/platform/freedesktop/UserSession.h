@@ -2,7 +2,7 @@
 
 #include "host/Session.h"
 
-namespace x11 {
+namespace freedesktop {
 
 class UserSession final : public host::Session {
 public:

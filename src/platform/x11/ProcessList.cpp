@@ -11,11 +11,11 @@
 namespace x11 {
 namespace {
 
+namespace StandIns = freedesktop::StandIns;
+
 using host::ActivationPolicy;
 using host::Process;
 using host::ProcessEvent;
-
-constexpr const char* ownIdentifier = "com.merrowen.vantry";
 
 bool same(const Process& a, const Process& b)
 {
@@ -45,7 +45,8 @@ const std::string& firstNonEmpty(std::initializer_list<const std::string*> texts
 }
 
 ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, const WindowManager& manager,
-    InstalledApplications& applications, std::optional<pid_t> otherInstance, std::function<void()> updateSoon)
+    freedesktop::InstalledApplications& applications, std::optional<pid_t> otherInstance,
+    std::function<void()> updateSoon)
     : connection_(connection)
     , mirror_(mirror)
     , manager_(manager)
@@ -154,37 +155,13 @@ std::vector<std::pair<pid_t, ProcessList::Windows>> ProcessList::owners() const
 std::vector<Process> ProcessList::describeAll()
 {
     const auto icon = applications_.icons().application();
-    std::vector<Process> processes {
-        { standInDock, ActivationPolicy::accessory, "com.apple.dock", {}, "Dock", icon, false },
-        { getpid(), ActivationPolicy::accessory, ownIdentifier, {}, "Vantry", icon, false },
-    };
+    std::vector<Process> processes { StandIns::dockProcess(icon), StandIns::ownProcess(getpid(), icon) };
     if (otherInstance_)
-        processes.push_back({ *otherInstance_, ActivationPolicy::accessory, ownIdentifier, {}, "Vantry", icon, false });
+        processes.push_back(StandIns::ownProcess(*otherInstance_, icon));
     for (const auto& [pid, windows] : owners())
         processes.push_back(describe(pid, windows));
-    addFinder(processes);
+    finder_ = StandIns::addFinder(processes, applications_);
     return processes;
-}
-
-/// The Finder always runs: the application that opens folders, or what stands for it, and comes first.
-void ProcessList::addFinder(std::vector<Process>& processes)
-{
-    const auto handler = applications_.folderHandler();
-    if (!handler) {
-        finder_ = 0;
-        return;
-    }
-    const auto running = std::ranges::find_if(
-        processes, [](const Process& process) { return process.bundleIdentifier == finderIdentifier; });
-    if (running == processes.end()) {
-        processes.insert(processes.begin(),
-            { standInFinder, ActivationPolicy::regular, finderIdentifier, handler->bundlePath, handler->entry.name,
-                applications_.iconOf(handler), false });
-    } else {
-        running->policy = ActivationPolicy::regular;
-        std::rotate(processes.begin(), running, std::next(running));
-    }
-    finder_ = processes.front().pid;
 }
 
 Process ProcessList::describe(pid_t pid, const Windows& windows)
@@ -257,7 +234,7 @@ ProcessList::Identity ProcessList::identify(const WindowRecord& window)
         identity.name = entry->entry.name;
         identity.icon = applications_.icons().named(entry->entry.icon);
     } else {
-        const std::string program = programOf(window.pid);
+        const std::string program = freedesktop::programOf(window.pid);
         if (!facts.className.empty())
             identity.identifier = facts.className;
         identity.name = firstNonEmpty({ &facts.className, &program, &window.title() });

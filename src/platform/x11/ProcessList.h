@@ -1,6 +1,6 @@
 #pragma once
 
-#include "freedesktop/InstalledApplications.h"
+#include "freedesktop/StandIns.h"
 #include "host/Processes.h"
 #include "x11/WindowManager.h"
 
@@ -9,10 +9,6 @@
 
 namespace x11 {
 
-/// Processes that the server knows nothing of. No system call is ever made with these numbers.
-inline constexpr pid_t standInFinder = -1000;
-inline constexpr pid_t standInDock = -1001;
-
 /// The running applications: the processes that own listed windows, our own, and stand-ins for the Dock and, while the
 /// application that opens folders has no window, for the Finder.
 class ProcessList final : public host::Processes {
@@ -20,7 +16,8 @@ public:
     /// `otherInstance` is the process of this program that was there before. `updateSoon` has `update` called from the
     /// run loop.
     ProcessList(Connection& connection, const WindowMirror& mirror, const WindowManager& manager,
-        InstalledApplications& applications, std::optional<pid_t> otherInstance, std::function<void()> updateSoon);
+        freedesktop::InstalledApplications& applications, std::optional<pid_t> otherInstance,
+        std::function<void()> updateSoon);
 
     const std::vector<std::shared_ptr<const host::Process>>& running() override { return running_; }
     std::shared_ptr<const host::Process> find(pid_t pid) override;
@@ -58,13 +55,12 @@ private:
     bool isHidden(pid_t pid, const Windows& windows);
     host::Process describe(pid_t pid, const Windows& windows);
     std::vector<host::Process> describeAll();
-    void addFinder(std::vector<host::Process>& processes);
     Events adopt(std::vector<host::Process> processes);
 
     Connection& connection_;
     const WindowMirror& mirror_;
     const WindowManager& manager_;
-    InstalledApplications& applications_;
+    freedesktop::InstalledApplications& applications_;
     std::optional<pid_t> otherInstance_;
     std::function<void()> updateSoon_;
     std::vector<std::shared_ptr<const host::Process>> running_;

@@ -12,7 +12,7 @@
 #include <memory>
 #include <string_view>
 
-namespace x11::StartupNotice {
+namespace x11 {
 namespace {
 
 class Sender {
@@ -105,27 +105,41 @@ std::string field(std::string_view key, std::string_view value)
     return text + '"';
 }
 
-}
+class StartupNotice final : public freedesktop::LaunchNotifier {
+public:
+    std::string begin(const Program& program) override;
+    void cancel(const std::string& identifier) override;
 
-std::string begin(const Program& program)
+private:
+    int count_ = 0;
+};
+
+std::string StartupNotice::begin(const Program& program)
 {
     const Sender sender;
     if (!sender.isConnected())
         return {};
-    static int count = 0;
-    const std::string identifier
-        = "vantry-" + std::to_string(getpid()) + '-' + std::to_string(++count) + "_TIME" + std::to_string(sender.now());
+    const std::string identifier = "vantry-" + std::to_string(getpid()) + '-' + std::to_string(++count_) + "_TIME"
+        + std::to_string(sender.now());
     sender.send("new:" + field("ID", identifier) + field("NAME", program.name)
         + " SCREEN=" + std::to_string(sender.screen()) + field("BIN", program.executable) + field("ICON", program.icon)
         + field("WMCLASS", program.wmClass));
     return identifier;
 }
 
-void cancel(const std::string& identifier)
+void StartupNotice::cancel(const std::string& identifier)
 {
     const Sender sender;
     if (sender.isConnected())
         sender.send("remove:" + field("ID", identifier));
+}
+
+}
+
+freedesktop::LaunchNotifier& startupNotice()
+{
+    static StartupNotice notice;
+    return notice;
 }
 
 }

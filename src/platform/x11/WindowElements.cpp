@@ -68,7 +68,7 @@ int pixels(double points)
 
 bool WindowElements::isApplication(pid_t pid) const
 {
-    if (pid == standInDock || pid == processes_.finder())
+    if (pid == freedesktop::StandIns::dock || pid == processes_.finder())
         return true;
     return mirror_.read([&](const DesktopState& state) {
         return std::ranges::any_of(
@@ -106,7 +106,7 @@ AXError WindowElements::readApplication(pid_t pid, std::string_view attribute, A
             return kAXErrorSuccess;
         });
     }
-    if (attribute == "AXChildren" && pid == standInDock) {
+    if (attribute == "AXChildren" && pid == freedesktop::StandIns::dock) {
         value = std::vector { ElementID { pid, Kind::other, dockListElement } };
         return kAXErrorSuccess;
     }
@@ -143,7 +143,7 @@ AXError WindowElements::readOther(const ElementID& element, std::string_view att
 {
     if (element.id == desktopElement)
         return attribute == "AXSize" || attribute == "AXPosition" ? kAXErrorNoValue : kAXErrorAttributeUnsupported;
-    if (element.pid != standInDock)
+    if (element.pid != freedesktop::StandIns::dock)
         return kAXErrorInvalidUIElement;
     if (element.id == dockListElement) {
         if (attribute != "AXChildren")

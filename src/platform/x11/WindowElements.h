@@ -10,8 +10,8 @@ namespace x11 {
 /// application can hang it. The Dock's tree holds the badges.
 class WindowElements final : public host::Accessibility {
 public:
-    WindowElements(
-        const WindowMirror& mirror, const WindowManager& manager, const ProcessList& processes, const Badges& badges)
+    WindowElements(const WindowMirror& mirror, const WindowManager& manager, const ProcessList& processes,
+        const freedesktop::Badges& badges)
         : mirror_(mirror)
         , manager_(manager)
         , processes_(processes)
@@ -38,7 +38,7 @@ private:
     const WindowMirror& mirror_;
     const WindowManager& manager_;
     const ProcessList& processes_;
-    const Badges& badges_;
+    const freedesktop::Badges& badges_;
 };
 
 }

@@ -7,6 +7,7 @@
 #include "x11/Instance.h"
 #include "x11/Keyboard.h"
 #include "x11/PointerWatch.h"
+#include "x11/StartupNotice.h"
 #include "x11/WindowCapture.h"
 #include "x11/WindowElements.h"
 #include "x11/WindowList.h"
@@ -219,19 +220,19 @@ private:
     std::unique_ptr<Connection> connection_;
     WindowMirror mirror_ { *connection_ };
     WindowManager manager_ { *connection_, mirror_ };
-    InstalledApplications applications_;
+    freedesktop::InstalledApplications applications_ { startupNotice() };
     Monitors monitors_ { *connection_, mirror_ };
     Instance instance_ { *connection_ };
     ProcessList processes_ { *connection_, mirror_, manager_, applications_, instance_.other(),
         [this] { updateProcessesSoon(); } };
     WindowList windows_ { mirror_, monitors_, processes_ };
-    Badges badges_ { applications_.entries() };
+    freedesktop::Badges badges_ { applications_.entries() };
     WindowElements elements_ { mirror_, manager_, processes_, badges_ };
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
     Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
     WindowCapture capture_ { mirror_ };
-    UserSession session_;
+    freedesktop::UserSession session_;
 
     bool isDisplayStale_ = false;
     /// Whether a process was asked for something since they were last looked at.

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "freedesktop/InstalledApplications.h"
+#include "host/Processes.h"
+
+/// Processes that the program looks for and that no window tells of.
+namespace freedesktop::StandIns {
+
+/// No system call is ever made with these numbers.
+inline constexpr pid_t finder = -1000;
+inline constexpr pid_t dock = -1001;
+
+host::Process dockProcess(const std::shared_ptr<const IconSource>& icon);
+/// This program, in this process or in another.
+host::Process ownProcess(pid_t pid, const std::shared_ptr<const IconSource>& icon);
+/// The Finder always runs: the application that opens folders, or what stands for it, and comes first. Its number; 0
+/// when no application opens folders.
+pid_t addFinder(std::vector<host::Process>& processes, InstalledApplications& applications);
+
+}
