@@ -5,7 +5,7 @@
 #include "foundation/NSProcessInfo.h"
 
 #include <array>
-#include <cstdio>
+#include <charconv>
 #include <string>
 
 bool Timing::enabled()
@@ -27,9 +27,11 @@ void Timing::since(std::uint64_t start, std::string_view label)
     const double milliseconds = end > start ? static_cast<double>(end - start) / 1'000'000 : 0.0;
 
     std::array<char, 32> figure {};
-    std::snprintf(figure.data(), figure.size(), " %.1fms\n", milliseconds);
+    const auto last = std::to_chars(figure.begin(), figure.end(), milliseconds, std::chars_format::fixed, 1).ptr;
     std::string line = "[time] ";
     line += label;
-    line += figure.data();
+    line += ' ';
+    line.append(figure.begin(), last);
+    line += "ms\n";
     NSFileHandle::writeToStandardError(line);
 }

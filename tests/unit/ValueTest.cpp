@@ -33,7 +33,7 @@ TEST(ValueTest, AnIntegerIsGivenOnlyWhereItFits)
     EXPECT_FALSE(Value(-1).integer<std::uint32_t>());
 }
 
-TEST(PropertyListTest, EveryKindOfValueComesBackFromItsXML)
+TEST(PropertyListTest, EveryKindOfValueComesBackFromItsFile)
 {
     const Value value(Value::Dictionary {
         { "true", true },
@@ -46,10 +46,13 @@ TEST(PropertyListTest, EveryKindOfValueComesBackFromItsXML)
         { "empty", "" },
         { "data", Value::Data { std::byte { 0 }, std::byte { 255 } } },
         { "date", Value::Date { 1'700'000'000 } },
+        { "old date", Value::Date { -1'000'000'000 } },
         { "array", Value::Array { 1, "two", Value::Array {} } },
         { "dictionary", Value::Dictionary { { "deep", Value::Dictionary {} } } },
     });
     EXPECT_EQ(PropertyList::parse(PropertyList::xml(value)), value) << PropertyList::xml(value);
+    EXPECT_EQ(PropertyList::parse(PropertyList::binary(value)), value) << PropertyList::xml(value);
+    EXPECT_TRUE(PropertyList::isBinary(PropertyList::binary(value)));
 }
 
 TEST(PropertyListTest, WhatIsNoPropertyListGivesNothing)

@@ -1,14 +1,38 @@
 #include "base/PropertyList.h"
 
+#include <locale.h>
 #include <plist/plist.h>
 
+#include <cmath>
 #include <cstdlib>
+#include <limits>
 #include <memory>
 
 namespace {
 
 /// Seconds from 1970 to 2001, where property-list dates begin.
 constexpr double dateEpoch = 978307200;
+
+/// The library reads numbers in the thread's locale, which may want a comma in them; files have a point.
+class PlainNumbers {
+public:
+    PlainNumbers()
+        : before_(::uselocale(plain()))
+    {
+    }
+    ~PlainNumbers() { ::uselocale(before_); }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+private:
+    static locale_t plain()
+    {
+        static const locale_t locale = ::newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+
+    locale_t before_;
+};
 
 struct NodeDeleter {
     void operator()(void* node) const { plist_free(node); }
@@ -19,21 +43,37 @@ struct TextDeleter {
 using Node = std::unique_ptr<void, NodeDeleter>;
 using Text = std::unique_ptr<char, TextDeleter>;
 
-std::optional<Value> valueOf(plist_t node);
+Value valueOf(plist_t node);
+plist_t nodeOf(const Value& value);
 
-std::optional<Value> arrayOf(plist_t node)
+std::string binaryOf(plist_t node)
+{
+    char* raw = nullptr;
+    std::uint32_t length = 0;
+    plist_to_bin(node, &raw, &length);
+    const Text bytes(raw);
+    return { bytes.get(), length };
+}
+
+/// The value, when it stands for just this node; else the node itself.
+Value exactly(plist_t node, const Value& value)
+{
+    std::string bytes = binaryOf(node);
+    const Node same(nodeOf(value));
+    if (binaryOf(same.get()) == bytes)
+        return value;
+    return Value::Opaque { std::move(bytes) };
+}
+
+Value arrayOf(plist_t node)
 {
     Value::Array array;
-    for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i) {
-        auto element = valueOf(plist_array_get_item(node, i));
-        if (!element)
-            return std::nullopt;
-        array.push_back(*std::move(element));
-    }
+    for (std::uint32_t i = 0; i < plist_array_get_size(node); ++i)
+        array.push_back(valueOf(plist_array_get_item(node, i)));
     return array;
 }
 
-std::optional<Value> dictionaryOf(plist_t node)
+Value dictionaryOf(plist_t node)
 {
     Value::Dictionary dictionary;
     plist_dict_iter rawIterator = nullptr;
@@ -46,21 +86,19 @@ std::optional<Value> dictionaryOf(plist_t node)
         const Text key(rawKey);
         if (!entry)
             return dictionary;
-        auto value = valueOf(entry);
-        if (!value)
-            return std::nullopt;
-        dictionary.set(key.get(), *std::move(value));
+        dictionary.set(key.get(), valueOf(entry));
     }
 }
 
-std::optional<Value> numberOf(plist_t node)
+Value numberOf(plist_t node)
 {
     std::uint64_t number = 0;
     plist_get_uint_val(node, &number);
-    return static_cast<std::int64_t>(number);
+    // From 2^63 on the number is another kind of node, which the library can't be asked to make.
+    return exactly(node, static_cast<std::int64_t>(number));
 }
 
-std::optional<Value> dataOf(plist_t node)
+Value dataOf(plist_t node)
 {
     char* raw = nullptr;
     std::uint64_t length = 0;
@@ -70,16 +108,32 @@ std::optional<Value> dataOf(plist_t node)
     return Value::Data(first, first + length);
 }
 
-std::optional<Value> dateOf(plist_t node)
+Value dateOf(plist_t node)
 {
     std::int32_t seconds = 0;
     std::int32_t microseconds = 0;
     plist_get_date_val(node, &seconds, &microseconds);
-    return Value::Date { dateEpoch + seconds + microseconds / 1e6 };
+    return exactly(node, Value::Date { dateEpoch + seconds + microseconds / 1e6 });
 }
 
-/// Absent for a kind of node that no property-list value has.
-std::optional<Value> valueOf(plist_t node)
+/// The library takes seconds in 32 bits, from 1933 to 2069.
+plist_t dateNode(Value::Date date)
+{
+    using Seconds = std::numeric_limits<std::int32_t>;
+    double whole = 0;
+    const double part = std::modf(date.secondsSince1970 - dateEpoch, &whole);
+    const double within = std::fmin(std::fmax(whole, Seconds::min()), Seconds::max());
+    return plist_new_date(static_cast<std::int32_t>(within), static_cast<std::int32_t>(std::lround(part * 1e6)));
+}
+
+plist_t opaqueNode(const Value::Opaque& opaque)
+{
+    plist_t node = nullptr;
+    plist_from_bin(opaque.bytes.data(), static_cast<std::uint32_t>(opaque.bytes.size()), &node);
+    return node;
+}
+
+Value valueOf(plist_t node)
 {
     switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN: {
@@ -109,7 +163,7 @@ std::optional<Value> valueOf(plist_t node)
     case PLIST_DATE:
         return dateOf(node);
     default:
-        return std::nullopt;
+        return Value::Opaque { binaryOf(node) };
     }
 }
 
@@ -121,10 +175,10 @@ plist_t nodeOf(const Value& value)
         return plist_new_string(text->c_str());
     if (const auto* bytes = value.data())
         return plist_new_data(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    if (const auto date = value.date()) {
-        const double seconds = date->secondsSince1970 - dateEpoch;
-        return plist_new_date(static_cast<std::int32_t>(seconds), 0);
-    }
+    if (const auto date = value.date())
+        return dateNode(*date);
+    if (const auto* opaque = value.opaque())
+        return opaqueNode(*opaque);
     if (const auto* array = value.array()) {
         plist_t node = plist_new_array();
         for (const Value& element : *array)
@@ -146,6 +200,7 @@ plist_t nodeOf(const Value& value)
 
 std::optional<Value> PropertyList::parse(std::string_view bytes)
 {
+    const PlainNumbers plain;
     plist_t raw = nullptr;
     plist_from_memory(bytes.data(), static_cast<std::uint32_t>(bytes.size()), &raw);
     const Node node(raw);
@@ -154,12 +209,24 @@ std::optional<Value> PropertyList::parse(std::string_view bytes)
     return valueOf(node.get());
 }
 
+bool PropertyList::isBinary(std::string_view bytes)
+{
+    return bytes.starts_with("bplist");
+}
+
 std::string PropertyList::xml(const Value& value)
 {
+    const PlainNumbers plain;
     const Node node(nodeOf(value));
     char* raw = nullptr;
     std::uint32_t length = 0;
     plist_to_xml(node.get(), &raw, &length);
     const Text text(raw);
     return { text.get(), length };
+}
+
+std::string PropertyList::binary(const Value& value)
+{
+    const Node node(nodeOf(value));
+    return binaryOf(node.get());
 }

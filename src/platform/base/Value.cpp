@@ -3,8 +3,9 @@
 #include "base/CGGeometry.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdio>
 
 namespace {
 
@@ -49,6 +50,11 @@ Value::Value(Data value)
 
 Value::Value(Date value)
     : content_(value)
+{
+}
+
+Value::Value(Opaque value)
+    : content_(std::make_shared<const Opaque>(std::move(value)))
 {
 }
 
@@ -103,6 +109,11 @@ std::optional<Value::Date> Value::date() const
     if (const auto* value = std::get_if<Date>(&content_))
         return *value;
     return std::nullopt;
+}
+
+const Value::Opaque* Value::opaque() const
+{
+    return shared<Opaque>(content_);
 }
 
 const Value::Array* Value::array() const
@@ -210,9 +221,9 @@ std::string joined(const auto& range, const auto& text, const char* open, const 
 
 std::string shortest(double number)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.15g", number);
-    return text;
+    std::array<char, 32> text {};
+    const auto end = std::to_chars(text.begin(), text.end(), number, std::chars_format::general, 15).ptr;
+    return { text.begin(), end };
 }
 
 }
@@ -231,6 +242,8 @@ std::string description(const Value& value)
         return "date " + shortest(date->secondsSince1970);
     if (const auto* bytes = value.data())
         return std::to_string(bytes->size()) + " bytes";
+    if (value.opaque())
+        return "opaque";
     if (const auto* array = value.array())
         return joined(
             *array, [](const Value& element) { return description(element); }, "[", "]");

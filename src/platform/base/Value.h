@@ -13,8 +13,9 @@
 
 struct CGRect;
 
-/// A property-list value: boolean, integer, double, string, data, date, array or dictionary. Immutable and shared, so a
-/// copy costs a reference count and may be read from any thread. Access is checked: the wrong type and a missing entry
+/// A property-list value: boolean, integer, double, string, data, date, array or dictionary, or something else that a
+/// file held, kept to be written back. Immutable and shared, so a copy costs a reference count and may be read from any
+/// thread. Access is checked: the wrong type and a missing entry
 /// give the same answer, an empty optional.
 class Value {
 public:
@@ -23,6 +24,11 @@ public:
     struct Date {
         double secondsSince1970 = 0;
         bool operator==(const Date&) const = default;
+    };
+    /// What none of the other kinds holds exactly, in the bytes that PropertyList knows it by.
+    struct Opaque {
+        std::string bytes;
+        bool operator==(const Opaque&) const = default;
     };
     class Dictionary;
 
@@ -38,6 +44,7 @@ public:
     Value(const char* value);
     Value(Data value);
     Value(Date value);
+    Value(Opaque value);
     Value(Array value);
     Value(Dictionary value);
 
@@ -60,6 +67,7 @@ public:
     const std::string* string() const;
     const Data* data() const;
     std::optional<Date> date() const;
+    const Opaque* opaque() const;
     const Array* array() const;
     const Dictionary* dictionary() const;
 
@@ -70,7 +78,7 @@ public:
 
 private:
     std::variant<bool, std::int64_t, double, Date, std::shared_ptr<const std::string>, std::shared_ptr<const Data>,
-        std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>>
+        std::shared_ptr<const Opaque>, std::shared_ptr<const Array>, std::shared_ptr<const Dictionary>>
         content_;
 };
 
