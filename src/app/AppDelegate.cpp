@@ -6,6 +6,7 @@
 #include "foundation/NSProcessInfo.h"
 #include "log/Log.h"
 #include "model/AppHistory.h"
+#include "settings/Settings.h"
 #include "system/SpaceSwitcher.h"
 #include "tamer/WindowTamer.h"
 
@@ -41,6 +42,7 @@ void AppDelegate::applicationDidFinishLaunching()
 
 void AppDelegate::start()
 {
+    Settings::followOtherPrograms();
     AppHistory::start();
     manager_ = std::make_shared<BarManager>();
     manager_->start();

@@ -11,7 +11,8 @@
 
 namespace Settings {
 
-/// Posted on the default notification centre after each write of a setting, also of the value it had.
+/// Posted on the default notification centre after each write of a setting, also of the value it had, and after another
+/// program has changed the store.
 inline constexpr const char* didChange = "VantrySettingsDidChange";
 
 /// The one way in which a setting is written.

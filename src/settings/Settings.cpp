@@ -50,6 +50,18 @@ void write(const Value& value, std::string_view key)
     NSNotificationCenter::defaultCenter().post(didChange);
 }
 
+void followOtherPrograms()
+{
+    // Never removed: the settings are there as long as the process.
+    static const auto observer = NSNotificationCenter::defaultCenter().addObserver(
+        NSUserDefaultsDidChangeNotification, [](const NSNotification&) {
+            Log::debug("settings: changed by another program");
+            NSNotificationCenter::defaultCenter().post(didChange);
+        });
+    // The store is watched from its first use on.
+    NSUserDefaults::standard();
+}
+
 StringMap Stored<StringMap>::read(const NSUserDefaults& store, std::string_view key, Empty)
 {
     StringMap map;

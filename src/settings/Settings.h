@@ -68,6 +68,9 @@ inline constexpr struct ComponentOrder {
     void set(const std::vector<BarComponent>& order) const;
 } componentOrder;
 
+/// Has what another program writes into the store be told as `didChange` too. Call at launch.
+void followOtherPrograms();
+
 /// The application buttons are always visible, and can't be made otherwise.
 bool isVisible(BarComponent component);
 void setVisible(BarComponent component, bool visible);

@@ -331,7 +331,7 @@ class Session:
     def key(self, *names):
         """Presses keys one after the other, by what is written on them; "Super+q" holds the first down."""
         for name in names:
-            parts = [part + "_L" if part in ("Super", "Control", "Shift") else part for part in name.split("+")]
+            parts = [part + "_L" if part in ("Super", "Control", "Shift", "Alt") else part for part in name.split("+")]
             codes = [self.display.keysym_to_keycode(XK.string_to_keysym(part)) for part in parts]
             for code in codes:
                 xtest.fake_input(self.display, X.KeyPress, code)
@@ -394,6 +394,13 @@ class Session:
         with open(path + ".other", "wb") as file:
             plistlib.dump(settings, file)
         os.replace(path + ".other", path)
+
+    def speak_german(self):
+        """Programs started from now on write numbers with a comma."""
+        folder = os.path.join(self.folder, "locales")
+        os.makedirs(folder)
+        subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", os.path.join(folder, "de_DE.UTF-8")], check=True)
+        self.environment.update(LC_ALL="de_DE.UTF-8", LOCPATH=folder)
 
     def trash_folder(self):
         path = os.path.join(self.environment["XDG_DATA_HOME"], "Trash", "files")

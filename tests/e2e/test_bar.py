@@ -1,5 +1,7 @@
 """The bar as a window of a real desktop."""
 
+import datetime
+import time
 import unittest
 
 from session import Session, eventually
@@ -58,6 +60,51 @@ class MonitorTest(unittest.TestCase):
             session.write_settings(showFinderButton=False, showLauncher=False, multiDisplayMode="mirrored")
             eventually(lambda: session.log().splitlines()[-1].endswith("XTerm=1 XTerm=1")
                        or "counts: XTerm=1 XTerm=1" in session.log(), "both on every bar once they are mirrored")
+
+
+class OtherProgramsSettingsTest(unittest.TestCase):
+    """Settings that another program writes, in a language with a decimal comma."""
+
+    def test_they_stand_at_once_as_if_the_bar_had_started_with_them(self):
+        with Session() as session:
+            session.speak_german()
+            session.start_bar()
+            looks = lambda: (session.geometry(session.bars()[0]),
+                             list(session.property(session.bars()[0], "_NET_WM_STRUT_PARTIAL")))
+            times = []
+            for edge, size, geometry in [("top", "large", (0, 0, 1920, 63)), ("bottom", "large", (0, 1017, 1920, 63)),
+                                         ("top", "medium", (0, 0, 1920, 52)), ("bottom", "medium", (0, 1028, 1920, 52)),
+                                         ("top", "small", (0, 0, 1920, 43))]:
+                start = time.monotonic()
+                session.write_settings(barEdge=edge, barSize=size)
+                eventually(lambda: looks()[0] == geometry and bool(looks()[1][2]) == (edge == "top"),
+                           f"the {size} bar at the {edge}")
+                times.append(time.monotonic() - start)
+            # A server that is busy may keep one of them waiting; a bar that looks now and then is always late.
+            self.assertLess(sorted(times)[2], 0.3, times)
+            time.sleep(0.3)
+            changed = looks(), session.picture(0, 0, 1920, 100)
+            session.restart_bar()
+            time.sleep(0.3)
+            self.assertEqual(changed[0], looks())
+            self.assertEqual(changed[1].tobytes(), session.picture(0, 0, 1920, 100).tobytes())
+
+    def test_what_they_hold_outlives_a_write_of_ours(self):
+        with Session() as session:
+            session.speak_german()
+            session.write_settings(barOpacity=0.8, other={"reals": [0.25, -1e-9], "far": datetime.datetime(4002, 1, 2, 3, 4),
+                                                          "huge": 2 ** 64 - 1})
+            before = session.settings()
+            session.start_bar()
+            session.key("Alt+Super+b")
+            eventually(lambda: session.settings_or_none() == {**before, "barVisible": False}, "only our own key is written")
+            session.key("Alt+Super+b")
+            terminal = session.xterm()
+            session.minimise(terminal)
+            eventually(lambda: session.names() == ["XTerm"], "it has a button")
+            session.click(session.bar().button(0))
+            eventually(lambda: "[time] " in session.log(), "a click is timed")
+            self.assertRegex(session.log(), r"\[time\] .* \d+\.\dms\n")
 
 
 if __name__ == "__main__":

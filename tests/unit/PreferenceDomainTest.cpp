@@ -1,19 +1,28 @@
 #include "foundation/PreferenceDomain.h"
+#include "base/Clock.h"
 #include "base/PropertyList.h"
 #include "base/RunLoop.h"
 
+#include <QCoreApplication>
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <clocale>
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
+#include <optional>
+#include <utility>
 
 namespace {
 
@@ -41,6 +50,23 @@ protected:
     }
     void overwrite(const std::string& bytes) const { std::ofstream(file, std::ios::binary) << bytes; }
     PreferenceDomain domain() const { return PreferenceDomain(file.string()); }
+
+    /// What a write says on standard error.
+    static std::string said(const std::function<void()>& write)
+    {
+        int pipe[2];
+        EXPECT_EQ(::pipe(pipe), 0);
+        const int saved = ::dup(STDERR_FILENO);
+        ::dup2(pipe[1], STDERR_FILENO);
+        ::close(pipe[1]);
+        write();
+        ::dup2(saved, STDERR_FILENO);
+        ::close(saved);
+        char line[1000];
+        const ssize_t length = ::read(pipe[0], line, sizeof line);
+        ::close(pipe[0]);
+        return { line, static_cast<std::size_t>(std::max<ssize_t>(length, 0)) };
+    }
 
     fs::path folder;
     fs::path file;
@@ -74,6 +100,9 @@ TEST_F(PreferenceDomainTest, WithinATurnTheStoreHoldsStill)
     }
     const RunLoop::Turn next;
     EXPECT_EQ(*reader.find("key")->string(), "new");
+    writer.set("key", Value("newer"));
+    reader.synchronize();
+    EXPECT_EQ(*reader.find("key")->string(), "newer") << "who asks is given what was written within the turn";
 }
 
 TEST_F(PreferenceDomainTest, ProcessesThatWriteAtOnceLoseNothing)
@@ -122,29 +151,241 @@ TEST_F(PreferenceDomainTest, AFullDiskLeavesTheOldFileWholeAndLogsOneLine)
         100, old.rlim_max
     };
     ::setrlimit(RLIMIT_FSIZE, &small);
-    std::string reason;
-    {
-        // The captured line must not meet the limit itself.
-        int pipe[2];
-        ASSERT_EQ(::pipe(pipe), 0);
-        const int saved = ::dup(STDERR_FILENO);
-        ::dup2(pipe[1], STDERR_FILENO);
-        store.set("key", Value("new"));
-        ::dup2(saved, STDERR_FILENO);
-        char line[1000];
-        const ssize_t length = ::read(pipe[0], line, sizeof line);
-        reason.assign(line, static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
-        for (const int end : { pipe[0], pipe[1], saved })
-            ::close(end);
-    }
+    const std::string reason = said([&] { store.set("key", Value("new")); });
     ::setrlimit(RLIMIT_FSIZE, &old);
 
     EXPECT_EQ(content(), before);
     EXPECT_EQ(*store.find("key")->string(), "new") << "this process goes on with the new value";
     EXPECT_EQ(std::count(reason.begin(), reason.end(), '\n'), 1) << reason;
     EXPECT_NE(reason.find("\"key\" is not saved"), std::string::npos) << reason;
-    for (const auto& entry : fs::directory_iterator(folder))
-        EXPECT_EQ(entry.path().string().find(".new-"), std::string::npos) << "no temporary file stays behind";
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2) << "no temporary file stays behind";
+}
+
+TEST_F(PreferenceDomainTest, WhatCannotBeSavedHoldsAndGoesIntoTheNextWrite)
+{
+    const fs::path place = folder / "in" / "a folder";
+    file = place / "domain.plist";
+    PreferenceDomain store = domain();
+    store.set("before", Value(1));
+    EXPECT_EQ(domain().find("before")->integer(), 1) << "a folder that isn't there is made";
+
+    fs::remove_all(folder / "in");
+    std::ofstream(folder / "in") << "no folder";
+    const std::string reason = said([&] { store.set({ { "a", Value(2) }, { "b", Value(3) } }); });
+    EXPECT_EQ(std::count(reason.begin(), reason.end(), '\n'), 1) << reason;
+    EXPECT_NE(reason.find("\"a\", \"b\" is not saved"), std::string::npos) << reason;
+    EXPECT_EQ(store.find("a")->integer(), 2);
+
+    fs::remove(folder / "in");
+    store.set({ { "a", std::nullopt }, { "c", Value(4) } });
+    EXPECT_FALSE(domain().find("a"));
+    EXPECT_EQ(domain().find("b")->integer(), 3);
+    EXPECT_EQ(domain().find("c")->integer(), 4);
+}
+
+TEST_F(PreferenceDomainTest, ALockThatIsNeverGivenBackHoldsNobodyUpForLong)
+{
+    PreferenceDomain store = domain();
+    store.set("key", Value("old"));
+    const int lock = ::open((file.string() + ".lock").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+    const std::string reason = said([&] { store.set("key", Value("new")); });
+    EXPECT_NE(reason.find("another process keeps the lock"), std::string::npos) << reason;
+    EXPECT_EQ(*domain().find("key")->string(), "old");
+    ::close(lock);
+    store.set("other", Value(1));
+    EXPECT_EQ(*domain().find("key")->string(), "new");
+}
+
+TEST_F(PreferenceDomainTest, ALinkStaysALinkAndTheFileKeepsItsPermissions)
+{
+    fs::create_directory(folder / "elsewhere");
+    const fs::path target = folder / "elsewhere" / "kept.plist";
+    fs::create_symlink("elsewhere/kept.plist", file);
+    for (const char* content : { "", "<plist>damaged" }) {
+        std::ofstream(target) << content;
+        fs::permissions(target, fs::perms(0640));
+        domain().set("key", Value(1));
+        domain().set("other", Value(2));
+        EXPECT_TRUE(fs::is_symlink(file));
+        EXPECT_EQ(PropertyList::parse(contentOf(target))->dictionary()->size(), 2u);
+        fs::permissions(target, fs::perms(0640));
+        domain().set("other", Value(3));
+        EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+    }
+    EXPECT_EQ(contentOf(target.string() + ".damaged-2"), "<plist>damaged");
+}
+
+/// Another program's file, in each of the two formats; what its first argument asks for: to be written, or compared
+/// with what is expected after "own" was set and "gone" was removed.
+constexpr const char* anotherProgram = R"(
+import datetime, os, plistlib, sys
+date = datetime.datetime
+binary = sys.argv[2] == "binary"
+kept = {
+    "integers": [0, -1, 2**31, 2**63 - 1, -2**63, 2**63, 2**64 - 1],
+    "reals": [0.82, 3.0, 1 / 3, 1e300, 5e-324, -2.5, float("inf"), float("-inf")],
+    "dates": [date(y, 3, 4, 5, 6, 7) for y in (1583, 1900, 1969, 1971, 2000, 2037, 2039, 2069, 2070, 4002, 9999)],
+    "texts": ["", "  spaces \n\t", "<&>\"'", "\u00fc\u6f22\U0001f600", "x" * 70000],
+    "data": [b"", bytes(range(256))], "booleans": [True, False], "": {"": [[], {}]},
+}
+if binary:
+    kept["only binary"] = [plistlib.UID(5), date(2020, 1, 2, 3, 4, 5, 123456), date(1990, 1, 2, 3, 4, 5, 654321), "a\rb\1"]
+if sys.argv[1] == "write":
+    with open(sys.argv[3], "wb") as file:
+        plistlib.dump({**kept, "gone": 1}, file, fmt=plistlib.FMT_BINARY if binary else plistlib.FMT_XML)
+else:
+    with open(sys.argv[3], "rb") as file:
+        after = plistlib.load(file)
+    wrong = [key for key in {**kept, **after} if repr(after.get(key)) != repr({**kept, "own": 0.82}.get(key))]
+    sys.exit("not as it was: " + ", ".join(f"{key}: {after.get(key)!r}" for key in wrong) if wrong else 0)
+)";
+
+/// As any program of a session in which numbers have a decimal comma.
+class InGerman {
+public:
+    explicit InGerman(const fs::path& folder)
+    {
+        fs::create_directories(folder);
+        made_ = std::system(("localedef -i de_DE -f UTF-8 '" + (folder / "de_DE.UTF-8").string() + "'").c_str()) == 0;
+        ::setenv("LOCPATH", folder.c_str(), 1);
+        made_ = std::setlocale(LC_ALL, "de_DE.UTF-8") && made_;
+    }
+    ~InGerman()
+    {
+        std::setlocale(LC_ALL, "C.UTF-8");
+        ::unsetenv("LOCPATH");
+    }
+    InGerman(const InGerman&) = delete;
+    InGerman& operator=(const InGerman&) = delete;
+
+    bool speaks() const { return made_ && std::string_view(std::localeconv()->decimal_point) == ","; }
+
+private:
+    bool made_ = false;
+};
+
+TEST_F(PreferenceDomainTest, ARewriteKeepsAllThatAnotherProgramWroteInEveryLanguage)
+{
+    std::ofstream(folder / "another.py") << anotherProgram;
+    const auto run = [&](const std::string& arguments) {
+        const auto quoted = [](const fs::path& path) { return " '" + path.string() + "'"; };
+        return std::system(
+            ("/usr/bin/python3" + quoted(folder / "another.py") + " " + arguments + quoted(file)).c_str());
+    };
+    const auto rewritten = [&](const std::string& format) {
+        ASSERT_EQ(run("write " + format), 0);
+        domain().set({ { "own", Value(0.82) }, { "gone", std::nullopt } });
+        EXPECT_EQ(run("compare " + format), 0) << format;
+        EXPECT_EQ(PropertyList::isBinary(content()), format == "binary");
+    };
+    rewritten("xml");
+    rewritten("binary");
+
+    const InGerman german(folder / "locales");
+    ASSERT_TRUE(german.speaks()) << "Debian's package \"locales\" is needed";
+    rewritten("xml");
+    EXPECT_EQ(domain().find("own")->number(), 0.82);
+    EXPECT_EQ(description(Value(0.82)), "0.82");
+    EXPECT_TRUE(german.speaks()) << "the program's own texts stay as the user wants them";
+}
+
+/// Follows a file on a clock that is moved by hand.
+class FollowTest : public PreferenceDomainTest {
+protected:
+    FollowTest()
+    {
+        RunLoop::main().reset();
+        RunLoop::main().setClock(&clock);
+    }
+    ~FollowTest() override
+    {
+        RunLoop::main().reset();
+        RunLoop::main().setClock(nullptr);
+    }
+
+    /// How often it was told since the last question.
+    int news()
+    {
+        clock.advance(0);
+        return std::exchange(told, 0);
+    }
+
+    ManualClock clock;
+    int told = 0;
+};
+
+TEST_F(FollowTest, AChangeFromOutsideIsToldOnceInATurnOfItsOwn)
+{
+    PreferenceDomain other = domain();
+    PreferenceDomain store = domain();
+    store.follow([this] { ++told; });
+    other.set("key", Value(1));
+    {
+        const RunLoop::Turn turn;
+        EXPECT_EQ(store.find("key")->integer(), 1);
+        EXPECT_EQ(told, 0);
+    }
+    EXPECT_EQ(news(), 1);
+    store.find("key");
+    store.set("key", Value(2));
+    store.find("key");
+    EXPECT_EQ(news(), 0) << "what it writes itself";
+    other.set("key", Value(2));
+    store.find("key");
+    EXPECT_EQ(news(), 0) << "nothing has changed";
+    other.set("key", Value(2));
+    store.set("own", Value(4));
+    EXPECT_EQ(news(), 0) << "a write of its own upon a rewrite that changed nothing";
+    other.set("key", Value(3));
+    store.set("own", Value(5));
+    EXPECT_EQ(news(), 1) << "what a write of its own came upon";
+}
+
+TEST_F(FollowTest, TheFileIsWatchedThroughAllThatCanHappenToIt)
+{
+    const fs::path place = folder / "not" / "yet";
+    file = place / "domain.plist";
+    PreferenceDomain store = domain();
+    store.follow([this] { ++told; });
+
+    const auto list = [](int number) { return PropertyList::xml(Value::Dictionary { { "key", number } }); };
+    const auto replace = [&](int number) {
+        std::ofstream(folder / "temporary") << list(number);
+        fs::rename(folder / "temporary", file);
+    };
+    const struct {
+        const char* what;
+        std::function<void()> happens;
+        std::optional<int> value;
+    } cases[] {
+        { "the folder is made", [&] { fs::create_directories(place); }, {} },
+        { "the file is made", [&] { overwrite(list(1)); }, 1 },
+        { "it is replaced", [&] { replace(2); }, 2 },
+        { "it is rewritten in place", [&] { overwrite(list(3)); }, 3 },
+        { "it is deleted", [&] { fs::remove(file); }, {} },
+        { "it is made anew", [&] { replace(4); }, 4 },
+        { "its folder is removed", [&] { fs::remove_all(folder / "not"); }, {} },
+        { "all of it is made again", [&] { fs::create_directories(place), replace(5); }, 5 },
+        { "a link takes its place",
+            [&] {
+                std::ofstream(folder / "target") << list(6);
+                fs::remove(file);
+                fs::create_symlink(folder / "target", file);
+            },
+            6 },
+        { "what it links to is rewritten", [&] { std::ofstream(folder / "target") << list(7); }, 7 },
+    };
+    std::optional<int> before;
+    for (const auto& test : cases) {
+        test.happens();
+        QCoreApplication::processEvents();
+        clock.advance(0.1);
+        EXPECT_EQ(news(), test.value == before ? 0 : 1) << test.what;
+        const Value* value = store.find("key");
+        EXPECT_EQ(value ? value->integer<int>() : std::nullopt, test.value) << test.what;
+        before = test.value;
+    }
 }
 
 }

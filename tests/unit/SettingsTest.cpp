@@ -99,6 +99,21 @@ TEST_F(SettingsTest, EachHasItsDefaultIsStoredUnderItsKeyAndTellsOfEachWrite)
     }
 }
 
+TEST_F(SettingsTest, WhatAnotherProgramWritesIsToldOnceToo)
+{
+    Settings::followOtherPrograms();
+    Settings::barSize.set(BarSize::small);
+    PreferenceDomain other((root() / "Preferences" / "com.merrowen.vantry.plist").string());
+    changes_ = 0;
+    other.set({ { "barEdge", "top" }, { "barSize", "medium" } });
+    EXPECT_EQ(Settings::barEdge(), BarEdge::top);
+    settle();
+    EXPECT_EQ(changes_, 1);
+    Settings::barEdge.set(BarEdge::bottom);
+    settle();
+    EXPECT_EQ(changes_, 2) << "a write of its own is told by itself alone";
+}
+
 TEST_F(SettingsTest, WhatIsOfAnotherTypeReadsAsTheDefault)
 {
     for (const Row& row : rows()) {
@@ -140,7 +155,7 @@ TEST_F(SettingsTest, OpacityStaysBetweenHalfAndWhole)
         Value stored;
         double read;
     } cases[] { { 0.1, 0.5 }, { 0.5, 0.5 }, { 0.7, 0.7 }, { 1, 1.0 }, { 5.0, 1.0 }, { "opaque", 0.5 },
-        { std::numeric_limits<double>::quiet_NaN(), 0.5 } };
+        { " +0.75 of it", 0.75 }, { std::numeric_limits<double>::quiet_NaN(), 0.5 } };
     EXPECT_EQ(Settings::barOpacity(), 1.0);
     for (const auto& test : cases) {
         store("barOpacity", test.stored);

@@ -1,16 +1,35 @@
 #include "foundation/NSUserDefaults.h"
 
 #include "foundation/NSBundle.h"
+#include "foundation/NSNotificationCenter.h"
 #include "foundation/PreferenceDomain.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <cstdlib>
+#include <charconv>
+
+namespace {
+
+/// Whatever the locale.
+double leadingNumber(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\n"), text.size()));
+    if (text.starts_with('+'))
+        text.remove_prefix(1);
+    double number = 0;
+    std::from_chars(text.begin(), text.end(), number);
+    return number;
+}
+
+}
 
 NSUserDefaults NSUserDefaults::standard()
 {
-    return NSUserDefaults(PreferenceDomain::named(NSBundle::mainBundle().bundleIdentifier().value_or("vantry")));
+    auto domain = PreferenceDomain::named(NSBundle::mainBundle().bundleIdentifier().value_or("vantry"));
+    if (!domain->isFollowed())
+        domain->follow([] { NSNotificationCenter::defaultCenter().post(NSUserDefaultsDidChangeNotification); });
+    return NSUserDefaults(std::move(domain));
 }
 
 std::optional<NSUserDefaults> NSUserDefaults::initWithSuiteName(const std::string& name)
@@ -53,7 +72,7 @@ double NSUserDefaults::doubleForKey(std::string_view key) const
     if (const auto flag = value->boolean())
         return *flag ? 1 : 0;
     const std::string* text = value->string();
-    return text ? std::strtod(text->c_str(), nullptr) : 0;
+    return text ? leadingNumber(*text) : 0;
 }
 
 std::optional<std::string> NSUserDefaults::stringForKey(std::string_view key) const

@@ -11,6 +11,9 @@
 
 class PreferenceDomain;
 
+/// Posted on the default centre, in a turn of its own, when another process has changed the program's own domain.
+inline constexpr const char* NSUserDefaultsDidChangeNotification = "NSUserDefaultsDidChangeNotification";
+
 /// A preference domain: one property-list file, shared with every other process that reads or writes it. What another
 /// process writes is seen at the next read in a later turn of the run loop. Main thread.
 class NSUserDefaults {
@@ -33,7 +36,7 @@ public:
     std::optional<Value::Dictionary> dictionaryForKey(std::string_view key) const;
 
     /// A write that fails is logged on standard error in one line; the file stays as it was, and this process goes on
-    /// with the new value.
+    /// with the new value, which its next write saves too.
     void setObject(Value value, std::string_view key);
 
 private:

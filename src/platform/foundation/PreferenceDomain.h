@@ -1,31 +1,51 @@
 #pragma once
 
+#include "base/RunLoop.h"
 #include "base/Value.h"
+#include "foundation/FileWatch.h"
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 /// One property-list file and what was last read of it.
 ///
 /// Reading looks at the file's identity and change time, once a turn of the run loop, and reads the file again when
-/// they differ. Writing takes a lock that every writing process shares, reads what is there, changes one key, writes
-/// the whole to a temporary file, syncs it and renames it over the old one. A file that can't be parsed counts as
-/// empty, and is set aside as "NAME.plist.damaged-N" before anything is written in its place. Main thread.
+/// they differ. Writing takes a lock that every writing process shares, reads what is there, changes some keys, writes
+/// the whole to a temporary file, syncs it and renames it over the old one, or over what that links to; the other keys
+/// and the file's format stay as they were. A file that can't be parsed counts as empty, and is renamed to
+/// "NAME.plist.damaged-N" before anything is written in its place. Main thread.
 class PreferenceDomain {
 public:
+    /// A key without a value goes.
+    using Changes = std::map<std::string, std::optional<Value>, std::less<>>;
+
     /// The one object for a domain in the session's preference folder.
     static std::shared_ptr<PreferenceDomain> named(const std::string& name);
     /// Forgets all of them: between tests.
     static void forgetAll();
 
     explicit PreferenceDomain(std::string file);
+    ~PreferenceDomain();
+    PreferenceDomain(const PreferenceDomain&) = delete;
+    PreferenceDomain& operator=(const PreferenceDomain&) = delete;
 
     const Value* find(std::string_view key);
-    void set(std::string_view key, std::optional<Value> value);
+    /// One write of the file. When it fails, which one line on standard error says, the changes hold in this process
+    /// and go into its next write. A lock that another process keeps is waited for two seconds.
+    void set(const Changes& changes);
+    void set(std::string_view key, std::optional<Value> value) { set({ { std::string(key), std::move(value) } }); }
+    /// The next read looks at the file, also within this turn.
+    void synchronize() { checkedTurn_.reset(); }
+
+    /// From now on the file is watched, and `told` runs in a turn of its own after another process has changed a value.
+    void follow(std::function<void()> told);
+    bool isFollowed() const { return watch_ != nullptr; }
 
 private:
     struct Stamp {
@@ -38,15 +58,24 @@ private:
     enum class Condition { sound, missing, damaged, unreadable };
 
     void refresh();
+    void reload();
     void load();
+    void read();
+    void apply(const Changes& changes);
     Stamp stamp() const;
     /// Empty on success, else the reason.
-    std::string store(const Value::Dictionary& values);
-    std::string setAside() const;
+    std::string save();
+    std::string store();
+    std::string setAside();
 
     std::string file_;
     Stamp stamp_;
     std::optional<std::uint64_t> checkedTurn_;
     Condition condition_ = Condition::missing;
+    bool isBinary_ = false;
     Value::Dictionary values_;
+    Changes unsaved_;
+    std::function<void()> told_;
+    std::unique_ptr<FileWatch> watch_;
+    std::optional<RunLoop::Handle> telling_;
 };
