@@ -23,6 +23,11 @@ CGRect barFrame(const NSScreen& screen)
     return { frame.minX(), y, frame.width, height };
 }
 
+NSWindowRole barRole()
+{
+    return isTop(Settings::barEdge()) ? NSWindowRole::topBar : NSWindowRole::bottomBar;
+}
+
 std::shared_ptr<BarWindow> makeWindow(const CGRect& frame)
 {
     auto window
@@ -32,10 +37,8 @@ std::shared_ptr<BarWindow> makeWindow(const CGRect& frame)
     window->setHidesOnDeactivate(false);
     window->setOpaque(false);
     window->setBackgroundColor(NSColor::clear());
-    window->setHasShadow(false);
     window->setLevel(BarLevel::resolve());
-    window->setCollectionBehavior(NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary
-        | NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary);
+    window->setRole(barRole());
     window->setMovableByWindowBackground(false);
     window->setExcludedFromWindowsMenu(true);
     return window;
@@ -147,6 +150,7 @@ void BarController::reposition()
     const auto screen = Displays::screenFor(display_.displayID);
     if (!screen)
         return;
+    window_->setRole(barRole());
     window_->setFrame(barFrame(*screen), true);
     view_->relayout();
 }

@@ -5,8 +5,5 @@ FloatingPanel::FloatingPanel(CGSize size, CGWindowLevelKey level)
 {
     setOpaque(false);
     setBackgroundColor(NSColor::clear());
-    setHasShadow(true);
     setLevel(CGWindowLevelForKey(level) + 1);
-    setCollectionBehavior(NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary
-        | NSWindowCollectionBehaviorIgnoresCycle | NSWindowCollectionBehaviorFullScreenAuxiliary);
 }

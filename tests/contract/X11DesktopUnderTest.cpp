@@ -252,7 +252,7 @@ bool X11DesktopUnderTest::isAnyListed()
 {
     const auto managed = managerLists("_NET_CLIENT_LIST");
     return std::ranges::any_of(owners_, [&](const auto& owner) {
-        return std::ranges::find(managed, owner.first) != managed.end() || desktop_->windows().spaces(owner.first);
+        return std::ranges::find(managed, owner.first) != managed.end() || desktop_->windows().find(owner.first);
     });
 }
 

@@ -32,9 +32,9 @@ TEST_F(X11, AWindowWhosePropertiesAreAllWrongIsListed)
         });
 
     EXPECT_EQ(title(program.window), "");
-    EXPECT_EQ(entry(program.window, "kCGWindowLayer")->integer(), 0);
+    EXPECT_EQ(listed(program.window).layer, 0);
     EXPECT_GE(bounds(program.window).width, 500);
-    const auto process = processes().find(entry(program.window, "kCGWindowOwnerPID")->integer<pid_t>().value_or(0));
+    const auto process = processes().find(listed(program.window).owner);
     ASSERT_TRUE(process);
     EXPECT_TRUE(process->localizedName);
     EXPECT_TRUE(process->icon);
@@ -66,8 +66,9 @@ TEST_F(X11, AbsurdPlacesAndSizesAreListed)
     for (const CGRect& frame : { CGRect { 0, 0, 1, 1 }, CGRect { -30000, -30000, 30000, 1 },
              CGRect { 32000, 32000, 20000, 2 }, CGRect { 100, 100, 2, 20000 } }) {
         const auto program = start("absurd", {}, frame);
-        EXPECT_EQ(write(element(program.pid, program.window), "AXPosition", CGPoint { 1e12, -1e12 }), kAXErrorSuccess);
-        EXPECT_EQ(write(element(program.pid, program.window), "AXSize", CGSize { -5, 0 }), kAXErrorSuccess);
+        EXPECT_EQ(
+            write(element(program.pid, program.window), Attribute::position, CGPoint { 1e12, -1e12 }), kAXErrorSuccess);
+        EXPECT_EQ(write(element(program.pid, program.window), Attribute::size, CGSize { -5, 0 }), kAXErrorSuccess);
         EXPECT_TRUE(displays().main());
         EXPECT_TRUE(isListed(program.window));
         stop(program);
@@ -82,16 +83,16 @@ TEST_F(X11, AWindowThatDiesBeforeItIsUsedIsPassedOver)
     under_->closeWindow(program.window);
 
     // The desktop hasn't heard of it yet; the server has.
-    write(window, "AXPosition", CGPoint { 10, 10 });
-    write(window, "AXMain", true);
-    write(window, "AXMinimized", true);
-    accessibility().perform(window, "AXRaise", 0.5);
+    write(window, Attribute::position, CGPoint { 10, 10 });
+    write(window, Attribute::main, true);
+    write(window, Attribute::minimized, true);
+    raise(window);
     processes().hide(program.pid);
     processes().activate(program.pid);
 
     EXPECT_TRUE(settle([&] { return !isListed(program.window); }));
-    EXPECT_EQ(write(window, "AXMain", true), kAXErrorInvalidUIElement);
-    EXPECT_EQ(accessibility().perform(window, "AXRaise", 0.5), kAXErrorInvalidUIElement);
+    EXPECT_EQ(write(window, Attribute::main, true), kAXErrorInvalidUIElement);
+    EXPECT_EQ(raise(window), kAXErrorInvalidUIElement);
     EXPECT_TRUE(isListed(keeper.window));
 }
 
@@ -104,14 +105,14 @@ TEST_F(X11, AnotherThreadMayAskWhileWindowsComeAndGo)
         int requests = 200;
         while (!isOver) {
             host::AttributeValue value;
-            accessibility().read(application(keeper.pid), "AXWindows", 0.3, value);
+            accessibility().read(application(keeper.pid), Attribute::windows, 0.3, value);
             const auto* elements = std::get_if<std::vector<ElementID>>(&value);
             for (const ElementID& window : elements ? *elements : std::vector<ElementID> {}) {
                 host::AttributeValue part;
-                accessibility().read(window, "AXTitle", 0.3, part);
-                accessibility().read(window, "AXSize", 0.3, part);
+                accessibility().read(window, Attribute::title, 0.3, part);
+                accessibility().read(window, Attribute::size, 0.3, part);
                 if (requests-- > 0)
-                    accessibility().write(window, "AXPosition", 0.3, CGPoint { 50, 60 });
+                    accessibility().write(window, Attribute::position, 0.3, CGPoint { 50, 60 });
             }
         }
     });
@@ -160,16 +161,15 @@ TEST_F(X11, WithoutTheServersWordAWindowNamesItsProcess)
     gethostname(host, sizeof host - 1);
 
     const auto here = start("here", { { "text", std::string("WM_CLIENT_MACHINE STRING ") + host } });
-    EXPECT_EQ(entry(here.window, "kCGWindowOwnerPID")->integer<pid_t>(), here.pid);
+    EXPECT_EQ(listed(here.window).owner, here.pid);
 
     const auto there = start("there", { { "text", "WM_CLIENT_MACHINE STRING elsewhere.invalid" } });
-    const auto pid = entry(there.window, "kCGWindowOwnerPID")->integer<pid_t>().value();
+    const auto pid = listed(there.window).owner;
     EXPECT_LT(pid, 0);
     EXPECT_EQ(processes().find(pid)->localizedName, "there");
     const auto second = under_->openWindow(there.pid, "second", { 50, 50, 300, 200 });
     under_->tell(second, "text", "WM_CLIENT_MACHINE STRING elsewhere.invalid");
-    EXPECT_TRUE(
-        settle([&] { return isListed(second) && entry(second, "kCGWindowOwnerPID")->integer<pid_t>() == pid; }));
+    EXPECT_TRUE(settle([&] { return isListed(second) && listed(second).owner == pid; }));
 
     EXPECT_TRUE(processes().forceTerminate(pid));
     EXPECT_TRUE(settle([&] { return !processes().find(pid); }));
@@ -186,22 +186,22 @@ TEST_F(X11, WithoutAWindowManagerTheServerIsAsked)
     const auto front = start("front");
     const auto window = element(back.pid, back.window);
     EXPECT_EQ(windows().activeSpace(), 1u);
-    EXPECT_EQ(windows().spaces(back.window)->array()->size(), 1u);
+    EXPECT_EQ(spaces(back.window).size(), 1u);
     EXPECT_EQ(bounds(back.window), (CGRect { 200, 150, 500, 400 }));
 
     EXPECT_TRUE(processes().activate(back.pid));
     EXPECT_TRUE(settle([&] { return processes().frontmost() == back.pid; }));
-    EXPECT_EQ(windows().list(true)->array()->front().find("kCGWindowNumber")->integer(), back.window);
+    EXPECT_EQ(windows().onScreen().front()->number, back.window);
 
-    write(window, "AXPosition", CGPoint { 20, 30 });
-    write(window, "AXSize", CGSize { 640, 480 });
+    write(window, Attribute::position, CGPoint { 20, 30 });
+    write(window, Attribute::size, CGSize { 640, 480 });
     EXPECT_TRUE(settle([&] { return bounds(back.window) == CGRect { 20, 30, 640, 480 }; }));
 
     processes().hide(back.pid);
     EXPECT_TRUE(settle([&] { return processes().find(back.pid)->isHidden; }));
-    EXPECT_EQ(windows().list(true)->array()->size(), 1u);
+    EXPECT_EQ(windows().onScreen().size(), 1u);
     processes().unhide(back.pid);
-    EXPECT_TRUE(settle([&] { return windows().list(true)->array()->size() == 2; }));
+    EXPECT_TRUE(settle([&] { return windows().onScreen().size() == 2; }));
 
     EXPECT_TRUE(processes().terminate(back.pid));
     EXPECT_TRUE(settle([&] { return !processes().find(back.pid); }));
@@ -213,7 +213,7 @@ TEST_F(X11, AWindowManagerThatComesAndGoesIsFollowed)
     if (hasWindowManager())
         GTEST_SKIP() << "there is one from the start";
     const auto program = start("patient");
-    const auto spaceCount = [&] { return windows().displaySpaces()->array()->front().find("Spaces")->array()->size(); };
+    const auto spaceCount = [&] { return windows().displaySpaces().front().spaces.size(); };
     ASSERT_EQ(spaceCount(), 1u);
     const CGRect bare = bounds(program.window);
 

@@ -1,6 +1,7 @@
 #include "contract/X11Fixture.h"
 
 #include "base/IconSource.h"
+#include "base/Value.h"
 
 #include <QWidget>
 #include <xcb/xtest.h>
@@ -53,7 +54,7 @@ TEST_F(X11, LayerAndPolicyFollowTypeAndState)
         const auto program = start("layers",
             { { "atoms", std::string("_NET_WM_WINDOW_TYPE ") + row.type },
                 { "atoms", std::string("_NET_WM_STATE ") + row.state } });
-        const auto layer = [&] { return entry(program.window, "kCGWindowLayer")->integer().value_or(-1); };
+        const auto layer = [&] { return listed(program.window).layer; };
         EXPECT_TRUE(settle([&] {
             return (row.layer == desktopLayers ? layer() < desktopLayers : layer() == row.layer)
                 && processes().find(program.pid)->policy == row.policy;
@@ -73,8 +74,8 @@ TEST_F(X11, TheShadowsThatAClientDrawsAreNoPartOfItsBounds)
     const CGRect visible { plain.x + 10, plain.y + 30, plain.width - 30, plain.height - 70 };
     EXPECT_TRUE(settle([&] { return bounds(program.window) == visible; }));
 
-    EXPECT_EQ(write(element(program.pid, program.window), "AXPosition", CGPoint { 300, 200 }), kAXErrorSuccess);
-    EXPECT_EQ(write(element(program.pid, program.window), "AXSize", CGSize { 350, 300 }), kAXErrorSuccess);
+    EXPECT_EQ(write(element(program.pid, program.window), Attribute::position, CGPoint { 300, 200 }), kAXErrorSuccess);
+    EXPECT_EQ(write(element(program.pid, program.window), Attribute::size, CGSize { 350, 300 }), kAXErrorSuccess);
     EXPECT_TRUE(settle([&] { return bounds(program.window) == CGRect { 300, 200, 350, 300 }; }));
 }
 
@@ -89,8 +90,8 @@ TEST_F(X11, AMaximisedWindowCanBePlaced)
     // The first request ends the maximised state, and with it goes its decoration; who wants it exact asks again.
     const CGRect goal { 100, 120, 640, 480 };
     EXPECT_TRUE(settle([&] {
-        write(element(program.pid, program.window), "AXSize", goal.size());
-        write(element(program.pid, program.window), "AXPosition", goal.origin());
+        write(element(program.pid, program.window), Attribute::size, goal.size());
+        write(element(program.pid, program.window), Attribute::position, goal.origin());
         return bounds(program.window) == goal;
     })) << description(bounds(program.window));
 }
@@ -118,7 +119,7 @@ TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
     under_->tell(second, "map");
 
     EXPECT_TRUE(settle([&] { return !processes().find(program.pid)->isHidden; }));
-    EXPECT_EQ(read<bool>(element(program.pid, program.window), "AXMinimized"), true);
+    EXPECT_EQ(read<bool>(element(program.pid, program.window), Attribute::minimized), true);
     EXPECT_FALSE(processes().unhide(program.pid));
 }
 
@@ -200,11 +201,11 @@ TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
     EXPECT_EQ(finder->localizedName, "Test Files");
     EXPECT_EQ(applications().identifier(*finder->bundlePath), "com.apple.finder");
 
-    const auto elements = read<std::vector<ElementID>>(application(finder->pid), "AXWindows");
+    const auto elements = read<std::vector<ElementID>>(application(finder->pid), Attribute::windows);
     ASSERT_TRUE(elements);
     ASSERT_EQ(elements->size(), 1u);
     EXPECT_EQ(elements->front().kind, ElementID::Kind::other);
-    EXPECT_FALSE(read<CGSize>(elements->front(), "AXSize"));
+    EXPECT_FALSE(read<CGSize>(elements->front(), Attribute::size));
 
     const auto program = start("testfiles");
     EXPECT_TRUE(settle([&] { return processes().running().front()->pid == program.pid; }));
@@ -275,10 +276,12 @@ TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
     const auto program = start(
         "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
     QWidget bar;
-    surfaces().adopt(bar, { .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
+    surfaces().adopt(
+        bar, { .role = host::SurfaceRole::bottomBar, .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
     surfaces().orderFront(bar);
     // They keep a gap of five points as well.
     for (const bool isTop : { false, true }) {
+        surfaces().setRole(bar, isTop ? host::SurfaceRole::topBar : host::SurfaceRole::bottomBar);
         surfaces().setFrame(bar, { 0, isTop ? frame.height - 48 : 0, frame.width, 48 });
         const CGRect left { 0, isTop ? 53.0 : 0, frame.width, frame.height - 53 };
         EXPECT_TRUE(settle([&] { return bounds(program.window) == left; })) << description(bounds(program.window));

@@ -21,7 +21,7 @@ public:
     void show(host::Surfaces& surfaces, const CGRect& frame)
     {
         surfaces_ = &surfaces;
-        surfaces.adopt(*this, { .level = 102, .collectionBehavior = 337, .isOpaque = false }, frame);
+        surfaces.adopt(*this, { .level = 102, .isOpaque = false }, frame);
         content_.resize(size());
         surfaces.orderFront(*this);
     }

@@ -29,8 +29,9 @@ protected:
         const pid_t side = run("Side");
         both_ = run("Both");
         run("None");
+        const auto first = openWindow(both_, onMain, "B1");
         openWindow(both_, onSide, "B2");
-        openWindow(both_, onMain, "B1");
+        world().raise(first);
         openWindow(side, onSide, "S1");
         const auto elsewhere = openWindow(main, onMain, "M1");
         world().setSpaces(elsewhere, { 2 });

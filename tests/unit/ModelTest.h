@@ -9,6 +9,7 @@
 #include "system/DockBadges.h"
 #include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
+#include "windowserver/Damage.h"
 
 #include <algorithm>
 #include <string>
@@ -27,6 +28,7 @@ protected:
         WindowIndex::invalidate();
         DockBadges::reset();
         Raise::reset();
+        windowServerDamage() = {};
         ShowDesktop::forgetIfStale();
         Log::setSink([this](std::string_view line) {
             constexpr std::string_view prefix = "[bar] ";

@@ -64,17 +64,15 @@ TEST(ScenarioFile, GivesAProcessWhatItsApplicationHasUnlessItIsTakenAway)
     EXPECT_EQ(scenario.processes.at(0).name, std::nullopt);
 }
 
-TEST(ScenarioFile, CarriesFaultsAndDamagedEntriesOver)
+TEST(ScenarioFile, CarriesFaultsOver)
 {
     std::string text = sound;
-    text.replace(text.find(R"("frontmost")"), 0,
-        R"("faults": { "windowListEntries": [5, { "kCGWindowNumber": "x" }], "fullScreenDelay": 0.7 },)");
+    text.replace(text.find(R"("frontmost")"), 0, R"("faults": { "keyTapMissing": true, "fullScreenDelay": 0.7 },)");
     text.replace(text.find(R"("pid": 100)"), 0, R"("faults": { "refusesToHide": "once", "fails": { "AXRaise": 2 } },)");
 
     const auto scenario = std::get<Scenario>(parseScenario(text));
 
-    EXPECT_EQ(scenario.faults.windowListEntries,
-        (std::vector<Value> { 5, Value::Dictionary { { "kCGWindowNumber", "x" } } }));
+    EXPECT_TRUE(scenario.faults.keyTapMissing);
     EXPECT_EQ(scenario.faults.fullScreenDelay, 0.7);
     EXPECT_EQ(scenario.processes.at(0).faults.refusesToHide, Refusal::once);
     EXPECT_EQ(scenario.processes.at(0).faults.fails.at("AXRaise"), 2);

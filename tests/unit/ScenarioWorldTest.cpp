@@ -13,7 +13,7 @@ class WorldTest : public DesktopTest {
 protected:
     AXError raise(pid_t pid, std::uint32_t window)
     {
-        return desktop().accessibility().perform({ pid, ElementID::Kind::window, window }, "AXRaise", 0.35);
+        return desktop().accessibility().perform({ pid, ElementID::Kind::window, window }, host::Action::raise, 0.35);
     }
 };
 
@@ -97,9 +97,9 @@ TEST_F(WorldTest, ASilentApplicationNamesItsWindowsOnceItIsTold)
     const ElementID application { mail.pid(), ElementID::Kind::application, 0 };
     for (const std::size_t named : { 0, 1 }) {
         host::AttributeValue windows;
-        desktop().accessibility().read(application, "AXWindows", 0.5, windows);
+        desktop().accessibility().read(application, host::Attribute::windows, 0.5, windows);
         EXPECT_EQ(std::get<std::vector<ElementID>>(windows).size(), named);
-        desktop().accessibility().write(application, "AXManualAccessibility", 0.5, true);
+        desktop().accessibility().write(application, host::Attribute::manualAccessibility, 0.5, true);
     }
 }
 

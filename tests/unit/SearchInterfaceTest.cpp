@@ -153,9 +153,9 @@ TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
         std::optional<std::size_t> window;
     } cases[] {
         { "return on the second", [this] { key(Qt::Key_Down), key(Qt::Key_Return); }, 1 },
-        { "the first row's middle", [this] { clickList(24); }, 2 },
-        { "the top margin", [this] { clickList(1); }, 2 },
-        { "the last row", [this] { clickList(123); }, 0 },
+        { "the first row's middle", [this] { clickList(24); }, 0 },
+        { "the top margin", [this] { clickList(1); }, 0 },
+        { "the last row", [this] { clickList(123); }, 2 },
         { "the bottom margin", [this] { clickList(125); }, std::nullopt },
     };
     for (const auto& each : cases) {

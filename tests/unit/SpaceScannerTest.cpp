@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "system/SpaceScanner.h"
+#include "windowserver/Damage.h"
 
 namespace {
 
@@ -32,7 +33,7 @@ TEST_F(SpaceScannerTest, ListsTheFirstDisplaysSpacesWithTheWindowsOfRegularAppli
     const auto spaces = SpaceScanner::scan();
     ASSERT_EQ(spaces.size(), 3u);
     EXPECT_EQ(
-        spaces[0].windows, (std::vector<SpaceWindow> { { front, editor }, { everywhere, mail }, { small, editor } }));
+        spaces[0].windows, (std::vector<SpaceWindow> { { small, editor }, { everywhere, mail }, { front, editor } }));
     EXPECT_EQ(spaces[0].appPIDs(), (std::vector { editor, mail }));
     EXPECT_TRUE(spaces[0].isActive);
     EXPECT_FALSE(spaces[0].isFullScreen());
@@ -45,10 +46,10 @@ TEST_F(SpaceScannerTest, ListsTheFirstDisplaysSpacesWithTheWindowsOfRegularAppli
 
 TEST_F(SpaceScannerTest, WithoutAListOfWindowsOrSpacesThereIsStillTheActiveOne)
 {
-    world().faults().windowListMissing = true;
+    windowServerDamage().listMissing = true;
     EXPECT_EQ(SpaceScanner::scan().size(), 3u);
     log_.clear();
-    world().faults().displaySpacesMissing = true;
+    windowServerDamage().displaySpacesMissing = true;
     EXPECT_TRUE(SpaceScanner::scan().empty());
     EXPECT_EQ(log_, Texts { "CGSCopyManagedDisplaySpaces returned nothing" });
     EXPECT_TRUE(SpaceScanner::activeSpacesByDisplay().empty());

@@ -3,6 +3,7 @@
 #include "base/CGGeometry.h"
 #include "system/WindowRaise.h"
 #include "windowserver/CGWindow.h"
+#include "windowserver/Damage.h"
 
 namespace {
 
@@ -61,10 +62,10 @@ TEST_F(WindowIndexTest, MalformedEntriesAreSkippedAndAForeignElementSpoilsTheLis
         wrong.set(key, "text");
         auto lacking = sound;
         lacking.erase(key);
-        world().faults().windowListEntries = { wrong, lacking };
+        windowServerDamage().listEntries = { wrong, lacking };
         EXPECT_EQ(countOf(pid), 1u) << key;
     }
-    world().faults().windowListEntries = { "no dictionary" };
+    windowServerDamage().listEntries = { "no dictionary" };
     EXPECT_EQ(countOf(pid), 0u);
 }
 

@@ -3,6 +3,7 @@
 #include "settings/Settings.h"
 #include "tamer/WindowTamer.h"
 
+#include "windowserver/Damage.h"
 #include <unistd.h>
 
 namespace {
@@ -228,7 +229,7 @@ TEST_F(WindowTamerTest, AlertsOfAnyProgramAreLiftedOnce)
     for (const auto& row : rows)
         windows.push_back(openAlert(row.bounds, row.layer));
     const auto own = openAlert({ 0, 800, 400, 100 }, 3, world().processNamed("com.merrowen.vantry")->pid());
-    world().faults().windowListEntries = { Value(Value::Dictionary { { "kCGWindowLayer", 3 } }) };
+    windowServerDamage().listEntries = { Value(Value::Dictionary { { "kCGWindowLayer", 3 } }) };
     tick();
     for (std::size_t i = 0; i < windows.size(); ++i)
         EXPECT_EQ(bounds(windows[i]), rows[i].lifted.value_or(rows[i].bounds)) << rows[i].what;

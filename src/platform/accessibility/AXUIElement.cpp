@@ -1,5 +1,7 @@
 #include "accessibility/AXUIElement.h"
 
+#include "accessibility/DockTree.h"
+#include "host/AttributeNames.h"
 #include "host/Desktop.h"
 
 namespace {
@@ -14,6 +16,17 @@ std::optional<T> as(const host::AttributeValue& value)
 {
     const T* content = std::get_if<T>(&value);
     return content ? std::optional<T>(*content) : std::nullopt;
+}
+
+/// Of the Dock nothing but its tree is looked at, from the main thread; of applications all but "AXChildren".
+AXError read(const AXUIElement& element, std::string_view name, host::AttributeValue& value)
+{
+    const bool isOther = element.id().kind == host::ElementID::Kind::other;
+    if ((isOther || name == "AXChildren") && DockTree::holds(element.id()))
+        return DockTree::read(element.id(), name, element.timeout(), value);
+    const auto attribute = host::attributeNamed(name);
+    return attribute ? accessibility().read(element.id(), *attribute, element.timeout(), value)
+                     : kAXErrorAttributeUnsupported;
 }
 
 }
@@ -75,23 +88,29 @@ void AXUIElementSetMessagingTimeout(AXUIElement& element, double seconds)
     element.timeout_ = seconds;
 }
 
-AXError AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute, AXValue& value)
+AXError AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view name, AXValue& value)
 {
     host::AttributeValue content;
-    const AXError error = accessibility().read(element.id(), attribute, element.timeout(), content);
+    const AXError error = read(element, name, content);
     if (error == kAXErrorSuccess)
         value = AXValue(std::move(content), element.timeout());
     return error;
 }
 
-AXError AXUIElementSetAttributeValue(const AXUIElement& element, std::string_view attribute, const AXValue& value)
+AXError AXUIElementSetAttributeValue(const AXUIElement& element, std::string_view name, const AXValue& value)
 {
-    return accessibility().write(element.id(), attribute, element.timeout(), value.raw());
+    const auto attribute = host::attributeNamed(name);
+    if (!attribute)
+        return kAXErrorAttributeUnsupported;
+    return accessibility().write(element.id(), *attribute, element.timeout(), value.raw());
 }
 
-AXError AXUIElementPerformAction(const AXUIElement& element, std::string_view action)
+AXError AXUIElementPerformAction(const AXUIElement& element, std::string_view name)
 {
-    return accessibility().perform(element.id(), action, element.timeout());
+    const auto action = host::actionNamed(name);
+    if (!action)
+        return kAXErrorActionUnsupported;
+    return accessibility().perform(element.id(), *action, element.timeout());
 }
 
 AXError _AXUIElementGetWindow(const AXUIElement& element, std::uint32_t& number)

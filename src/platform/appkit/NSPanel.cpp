@@ -55,6 +55,15 @@ void NSWindow::setContentView(std::shared_ptr<NSView> view)
     contentView_->widget_->show();
 }
 
+void NSWindow::setRole(NSWindowRole role)
+{
+    if (role == style_.role)
+        return;
+    style_.role = role;
+    if (adopted_)
+        surfaces().setRole(*widget_, role);
+}
+
 void NSWindow::setBackgroundColor(const NSColor& color)
 {
     widget_->setAttribute(Qt::WA_NoSystemBackground, color.alphaComponent() == 0);

@@ -12,15 +12,11 @@ class QWidget;
 
 enum NSWindowStyleMask : unsigned { NSWindowStyleMaskBorderless = 0, NSWindowStyleMaskNonactivatingPanel = 128 };
 enum NSBackingStoreType : unsigned { NSBackingStoreBuffered = 2 };
-enum NSWindowCollectionBehavior : unsigned {
-    NSWindowCollectionBehaviorCanJoinAllSpaces = 1,
-    NSWindowCollectionBehaviorStationary = 16,
-    NSWindowCollectionBehaviorIgnoresCycle = 64,
-    NSWindowCollectionBehaviorFullScreenAuxiliary = 256,
-};
+/// What a window is for; the desktop puts each kind in its own way.
+using NSWindowRole = host::SurfaceRole;
 
-/// A window of the program. Its frame is in screen space. How it looks to the desktop (level, behaviour, opacity,
-/// shadow) is settled before it is first ordered in. Main thread.
+/// A window of the program, on all spaces. Its frame is in screen space. How it looks to the desktop (level, opacity)
+/// is settled before it is first ordered in. Main thread.
 class NSWindow {
 public:
     NSWindow(const CGRect& contentRect, unsigned styleMask, NSBackingStoreType backing, bool defer);
@@ -39,9 +35,9 @@ public:
 
     void setOpaque(bool opaque) { style_.isOpaque = opaque; }
     void setBackgroundColor(const NSColor& color);
-    void setHasShadow(bool shadow) { style_.hasShadow = shadow; }
     void setLevel(int level) { style_.level = level; }
-    void setCollectionBehavior(unsigned behavior) { style_.collectionBehavior = behavior; }
+    /// Without one it is a popup. A bar may go to the other edge at any time; its frame is set after that.
+    void setRole(NSWindowRole role);
     void setIgnoresMouseEvents(bool ignores) { style_.ignoresMouseEvents = ignores; }
 
     /// In front of its level, without the keyboard.

@@ -4,6 +4,7 @@
 #include "base/RunLoop.h"
 #include "embedded/FaultBox.h"
 #include "embedded/World.h"
+#include "host/AttributeNames.h"
 
 #include <chrono>
 #include <future>
@@ -13,13 +14,10 @@ namespace embedded {
 
 namespace {
 
+using host::Attribute;
 using host::AttributeValue;
 using host::ElementID;
 using Kind = ElementID::Kind;
-
-/// The Dock's one list; its tiles count on from there.
-constexpr std::uint64_t dockList = 1;
-constexpr std::uint64_t firstTile = 2;
 
 /// Square points from which a window is more than a passing one.
 constexpr double substantialArea = 120000;
@@ -49,23 +47,22 @@ bool Accessibility::isTrusted(bool prompt)
     return world_.isAccessibilityPermitted();
 }
 
-AXError Accessibility::read(const ElementID& element, std::string_view attribute, double timeout, AttributeValue& value)
+AXError Accessibility::read(const ElementID& element, Attribute attribute, double timeout, AttributeValue& value)
 {
-    Reply reply = ask({ Call::Kind::read, element, std::string(attribute), timeout, {} });
+    Reply reply = ask({ Call::Kind::read, element, attribute, nameOf(attribute), timeout, {} });
     if (reply.result == kAXErrorSuccess)
         value = std::move(reply.value);
     return reply.result;
 }
 
-AXError Accessibility::write(
-    const ElementID& element, std::string_view attribute, double timeout, const AttributeValue& value)
+AXError Accessibility::write(const ElementID& element, Attribute attribute, double timeout, const AttributeValue& value)
 {
-    return ask({ Call::Kind::write, element, std::string(attribute), timeout, value }).result;
+    return ask({ Call::Kind::write, element, attribute, nameOf(attribute), timeout, value }).result;
 }
 
-AXError Accessibility::perform(const ElementID& element, std::string_view action, double timeout)
+AXError Accessibility::perform(const ElementID& element, host::Action action, double timeout)
 {
-    return ask({ Call::Kind::action, element, std::string(action), timeout, {} }).result;
+    return ask({ Call::Kind::action, element, {}, nameOf(action), timeout, {} }).result;
 }
 
 Accessibility::Reply Accessibility::ask(const Request& request)
@@ -100,7 +97,7 @@ Accessibility::Reply Accessibility::answer(const Request& request)
     log_.add({ .kind = request.kind,
         .pid = request.element.pid,
         .window = request.element.kind == Kind::window ? request.element.id : 0,
-        .name = request.name,
+        .name = std::string(request.name),
         .value = request.kind == Call::Kind::write ? std::optional(request.value) : std::nullopt,
         .result = reply.result,
         .heldUp = reply.hung ? request.timeout : 0 });
@@ -127,16 +124,14 @@ Accessibility::Reply Accessibility::answerUnrecorded(const Request& request)
     const bool isWindow = element.kind == Kind::window;
     switch (request.kind) {
     case Call::Kind::read:
-        if (process->isDock())
-            return readDock(element, request.name);
-        return isWindow ? readWindow(*window, request.name) : readApplication(*process, request.name);
+        return isWindow ? readWindow(*window, *request.attribute) : readApplication(*process, *request.attribute);
     case Call::Kind::write:
         return { isWindow ? writeWindow(*window, request) : writeApplication(*process, request), {}, false };
     case Call::Kind::action:
     case Call::Kind::request:
         break;
     }
-    if (!isWindow || request.name != "AXRaise")
+    if (!isWindow)
         return { kAXErrorActionUnsupported, {}, false };
     world_.raise(window->number);
     return {};
@@ -153,7 +148,7 @@ AXError Accessibility::fault(const Request& request)
     }
     const auto fails = [&](FailingCalls& calls) {
         return takeFailure(calls, request.name)
-            || (request.kind == Call::Kind::write && takeFailure(calls, "set " + request.name));
+            || (request.kind == Call::Kind::write && takeFailure(calls, "set " + std::string(request.name)));
     };
     if (fails(faults.fails))
         return kAXErrorCannotComplete;
@@ -175,14 +170,23 @@ std::vector<ElementID> Accessibility::namedWindows(const RunningProcess& process
     return elements;
 }
 
-Accessibility::Reply Accessibility::readApplication(const RunningProcess& process, const std::string& attribute) const
+Accessibility::Reply Accessibility::readApplication(const RunningProcess& process, Attribute attribute) const
 {
-    if (attribute == "AXWindows" || attribute == "AXChildren")
+    switch (attribute) {
+    case Attribute::windows:
+    case Attribute::children:
         return { kAXErrorSuccess, namedWindows(process), false };
-    if (attribute == "AXFrontmost")
+    case Attribute::frontmost:
         return { kAXErrorSuccess, world_.frontmost() == process.pid(), false };
-    if (attribute != "AXFocusedWindow")
+    case Attribute::focusedWindow:
+        return readFocusedWindow(process);
+    default:
         return { kAXErrorAttributeUnsupported, {}, false };
+    }
+}
+
+Accessibility::Reply Accessibility::readFocusedWindow(const RunningProcess& process) const
+{
     if (process.faults.misnamesFocusedWindow)
         return { kAXErrorSuccess, std::string("window"), false };
     const Window* focused = world_.focusedWindow(process.pid());
@@ -192,56 +196,32 @@ Accessibility::Reply Accessibility::readApplication(const RunningProcess& proces
     return { kAXErrorSuccess, elementOf(*focused), false };
 }
 
-Accessibility::Reply Accessibility::readWindow(const Window& window, const std::string& attribute) const
+Accessibility::Reply Accessibility::readWindow(const Window& window, Attribute attribute) const
 {
-    if (attribute == "AXTitle")
+    switch (attribute) {
+    case Attribute::title:
         return { kAXErrorSuccess, window.title.value_or(std::string()), false };
-    if (attribute == "AXMinimized")
+    case Attribute::minimized:
         return { kAXErrorSuccess, window.isMinimised, false };
-    if (attribute == "AXFullScreen")
+    case Attribute::fullScreen:
         return { kAXErrorSuccess, window.isFullScreen(), false };
-    if (attribute == "AXPosition")
+    case Attribute::position:
         return { kAXErrorSuccess, window.bounds.origin(), false };
-    if (attribute == "AXSize")
+    case Attribute::size:
         return { kAXErrorSuccess, window.bounds.size(), false };
-    return { kAXErrorAttributeUnsupported, {}, false };
-}
-
-Accessibility::Reply Accessibility::readDock(const ElementID& element, const std::string& attribute) const
-{
-    const auto& tiles = world_.dock().tiles();
-    if (attribute == "AXChildren" && element.kind == Kind::application)
-        return { kAXErrorSuccess, std::vector { ElementID { element.pid, Kind::other, dockList } }, false };
-    if (attribute == "AXChildren" && element.id == dockList) {
-        std::vector<ElementID> elements;
-        for (std::size_t index = 0; index < tiles.size(); ++index)
-            elements.push_back({ element.pid, Kind::other, firstTile + index });
-        return { kAXErrorSuccess, std::move(elements), false };
+    default:
+        return { kAXErrorAttributeUnsupported, {}, false };
     }
-    if (element.kind != Kind::other || element.id < firstTile)
-        return { kAXErrorAttributeUnsupported, {}, false };
-    if (element.id - firstTile >= tiles.size())
-        return { kAXErrorInvalidUIElement, {}, false };
-
-    const std::string& title = tiles[element.id - firstTile].label;
-    if (attribute == "AXTitle")
-        return { kAXErrorSuccess, title, false };
-    if (attribute != "AXStatusLabel")
-        return { kAXErrorAttributeUnsupported, {}, false };
-    const auto badge = world_.dock().badges.find(title);
-    if (badge == world_.dock().badges.end())
-        return { kAXErrorNoValue, {}, false };
-    return { kAXErrorSuccess, badge->second, false };
 }
 
 AXError Accessibility::writeApplication(const RunningProcess& process, const Request& request)
 {
-    const bool* on = std::get_if<bool>(&request.value);
-    if (request.name != "AXFrontmost" && request.name != "AXManualAccessibility")
+    if (request.attribute != Attribute::frontmost && request.attribute != Attribute::manualAccessibility)
         return kAXErrorAttributeUnsupported;
+    const bool* on = std::get_if<bool>(&request.value);
     if (!on)
         return kAXErrorIllegalArgument;
-    if (request.name == "AXManualAccessibility")
+    if (request.attribute == Attribute::manualAccessibility)
         world_.setManualAccessibility(process.pid(), *on);
     else if (*on)
         world_.activate(process.pid());
@@ -255,21 +235,30 @@ AXError Accessibility::writeWindow(const Window& window, const Request& request)
     const CGPoint* point = std::get_if<CGPoint>(&request.value);
     const CGSize* size = std::get_if<CGSize>(&request.value);
 
-    if (request.name == "AXPosition" && point)
-        world_.setBounds(number, { point->x, point->y, window.bounds.width, window.bounds.height });
-    else if (request.name == "AXSize" && size)
-        world_.setBounds(number, { window.bounds.x, window.bounds.y, size->width, size->height });
-    else if (request.name == "AXMinimized" && on)
-        world_.setMinimised(number, *on);
-    else if (request.name == "AXFullScreen" && on)
-        world_.requestFullScreen(number, *on);
-    else if (request.name == "AXMain" && on && *on)
-        world_.setMain(number);
-    else if (readWindow(window, request.name).result == kAXErrorSuccess || request.name == "AXMain")
-        return kAXErrorIllegalArgument;
-    else
+    switch (*request.attribute) {
+    case Attribute::position:
+        if (point)
+            world_.setBounds(number, { point->x, point->y, window.bounds.width, window.bounds.height });
+        return point ? kAXErrorSuccess : kAXErrorIllegalArgument;
+    case Attribute::size:
+        if (size)
+            world_.setBounds(number, { window.bounds.x, window.bounds.y, size->width, size->height });
+        return size ? kAXErrorSuccess : kAXErrorIllegalArgument;
+    case Attribute::minimized:
+        if (on)
+            world_.setMinimised(number, *on);
+        return on ? kAXErrorSuccess : kAXErrorIllegalArgument;
+    case Attribute::fullScreen:
+        if (on)
+            world_.requestFullScreen(number, *on);
+        return on ? kAXErrorSuccess : kAXErrorIllegalArgument;
+    case Attribute::main:
+        if (on && *on)
+            world_.setMain(number);
+        return on ? kAXErrorSuccess : kAXErrorIllegalArgument;
+    default:
         return kAXErrorAttributeUnsupported;
-    return kAXErrorSuccess;
+    }
 }
 
 }

@@ -4,7 +4,8 @@
 #include "host/Accessibility.h"
 
 #include <memory>
-#include <string>
+#include <optional>
+#include <string_view>
 #include <thread>
 
 namespace embedded {
@@ -21,17 +22,20 @@ public:
     Accessibility(World& world, CallLog& log);
 
     bool isTrusted(bool prompt) override;
-    AXError read(const host::ElementID& element, std::string_view attribute, double timeout,
+    AXError read(const host::ElementID& element, host::Attribute attribute, double timeout,
         host::AttributeValue& value) override;
-    AXError write(const host::ElementID& element, std::string_view attribute, double timeout,
+    AXError write(const host::ElementID& element, host::Attribute attribute, double timeout,
         const host::AttributeValue& value) override;
-    AXError perform(const host::ElementID& element, std::string_view action, double timeout) override;
+    AXError perform(const host::ElementID& element, host::Action action, double timeout) override;
 
 private:
     struct Request {
         Call::Kind kind;
         host::ElementID element;
-        std::string name;
+        /// Absent for an action.
+        std::optional<host::Attribute> attribute;
+        /// By which faults and the log know it.
+        std::string_view name;
         double timeout;
         /// For a write.
         host::AttributeValue value;
@@ -48,9 +52,9 @@ private:
     Reply answer(const Request& request);
     Reply answerUnrecorded(const Request& request);
     AXError fault(const Request& request);
-    Reply readApplication(const RunningProcess& process, const std::string& attribute) const;
-    Reply readWindow(const Window& window, const std::string& attribute) const;
-    Reply readDock(const host::ElementID& element, const std::string& attribute) const;
+    Reply readApplication(const RunningProcess& process, host::Attribute attribute) const;
+    Reply readFocusedWindow(const RunningProcess& process) const;
+    Reply readWindow(const Window& window, host::Attribute attribute) const;
     AXError writeApplication(const RunningProcess& process, const Request& request);
     AXError writeWindow(const Window& window, const Request& request);
     std::vector<host::ElementID> namedWindows(const RunningProcess& process) const;

@@ -13,6 +13,7 @@ EmbeddedDesktop::EmbeddedDesktop(const Scenario& scenario, const std::string& ro
     , processes_(world_, calls_)
     , applications_(world_, icons_, calls_)
     , windows_(world_, calls_)
+    , badges_(world_, calls_)
     , accessibility_(world_, calls_)
     , keyboard_(world_, calls_)
     , surfaces_(world_)

@@ -2,6 +2,7 @@
 
 #include "embedded/Accessibility.h"
 #include "embedded/Applications.h"
+#include "embedded/Badges.h"
 #include "embedded/CallLog.h"
 #include "embedded/Capture.h"
 #include "embedded/Displays.h"
@@ -35,6 +36,7 @@ public:
     Processes& processes() override { return processes_; }
     Applications& applications() override { return applications_; }
     Windows& windows() override { return windows_; }
+    Badges& badges() override { return badges_; }
     Accessibility& accessibility() override { return accessibility_; }
     Pointer& pointer() override { return pointer_; }
     Keyboard& keyboard() override { return keyboard_; }
@@ -61,6 +63,7 @@ private:
     Processes processes_;
     Applications applications_;
     Windows windows_;
+    Badges badges_;
     Accessibility accessibility_;
     Pointer pointer_;
     Keyboard keyboard_;

@@ -1,12 +1,10 @@
 #pragma once
 
 #include "base/CGGeometry.h"
-#include "base/Value.h"
 
 #include <map>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace embedded {
 
@@ -45,10 +43,6 @@ struct ProcessFaults {
 
 /// What can be wrong with the desktop.
 struct DesktopFaults {
-    bool windowListMissing = false;
-    /// Put in front of the window list as they are: entries of a wrong type, or without what an entry must have.
-    std::vector<Value> windowListEntries;
-    bool displaySpacesMissing = false;
     /// No program may watch the keyboard.
     bool keyTapMissing = false;
     /// The Dock doesn't run and isn't relaunched.

@@ -6,37 +6,6 @@
 
 namespace embedded {
 
-namespace {
-
-Value valueOf(const QJsonValue& json)
-{
-    switch (json.type()) {
-    case QJsonValue::Bool:
-        return json.toBool();
-    case QJsonValue::Double:
-        if (const auto whole = json.toInteger(); static_cast<double>(whole) == json.toDouble())
-            return whole;
-        return json.toDouble();
-    case QJsonValue::Array: {
-        Value::Array array;
-        for (const QJsonValue element : json.toArray())
-            array.push_back(valueOf(element));
-        return array;
-    }
-    case QJsonValue::Object: {
-        Value::Dictionary dictionary;
-        const QJsonObject object = json.toObject();
-        for (auto entry = object.begin(); entry != object.end(); ++entry)
-            dictionary.set(entry.key().toStdString(), valueOf(entry.value()));
-        return dictionary;
-    }
-    default:
-        return json.toString().toStdString();
-    }
-}
-
-}
-
 JsonObject::JsonObject(const JsonLines& lines, QJsonObject object, std::string path, std::string label)
     : lines_(lines)
     , object_(std::move(object))
@@ -148,18 +117,6 @@ void JsonObject::convert(const QJsonValue& value, const std::string& key, CGSize
 {
     const auto parts = numbers(value, key, 2);
     out = { parts[0], parts[1] };
-}
-
-void JsonObject::convert(const QJsonValue& value, const std::string&, Value& out) const
-{
-    out = valueOf(value);
-}
-
-void JsonObject::convert(const QJsonValue& value, const std::string& key, std::vector<Value>& out) const
-{
-    if (!value.isArray())
-        mustBe(key, "an array");
-    out = *valueOf(value).array();
 }
 
 void JsonObject::elements(

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/CGGeometry.h"
-#include "base/Value.h"
 #include "embedded/JsonLines.h"
 #include "embedded/ScenarioError.h"
 
@@ -81,7 +80,6 @@ private:
     void convert(const QJsonValue& value, const std::string& key, std::string& out) const;
     void convert(const QJsonValue& value, const std::string& key, CGRect& out) const;
     void convert(const QJsonValue& value, const std::string& key, CGSize& out) const;
-    void convert(const QJsonValue& value, const std::string& key, Value& out) const;
 
     template <std::integral Integer>
     void convert(const QJsonValue& value, const std::string& key, Integer& out) const
@@ -115,7 +113,6 @@ private:
             out.push_back(std::move(content));
         });
     }
-    void convert(const QJsonValue& value, const std::string& key, std::vector<Value>& out) const;
 
     template <class T, class Order>
     void convert(const QJsonValue& value, const std::string& key, std::map<std::string, T, Order>& out) const

@@ -296,9 +296,6 @@ private:
         permissions.done();
 
         JsonObject faults = root_.object("faults");
-        faults.read("windowListMissing", scenario_.faults.windowListMissing);
-        faults.read("windowListEntries", scenario_.faults.windowListEntries);
-        faults.read("displaySpacesMissing", scenario_.faults.displaySpacesMissing);
         faults.read("keyTapMissing", scenario_.faults.keyTapMissing);
         faults.read("dockMissing", scenario_.faults.dockMissing);
         faults.read("fullScreenDelay", scenario_.faults.fullScreenDelay);

@@ -34,6 +34,12 @@ void Surfaces::release(QWidget& widget)
     stage_->panelsChanged();
 }
 
+void Surfaces::setRole(QWidget& widget, host::SurfaceRole role)
+{
+    if (Panel* panel = find(widget))
+        panel->style.role = role;
+}
+
 void Surfaces::setFrame(QWidget& widget, const CGRect& frame)
 {
     Panel* panel = find(widget);

@@ -45,6 +45,7 @@ public:
 
     void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
     void release(QWidget& widget) override;
+    void setRole(QWidget& widget, host::SurfaceRole role) override;
     void setFrame(QWidget& widget, const CGRect& frame) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;

@@ -24,6 +24,7 @@ World::World(const Scenario& scenario, const std::string& dockPreferences, Notic
     startOwnPrograms();
     for (auto window = scenario.windows.rbegin(); window != scenario.windows.rend(); ++window)
         open(*window);
+    std::ranges::reverse(appearance_);
     frontmost_ = scenario.frontmost ? scenario.frontmost : nextFrontmost(0);
 }
 

@@ -22,6 +22,7 @@ std::uint32_t World::open(Scenario::Window described)
 
     const std::uint32_t number = window.number;
     windows_.insert(windows_.begin(), std::move(window));
+    appearance_.push_back(number);
     if (described.isFullScreen)
         setFullScreen(number, true);
     notices_.windowsChanged();
@@ -39,6 +40,7 @@ void World::close(std::uint32_t number)
     if (RunningProcess* owner = find(closing->owner); owner && owner->mainWindow == number)
         owner->mainWindow.reset();
     std::erase_if(windows_, [&](const Window& window) { return window.number == number; });
+    std::erase(appearance_, number);
     notices_.windowsChanged();
     notices_.sceneChanged();
 }

@@ -108,7 +108,6 @@ void Badges::update(const std::string& sender, const std::string& uri, GVariant*
 {
     const std::string id = entryIdOf(uri);
     const auto entry = entries_.withId(id);
-    const std::lock_guard lock(mutex_);
     Launcher& launcher = launcherOf(id);
     launcher.sender = sender;
     gint64 count = 0;
@@ -123,7 +122,6 @@ void Badges::update(const std::string& sender, const std::string& uri, GVariant*
 
 void Badges::dropSender(const std::string& sender)
 {
-    const std::lock_guard lock(mutex_);
     for (Launcher& launcher : launchers_) {
         if (launcher.sender != sender)
             continue;
@@ -132,18 +130,11 @@ void Badges::dropSender(const std::string& sender)
     }
 }
 
-std::vector<Badges::Badge> Badges::all() const
+std::optional<std::vector<host::Badge>> Badges::read(double)
 {
-    const std::lock_guard lock(mutex_);
-    std::vector<Badge> result;
+    std::vector<host::Badge> result;
     std::ranges::transform(launchers_, std::back_inserter(result), &Launcher::badge);
     return result;
-}
-
-std::optional<Badges::Badge> Badges::at(std::size_t index) const
-{
-    const std::lock_guard lock(mutex_);
-    return index < launchers_.size() ? std::optional(launchers_[index].badge) : std::nullopt;
 }
 
 }

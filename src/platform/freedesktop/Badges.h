@@ -1,10 +1,10 @@
 #pragma once
 
 #include "freedesktop/DesktopEntries.h"
+#include "host/Badges.h"
 
 #include <gio/gio.h>
 
-#include <mutex>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -13,28 +13,25 @@
 namespace freedesktop {
 
 /// The counts that applications show on their launchers, as they tell them by signals of
-/// com.canonical.Unity.LauncherEntry on the session bus. Signals come on the main thread; reading is safe from any.
-class Badges {
+/// com.canonical.Unity.LauncherEntry on the session bus. Main thread.
+class Badges final : public host::Badges {
 public:
-    explicit Badges(DesktopEntries& entries)
+    /// `owner` is the process that counts as the one which shows them.
+    Badges(DesktopEntries& entries, pid_t owner)
         : entries_(entries)
+        , owner_(owner)
     {
     }
-    ~Badges();
+    ~Badges() override;
     Badges(const Badges&) = delete;
     Badges& operator=(const Badges&) = delete;
 
     /// Begins to listen, if there is a session bus. Returns at once.
     void connect();
 
-    struct Badge {
-        std::string applicationName;
-        /// Empty while none shows.
-        std::string text;
-    };
-    /// Every application that ever showed a badge; its index stays.
-    std::vector<Badge> all() const;
-    std::optional<Badge> at(std::size_t index) const;
+    std::optional<pid_t> owner() override { return owner_; }
+    /// Of every application that ever showed one.
+    std::optional<std::vector<host::Badge>> read(double timeout) override;
 
 private:
     struct Launcher {
@@ -43,7 +40,7 @@ private:
         std::string sender;
         long long count = 0;
         bool isVisible = false;
-        Badge badge;
+        host::Badge badge;
     };
 
     static void onBus(GObject*, GAsyncResult* result, gpointer self);
@@ -58,7 +55,7 @@ private:
     Launcher& launcherOf(const std::string& entryId);
 
     DesktopEntries& entries_;
-    mutable std::mutex mutex_;
+    pid_t owner_;
     std::vector<Launcher> launchers_;
     GCancellable* cancellable_ = nullptr;
     GDBusConnection* bus_ = nullptr;

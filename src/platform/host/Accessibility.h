@@ -7,13 +7,12 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 #include <variant>
 #include <vector>
 
 namespace host {
 
-/// Names an element of an application's accessibility tree, also one that has gone.
+/// Names an application or a window of one, also one that has gone.
 struct ElementID {
     enum class Kind : std::uint8_t { application, window, other };
 
@@ -27,9 +26,30 @@ struct ElementID {
 
 using AttributeValue = std::variant<bool, double, std::string, CGPoint, CGSize, ElementID, std::vector<ElementID>>;
 
+/// What can be read (r) and written (w), and of which type it is. Positions are in window space.
+enum class Attribute : std::uint8_t {
+    // Of an application.
+    windows, ///< r, elements, front first
+    focusedWindow, ///< r, element
+    children, ///< r, elements
+    frontmost, ///< w, boolean: true brings it forward
+    manualAccessibility, ///< w, boolean: true has it report its windows
+    // Of a window.
+    title, ///< r, text
+    minimized, ///< rw, boolean
+    position, ///< rw, point
+    size, ///< rw, size
+    fullScreen, ///< rw, boolean
+    main, ///< w, boolean: true makes it its application's main window
+};
+
+enum class Action : std::uint8_t {
+    raise, ///< of a window: in front of the application's others
+};
+
 /// Other applications' windows, read and driven. Any thread. A call on an application that doesn't answer returns
-/// `kAXErrorCannotComplete` within `timeout` seconds; on an element that has gone, `kAXErrorInvalidUIElement`.
-/// Points are in window space.
+/// `kAXErrorCannotComplete` within `timeout` seconds; on an element that has gone, `kAXErrorInvalidUIElement`; of an
+/// attribute that the element doesn't have, `kAXErrorAttributeUnsupported`.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
@@ -37,18 +57,10 @@ public:
     /// Whether the user trusts this program with accessibility. With `prompt`, the user is asked if not.
     virtual bool isTrusted(bool prompt) = 0;
 
-    /// Attributes of an application: "AXWindows", "AXFocusedWindow", "AXChildren"; of a window: "AXTitle",
-    /// "AXMinimized", "AXPosition", "AXSize", "AXFullScreen"; of other elements: "AXChildren", "AXTitle",
-    /// "AXStatusLabel".
-    virtual AXError read(const ElementID& element, std::string_view attribute, double timeout, AttributeValue& value)
+    virtual AXError read(const ElementID& element, Attribute attribute, double timeout, AttributeValue& value) = 0;
+    virtual AXError write(const ElementID& element, Attribute attribute, double timeout, const AttributeValue& value)
         = 0;
-    /// Of an application: "AXFrontmost", "AXManualAccessibility"; of a window: "AXMain", "AXMinimized", "AXPosition",
-    /// "AXSize", "AXFullScreen".
-    virtual AXError write(
-        const ElementID& element, std::string_view attribute, double timeout, const AttributeValue& value)
-        = 0;
-    /// "AXRaise" on a window.
-    virtual AXError perform(const ElementID& element, std::string_view action, double timeout) = 0;
+    virtual AXError perform(const ElementID& element, Action action, double timeout) = 0;
 };
 
 }

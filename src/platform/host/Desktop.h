@@ -7,6 +7,7 @@ namespace host {
 
 class Accessibility;
 class Applications;
+class Badges;
 class Capture;
 class Displays;
 class Keyboard;
@@ -25,6 +26,7 @@ public:
     virtual Processes& processes() = 0;
     virtual Applications& applications() = 0;
     virtual Windows& windows() = 0;
+    virtual Badges& badges() = 0;
     virtual Accessibility& accessibility() = 0;
     virtual Pointer& pointer() = 0;
     virtual Keyboard& keyboard() = 0;

@@ -2,18 +2,26 @@
 
 #include "base/CGGeometry.h"
 
+#include <cstdint>
+
 class QWidget;
 
 namespace host {
 
+/// What a panel is for. A bar lies along that edge of its display.
+enum class SurfaceRole : std::uint8_t { bottomBar, topBar, tooltip, popup, results };
+
+constexpr bool isBar(SurfaceRole role)
+{
+    return role == SurfaceRole::bottomBar || role == SurfaceRole::topBar;
+}
+
 /// What a panel asks of the desktop.
 struct SurfaceStyle {
+    SurfaceRole role = SurfaceRole::popup;
     /// The window level: of two panels the higher one is in front.
     int level = 0;
-    /// `NSWindow` collection behaviour bits.
-    unsigned collectionBehavior = 0;
     bool isOpaque = true;
-    bool hasShadow = true;
     bool ignoresMouseEvents = false;
 };
 
@@ -27,8 +35,10 @@ public:
     virtual void adopt(QWidget& widget, const SurfaceStyle& style, const CGRect& frame) = 0;
     virtual void release(QWidget& widget) = 0;
 
-    /// Screen space. A panel that spans an edge of its display keeps other windows' maximised frames 5 points off
-    /// itself where the desktop has a way to say so: a window can be resized by a little more than its frame.
+    /// A bar goes to the other edge. Its frame follows.
+    virtual void setRole(QWidget& widget, SurfaceRole role) = 0;
+    /// Screen space. A bar keeps other windows' maximised frames 5 points off itself where the desktop has a way to say
+    /// so: a window can be resized by a little more than its frame.
     virtual void setFrame(QWidget& widget, const CGRect& frame) = 0;
     /// Shows the panel in front of its level without taking the keyboard. Costs nothing when it is there already.
     virtual void orderFront(QWidget& widget) = 0;

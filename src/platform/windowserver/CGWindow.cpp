@@ -2,13 +2,107 @@
 
 #include "host/Capture.h"
 #include "host/Desktop.h"
+#include "host/Displays.h"
+#include "host/Processes.h"
 #include "host/Windows.h"
+#include "windowserver/Damage.h"
+
+#include <unordered_map>
 
 namespace {
+
+/// The one space of a desktop that has none.
+constexpr std::uint64_t onlySpace = 1;
+
 host::Windows& windows()
 {
     return host::Desktop::current().windows();
 }
+
+/// A window of which nobody knows where it is counts as one that fills the primary display.
+CGRect boundsOf(const host::Window& window)
+{
+    if (window.bounds)
+        return *window.bounds;
+    const auto& displays = host::Desktop::current().displays().all();
+    return displays.empty() ? CGRect {} : CGRect { 0, 0, displays.front().frame.width, displays.front().frame.height };
+}
+
+Value dictionaryOf(const host::Window& window, const host::Process* owner)
+{
+    Value::Dictionary entry {
+        { kCGWindowNumber, window.number },
+        { kCGWindowOwnerPID, window.owner },
+        { kCGWindowLayer, window.layer },
+        { kCGWindowBounds, CGRectCreateDictionaryRepresentation(boundsOf(window)) },
+        { kCGWindowAlpha, 1.0 },
+    };
+    if (window.title)
+        entry.set(kCGWindowName, *window.title);
+    if (owner && owner->localizedName)
+        entry.set(kCGWindowOwnerName, *owner->localizedName);
+    return entry;
+}
+
+/// The dictionaries of windows, each made again only when what it tells has changed.
+class WindowDictionaries {
+public:
+    const Value& of(const std::shared_ptr<const host::Window>& window)
+    {
+        const auto owner = host::Desktop::current().processes().find(window->owner);
+        auto& entry = entries_.try_emplace(window->number, Entry { nullptr, nullptr, Value(false) }).first->second;
+        if (entry.window != window || entry.owner != owner)
+            entry = { window, owner, dictionaryOf(*window, owner.get()) };
+        return entry.value;
+    }
+
+    /// Forgets windows that have gone, once they are as many as those that there are.
+    void prune(std::size_t count)
+    {
+        if (entries_.size() > 2 * count)
+            std::erase_if(entries_, [](const auto& each) { return windows().find(each.first) != each.second.window; });
+    }
+
+private:
+    struct Entry {
+        std::shared_ptr<const host::Window> window;
+        std::shared_ptr<const host::Process> owner;
+        Value value;
+    };
+    std::unordered_map<std::uint32_t, Entry> entries_;
+};
+
+Value dictionaryOf(const host::Space& space)
+{
+    constexpr int desktop = 0;
+    constexpr int fullScreen = 4;
+    Value::Dictionary entry { { "id64", space.id }, { "type", space.isFullScreen ? fullScreen : desktop } };
+    if (space.owner)
+        entry.set("pid", *space.owner);
+    return entry;
+}
+
+Value dictionaryOf(const host::DisplaySpaces& display)
+{
+    Value::Array spaces;
+    Value::Dictionary entry;
+    for (const host::Space& space : display.spaces) {
+        spaces.push_back(dictionaryOf(space));
+        if (space.id == display.current)
+            entry.set("Current Space", spaces.back());
+    }
+    entry.set("Spaces", std::move(spaces));
+    if (display.uuid)
+        entry.set("Display Identifier", *display.uuid);
+    return entry;
+}
+
+}
+
+WindowServerDamage& windowServerDamage()
+{
+    static WindowServerDamage damage;
+    return damage;
 }
 
 /// There is one window server, so any number names the connection to it.
@@ -19,7 +113,7 @@ CGSConnectionID CGSMainConnectionID()
 
 std::uint64_t CGSGetActiveSpace(CGSConnectionID)
 {
-    return windows().activeSpace();
+    return windows().activeSpace().value_or(onlySpace);
 }
 
 std::optional<std::uint64_t> CGSGetChangeCount(CGSConnectionID)
@@ -29,19 +123,39 @@ std::optional<std::uint64_t> CGSGetChangeCount(CGSConnectionID)
 
 std::optional<Value> CGSCopyManagedDisplaySpaces(CGSConnectionID)
 {
-    return windows().displaySpaces();
+    if (windowServerDamage().displaySpacesMissing)
+        return std::nullopt;
+    Value::Array displays;
+    for (const host::DisplaySpaces& display : windows().displaySpaces())
+        displays.push_back(dictionaryOf(display));
+    return displays;
 }
 
 std::optional<Value> CGSCopySpacesForWindows(CGSConnectionID, unsigned, const Value& numbers)
 {
     const Value::Array* array = numbers.array();
     const auto number = array && array->size() == 1 ? array->front().integer<std::uint32_t>() : std::nullopt;
-    return number ? windows().spaces(*number) : std::nullopt;
+    const auto window = number ? windows().find(*number) : nullptr;
+    if (!window)
+        return std::nullopt;
+    if (!window->spaces)
+        return Value::Array { onlySpace };
+    return Value::Array(window->spaces->begin(), window->spaces->end());
 }
 
 std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
 {
-    return windows().list((option & kCGWindowListOptionOnScreenOnly) != 0);
+    if (windowServerDamage().listMissing)
+        return std::nullopt;
+    static WindowDictionaries dictionaries;
+    const bool onScreenOnly = (option & kCGWindowListOptionOnScreenOnly) != 0;
+    const host::Windows::List list = onScreenOnly ? windows().onScreen() : windows().all();
+    Value::Array entries = windowServerDamage().listEntries;
+    entries.reserve(entries.size() + list.size());
+    for (const auto& window : list)
+        entries.push_back(dictionaries.of(window));
+    dictionaries.prune(list.size());
+    return entries;
 }
 
 bool CGPreflightScreenCaptureAccess()

@@ -43,8 +43,8 @@ inline constexpr const char* kCGWindowOwnerName = "kCGWindowOwnerName";
 /// A number from 0 to 1.
 inline constexpr const char* kCGWindowAlpha = "kCGWindowAlpha";
 
-/// All windows, front first: an array of dictionaries with the keys above. `option` is 0 (all, those on other spaces
-/// included) or 17 (on screen, without the desktop's own).
+/// An array of dictionaries with the keys above. `option` is 0 (all, those on other spaces included, in the order in
+/// which they appeared) or 17 (on screen, without the desktop's own, front first).
 std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t relativeToWindow);
 
 bool CGPreflightScreenCaptureAccess();

@@ -47,39 +47,19 @@ BarSurface::Panel* BarSurface::find(const QWidget& widget)
     return found == panels_.end() ? nullptr : &*found;
 }
 
-/// The edge of its monitor along which a panel spans the whole width; under other programs' panels it may stand off.
-BarSurface::Edge BarSurface::edgeOf(const Rect& frame) const
-{
-    for (const Monitor& monitor : monitors_.monitors()) {
-        if (frame.x != monitor.frame.x || frame.width != monitor.frame.width)
-            continue;
-        const Rect visible = monitors_.visible(monitor);
-        if (frame.y == monitor.frame.y || frame.y == visible.y)
-            return Edge::top;
-        if (frame.bottom() == monitor.frame.bottom() || frame.bottom() == visible.bottom())
-            return Edge::bottom;
-    }
-    return Edge::none;
-}
-
 void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
 {
     const Rect rect = monitors_.toRoot(frame);
-    const Edge edge = edgeOf(rect);
     Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
     // Not the toolkit's own kind for tooltips: that gets another window when it is shown.
-    flags.setFlag(Qt::BypassWindowManagerHint, edge == Edge::none);
+    flags.setFlag(Qt::BypassWindowManagerHint, !host::isBar(style.role));
     flags.setFlag(Qt::WindowTransparentForInput, style.ignoresMouseEvents);
     widget.setWindowFlags(flags);
     widget.setAttribute(Qt::WA_ShowWithoutActivating);
     widget.setAttribute(Qt::WA_TranslucentBackground, !style.isOpaque && canBlend());
     widget.setGeometry(geometry(rect));
-    panels_.push_back({ .widget = &widget,
-        .window = static_cast<xcb_window_t>(widget.winId()),
-        .level = style.level,
-        .isOpaque = style.isOpaque,
-        .edge = edge,
-        .frame = rect });
+    panels_.push_back(
+        { .widget = &widget, .window = static_cast<xcb_window_t>(widget.winId()), .style = style, .frame = rect });
     tellMonitors();
 }
 
@@ -98,6 +78,12 @@ void BarSurface::tellMonitors()
     monitors_.setOwnDocks(std::move(windows));
 }
 
+void BarSurface::setRole(QWidget& widget, host::SurfaceRole role)
+{
+    if (Panel* panel = find(widget))
+        panel->style.role = role;
+}
+
 void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 {
     Panel* panel = find(widget);
@@ -105,10 +91,8 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
     if (!panel || panel->frame == rect)
         return;
     panel->frame = rect;
-    if (panel->edge != Edge::none) {
-        panel->edge = edgeOf(rect);
+    if (host::isBar(panel->style.role))
         setStrut(*panel);
-    }
     const bool isResized = widget.size() != geometry(rect).size();
     widget.setGeometry(geometry(rect));
     if (isResized && widget.isVisible())
@@ -119,7 +103,7 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 /// shape of what it paints, so that its round corners aren't black. That shape follows from its size.
 void BarSurface::cutOut(Panel& panel)
 {
-    if (panel.edge != Edge::none || panel.isOpaque)
+    if (host::isBar(panel.style.role) || panel.style.isOpaque)
         return;
     if (canBlend()) {
         if (std::exchange(panel.cutOut, {}).isValid())
@@ -137,7 +121,7 @@ void BarSurface::cutOut(Panel& panel)
 void BarSurface::displaysChanged()
 {
     for (const Panel& panel : panels_) {
-        if (panel.edge != Edge::none)
+        if (host::isBar(panel.style.role))
             setStrut(panel);
     }
 }
@@ -221,10 +205,11 @@ void BarSurface::raise(const Panel& panel)
     panel.widget->raise();
     std::vector<const Panel*> higher;
     for (const Panel& other : panels_) {
-        if (other.level > panel.level && other.widget->isVisible() && overlapArea(other.frame, panel.frame) > 0)
+        if (other.style.level > panel.style.level && other.widget->isVisible()
+            && overlapArea(other.frame, panel.frame) > 0)
             higher.push_back(&other);
     }
-    std::ranges::stable_sort(higher, {}, &Panel::level);
+    std::ranges::stable_sort(higher, {}, [](const Panel* each) { return each->style.level; });
     for (const Panel* other : higher)
         other->widget->raise();
 }
@@ -286,10 +271,10 @@ void BarSurface::setProperty(
 void BarSurface::describe(const Panel& panel) const
 {
     const Atoms& atoms = connection_.atoms();
-    if (panel.edge == Edge::none) {
-        const bool isTouched = !panel.widget->windowFlags().testFlag(Qt::WindowTransparentForInput);
+    if (!host::isBar(panel.style.role)) {
+        const bool isTooltip = panel.style.role == host::SurfaceRole::tooltip;
         setProperty(panel, atoms.netWmWindowType, XCB_ATOM_ATOM,
-            { isTouched ? atoms.netWmWindowTypePopupMenu : atoms.netWmWindowTypeTooltip });
+            { isTooltip ? atoms.netWmWindowTypeTooltip : atoms.netWmWindowTypePopupMenu });
         return;
     }
     // Written here rather than asked of the toolkit, which leaves it out for a window without a frame.
@@ -303,9 +288,9 @@ void BarSurface::describe(const Panel& panel) const
 void BarSurface::setStrut(const Panel& panel) const
 {
     std::optional<Strut> strut;
-    if (panel.edge == Edge::top)
+    if (panel.style.role == host::SurfaceRole::topBar)
         strut = topStrut(grown(panel.frame, { 0, 0, 0, keptFree }), monitors_);
-    if (panel.edge == Edge::bottom)
+    if (panel.style.role == host::SurfaceRole::bottomBar)
         strut = bottomStrut(grown(panel.frame, { 0, 0, keptFree, 0 }), monitors_);
     const Strut values = strut.value_or(Strut {});
     const Atoms& atoms = connection_.atoms();

@@ -11,16 +11,17 @@
 
 namespace x11 {
 
-/// Our own panels as windows of the desktop. One that spans an edge of its monitor is a dock with a strut; the others
-/// are popups that the window manager leaves alone: no list or pager has them, and they never get the keyboard. What
-/// makes a window one or the other is set on the toolkit's connection, ahead of its being shown, so that the window
-/// manager never sees it otherwise.
+/// Our own panels as windows of the desktop. A bar is a dock with a strut; the others are popups that the window
+/// manager leaves alone: no list or pager has them, and they never get the keyboard. What makes a window one or the
+/// other is set on the toolkit's connection, ahead of its being shown, so that the window manager never sees it
+/// otherwise.
 class BarSurface final : public host::Surfaces {
 public:
     BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager);
 
     void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
     void release(QWidget& widget) override;
+    void setRole(QWidget& widget, host::SurfaceRole role) override;
     void setFrame(QWidget& widget, const CGRect& frame) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
@@ -38,13 +39,10 @@ public:
     bool isAnyAt(Point point) const;
 
 private:
-    enum class Edge { none, top, bottom };
     struct Panel {
         QWidget* widget;
         xcb_window_t window;
-        int level;
-        bool isOpaque;
-        Edge edge;
+        host::SurfaceStyle style;
         Rect frame;
         /// The size for which it was cut to its shape; invalid while it is whole.
         QSize cutOut {};
@@ -55,7 +53,6 @@ private:
     };
 
     Panel* find(const QWidget& widget);
-    Edge edgeOf(const Rect& frame) const;
     void describe(const Panel& panel) const;
     void setStrut(const Panel& panel) const;
     void setProperty(

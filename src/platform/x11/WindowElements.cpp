@@ -5,36 +5,40 @@
 namespace x11 {
 namespace {
 
+using host::Attribute;
 using host::AttributeValue;
 using host::ElementID;
 using Kind = ElementID::Kind;
 
-/// The elements that are neither applications nor windows, by their numbers. Badges are numbered on from the last.
-enum OtherElement : std::uint64_t { desktopElement = 1, dockListElement = 2, firstTileElement = 3 };
+/// The desktop itself, as a window of the program that shows it. It has no attributes.
+constexpr std::uint64_t desktopElement = 1;
 
 ElementID windowElement(const WindowRecord& window)
 {
     return { window.pid, Kind::window, window.id };
 }
 
-/// Sets `value`; false when the window has no such attribute.
-bool readWindowAttribute(
-    const DesktopState& state, const WindowRecord& window, std::string_view attribute, AttributeValue& value)
+AXError readAttribute(const DesktopState& state, const WindowRecord& window, Attribute attribute, AttributeValue& value)
 {
-    const CGRect bounds = windowSpace(state.outer(window), state.primary);
-    if (attribute == "AXTitle")
+    switch (attribute) {
+    case Attribute::title:
         value = window.title();
-    else if (attribute == "AXMinimized")
+        return kAXErrorSuccess;
+    case Attribute::minimized:
         value = state.isIconic(window);
-    else if (attribute == "AXPosition")
-        value = bounds.origin();
-    else if (attribute == "AXSize")
-        value = bounds.size();
-    else if (attribute == "AXFullScreen")
+        return kAXErrorSuccess;
+    case Attribute::position:
+        value = windowSpace(state.outer(window), state.primary).origin();
+        return kAXErrorSuccess;
+    case Attribute::size:
+        value = windowSpace(state.outer(window), state.primary).size();
+        return kAXErrorSuccess;
+    case Attribute::fullScreen:
         value = window.facts.states.fullScreen;
-    else
-        return false;
-    return true;
+        return kAXErrorSuccess;
+    default:
+        return kAXErrorAttributeUnsupported;
+    }
 }
 
 void makeMain(const WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isMain)
@@ -78,7 +82,7 @@ bool WindowElements::isApplication(pid_t pid) const
 
 // Reading
 
-AXError WindowElements::read(const ElementID& element, std::string_view attribute, double, AttributeValue& value)
+AXError WindowElements::read(const ElementID& element, Attribute attribute, double, AttributeValue& value)
 {
     switch (element.kind) {
     case Kind::application:
@@ -86,31 +90,35 @@ AXError WindowElements::read(const ElementID& element, std::string_view attribut
     case Kind::window:
         return readWindow(static_cast<xcb_window_t>(element.id), attribute, value);
     case Kind::other:
-        return readOther(element, attribute, value);
+        return kAXErrorAttributeUnsupported;
     }
     return kAXErrorIllegalArgument;
 }
 
-AXError WindowElements::readApplication(pid_t pid, std::string_view attribute, AttributeValue& value) const
+AXError WindowElements::readApplication(pid_t pid, Attribute attribute, AttributeValue& value) const
 {
     if (!isApplication(pid))
         return kAXErrorInvalidUIElement;
-    if (attribute == "AXWindows")
+    switch (attribute) {
+    case Attribute::windows:
+    case Attribute::children:
         return readWindows(pid, value);
-    if (attribute == "AXFocusedWindow") {
-        return mirror_.read([&](const DesktopState& state) {
-            const WindowRecord* window = state.lastActiveOf(pid);
-            if (!window)
-                return kAXErrorNoValue;
-            value = windowElement(*window);
-            return kAXErrorSuccess;
-        });
+    case Attribute::focusedWindow:
+        return readFocusedWindow(pid, value);
+    default:
+        return kAXErrorAttributeUnsupported;
     }
-    if (attribute == "AXChildren" && pid == freedesktop::StandIns::dock) {
-        value = std::vector { ElementID { pid, Kind::other, dockListElement } };
+}
+
+AXError WindowElements::readFocusedWindow(pid_t pid, AttributeValue& value) const
+{
+    return mirror_.read([&](const DesktopState& state) {
+        const WindowRecord* window = state.lastActiveOf(pid);
+        if (!window)
+            return kAXErrorNoValue;
+        value = windowElement(*window);
         return kAXErrorSuccess;
-    }
-    return attribute == "AXChildren" ? readWindows(pid, value) : kAXErrorAttributeUnsupported;
+    });
 }
 
 AXError WindowElements::readWindows(pid_t pid, AttributeValue& value) const
@@ -129,46 +137,17 @@ AXError WindowElements::readWindows(pid_t pid, AttributeValue& value) const
     return kAXErrorSuccess;
 }
 
-AXError WindowElements::readWindow(xcb_window_t window, std::string_view attribute, AttributeValue& value) const
+AXError WindowElements::readWindow(xcb_window_t window, Attribute attribute, AttributeValue& value) const
 {
     return mirror_.read([&](const DesktopState& state) {
         const WindowRecord* record = state.find(window);
-        if (!record)
-            return kAXErrorInvalidUIElement;
-        return readWindowAttribute(state, *record, attribute, value) ? kAXErrorSuccess : kAXErrorAttributeUnsupported;
+        return record ? readAttribute(state, *record, attribute, value) : kAXErrorInvalidUIElement;
     });
-}
-
-AXError WindowElements::readOther(const ElementID& element, std::string_view attribute, AttributeValue& value) const
-{
-    if (element.id == desktopElement)
-        return attribute == "AXSize" || attribute == "AXPosition" ? kAXErrorNoValue : kAXErrorAttributeUnsupported;
-    if (element.pid != freedesktop::StandIns::dock)
-        return kAXErrorInvalidUIElement;
-    if (element.id == dockListElement) {
-        if (attribute != "AXChildren")
-            return kAXErrorAttributeUnsupported;
-        std::vector<ElementID> tiles;
-        for (std::size_t i = 0; i < badges_.all().size(); ++i)
-            tiles.push_back({ element.pid, Kind::other, firstTileElement + i });
-        value = std::move(tiles);
-        return kAXErrorSuccess;
-    }
-    const auto badge = badges_.at(element.id - firstTileElement);
-    if (!badge)
-        return kAXErrorInvalidUIElement;
-    if (attribute == "AXTitle")
-        value = badge->applicationName;
-    else if (attribute == "AXStatusLabel" && !badge->text.empty())
-        value = badge->text;
-    else
-        return attribute == "AXStatusLabel" ? kAXErrorNoValue : kAXErrorAttributeUnsupported;
-    return kAXErrorSuccess;
 }
 
 // Writing
 
-AXError WindowElements::write(const ElementID& element, std::string_view attribute, double, const AttributeValue& value)
+AXError WindowElements::write(const ElementID& element, Attribute attribute, double, const AttributeValue& value)
 {
     switch (element.kind) {
     case Kind::application:
@@ -181,13 +160,13 @@ AXError WindowElements::write(const ElementID& element, std::string_view attribu
     return kAXErrorIllegalArgument;
 }
 
-AXError WindowElements::writeApplication(pid_t pid, std::string_view attribute, const AttributeValue& value) const
+AXError WindowElements::writeApplication(pid_t pid, Attribute attribute, const AttributeValue& value) const
 {
     if (!isApplication(pid))
         return kAXErrorInvalidUIElement;
-    if (attribute == "AXManualAccessibility")
+    if (attribute == Attribute::manualAccessibility)
         return kAXErrorSuccess;
-    if (attribute != "AXFrontmost")
+    if (attribute != Attribute::frontmost)
         return kAXErrorAttributeUnsupported;
     const bool* comesForward = std::get_if<bool>(&value);
     if (!comesForward)
@@ -201,30 +180,30 @@ AXError WindowElements::writeApplication(pid_t pid, std::string_view attribute, 
     return kAXErrorSuccess;
 }
 
-AXError WindowElements::writeWindow(xcb_window_t window, std::string_view attribute, const AttributeValue& value) const
+AXError WindowElements::writeWindow(xcb_window_t window, Attribute attribute, const AttributeValue& value) const
 {
     const auto outcome = [](bool exists) { return exists ? kAXErrorSuccess : kAXErrorInvalidUIElement; };
     const Point primary = mirror_.read([](const DesktopState& state) { return state.primary; });
 
-    if (attribute == "AXPosition" || attribute == "AXSize") {
+    if (attribute == Attribute::position || attribute == Attribute::size) {
         const auto* point = std::get_if<CGPoint>(&value);
         const auto* size = std::get_if<CGSize>(&value);
-        if (attribute == "AXPosition" && point)
+        if (attribute == Attribute::position && point)
             return outcome(manager_.setOuter(
                 window, Point { primary.x + pixels(point->x), primary.y + pixels(point->y) }, std::nullopt));
-        if (attribute == "AXSize" && size)
+        if (attribute == Attribute::size && size)
             return outcome(
                 manager_.setOuter(window, std::nullopt, Point { pixels(size->width), pixels(size->height) }));
         return kAXErrorIllegalArgument;
     }
 
     using Order = void (*)(const WindowRequests&, const DesktopState&, const WindowRecord&, bool);
-    static constexpr std::pair<std::string_view, Order> orders[] = {
-        { "AXMain", makeMain },
-        { "AXMinimized", setMinimized },
-        { "AXFullScreen", setFullScreen },
+    static constexpr std::pair<Attribute, Order> orders[] = {
+        { Attribute::main, makeMain },
+        { Attribute::minimized, setMinimized },
+        { Attribute::fullScreen, setFullScreen },
     };
-    const auto order = std::ranges::find(orders, attribute, &std::pair<std::string_view, Order>::first);
+    const auto order = std::ranges::find(orders, attribute, &std::pair<Attribute, Order>::first);
     if (order == std::end(orders))
         return kAXErrorAttributeUnsupported;
     const bool* isOn = std::get_if<bool>(&value);
@@ -235,9 +214,9 @@ AXError WindowElements::writeWindow(xcb_window_t window, std::string_view attrib
     }));
 }
 
-AXError WindowElements::perform(const ElementID& element, std::string_view action, double)
+AXError WindowElements::perform(const ElementID& element, host::Action, double)
 {
-    if (element.kind != Kind::window || action != "AXRaise")
+    if (element.kind != Kind::window)
         return kAXErrorActionUnsupported;
     const bool exists = manager_.with(static_cast<xcb_window_t>(element.id),
         [](const auto& ask, const DesktopState& state, const WindowRecord& window) {

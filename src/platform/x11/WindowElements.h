@@ -7,38 +7,35 @@
 namespace x11 {
 
 /// Applications and their windows as accessibility elements. Reading answers from the mirror and asks nobody, so no
-/// application can hang it. The Dock's tree holds the badges.
+/// application can hang it.
 class WindowElements final : public host::Accessibility {
 public:
-    WindowElements(const WindowMirror& mirror, const WindowManager& manager, const ProcessList& processes,
-        const freedesktop::Badges& badges)
+    WindowElements(const WindowMirror& mirror, const WindowManager& manager, const ProcessList& processes)
         : mirror_(mirror)
         , manager_(manager)
         , processes_(processes)
-        , badges_(badges)
     {
     }
 
     bool isTrusted(bool) override { return true; }
-    AXError read(const host::ElementID& element, std::string_view attribute, double timeout,
+    AXError read(const host::ElementID& element, host::Attribute attribute, double timeout,
         host::AttributeValue& value) override;
-    AXError write(const host::ElementID& element, std::string_view attribute, double timeout,
+    AXError write(const host::ElementID& element, host::Attribute attribute, double timeout,
         const host::AttributeValue& value) override;
-    AXError perform(const host::ElementID& element, std::string_view action, double timeout) override;
+    AXError perform(const host::ElementID& element, host::Action action, double timeout) override;
 
 private:
-    AXError readApplication(pid_t pid, std::string_view attribute, host::AttributeValue& value) const;
-    AXError readWindow(xcb_window_t window, std::string_view attribute, host::AttributeValue& value) const;
-    AXError readOther(const host::ElementID& element, std::string_view attribute, host::AttributeValue& value) const;
+    AXError readApplication(pid_t pid, host::Attribute attribute, host::AttributeValue& value) const;
+    AXError readWindow(xcb_window_t window, host::Attribute attribute, host::AttributeValue& value) const;
+    AXError readFocusedWindow(pid_t pid, host::AttributeValue& value) const;
     AXError readWindows(pid_t pid, host::AttributeValue& value) const;
-    AXError writeApplication(pid_t pid, std::string_view attribute, const host::AttributeValue& value) const;
-    AXError writeWindow(xcb_window_t window, std::string_view attribute, const host::AttributeValue& value) const;
+    AXError writeApplication(pid_t pid, host::Attribute attribute, const host::AttributeValue& value) const;
+    AXError writeWindow(xcb_window_t window, host::Attribute attribute, const host::AttributeValue& value) const;
     bool isApplication(pid_t pid) const;
 
     const WindowMirror& mirror_;
     const WindowManager& manager_;
     const ProcessList& processes_;
-    const freedesktop::Badges& badges_;
 };
 
 }

@@ -16,83 +16,85 @@ std::uint32_t spaceCount(const DesktopState& state)
     return std::max(1U, state.desktopCount);
 }
 
-Value describe(const DesktopState& state, const WindowRecord& window, const host::Process* owner, bool isOnScreen)
+std::vector<std::uint64_t> spacesOf(const DesktopState& state, const WindowRecord& window)
 {
-    Value::Dictionary entry {
-        { "kCGWindowNumber", window.id },
-        { "kCGWindowOwnerPID", window.pid },
-        { "kCGWindowLayer", window.facts.layer() },
-        { "kCGWindowBounds", CGRectCreateDictionaryRepresentation(windowSpace(state.outer(window), state.primary)) },
-        { "kCGWindowName", window.title() },
-        { "kCGWindowAlpha", 1.0 },
-        { "kCGWindowIsOnscreen", isOnScreen },
-    };
-    if (owner && owner->localizedName)
-        entry.set("kCGWindowOwnerName", *owner->localizedName);
-    return entry;
+    const std::uint32_t desktop = state.desktopOf(window);
+    if (desktop != allDesktops)
+        return { spaceOf(desktop) };
+    std::vector<std::uint64_t> all;
+    for (std::uint32_t each = 0; each < spaceCount(state); ++each)
+        all.push_back(spaceOf(each));
+    return all;
 }
 
-}
-
-const Value& WindowList::entry(const WindowRecord& window, bool isOnScreen)
+bool isOnScreen(const DesktopState& state, const WindowRecord& window)
 {
-    const auto owner = processes_.find(window.pid);
-    const auto known = entries_.find(window.id);
-    const bool isCurrent = known != entries_.end() && known->second.revision == window.revision
-        && known->second.isOnScreen == isOnScreen && known->second.owner == owner;
-    if (isCurrent)
-        return known->second.value;
-    Entry made { window.revision, isOnScreen, owner, describe(mirror_.state(), window, owner.get(), isOnScreen) };
-    return entries_.insert_or_assign(window.id, std::move(made)).first->second.value;
+    return !state.isIconic(window) && state.isOnCurrentDesktop(window);
 }
 
-std::optional<Value> WindowList::list(bool onScreenOnly)
+host::Window describe(const DesktopState& state, const WindowRecord& window)
+{
+    return { window.id, window.pid, window.title(), window.facts.layer(),
+        windowSpace(state.outer(window), state.primary), spacesOf(state, window), isOnScreen(state, window) };
+}
+
+}
+
+const std::shared_ptr<const host::Window>& WindowList::record(const WindowRecord& window)
 {
     const DesktopState& state = mirror_.state();
-    Value::Array result;
-    for (const WindowRecord* window : state.frontToBack()) {
-        const bool isOnScreen = !state.isIconic(*window) && state.isOnCurrentDesktop(*window);
-        if (!onScreenOnly || (isOnScreen && window->facts.kind() != WindowKind::desktop))
-            result.push_back(entry(*window, isOnScreen));
-    }
-    if (entries_.size() > 2 * state.windows.size())
-        std::erase_if(entries_, [&](const auto& each) { return !state.windows.contains(each.first); });
-    return result;
+    const std::uint32_t desktop = state.desktopOf(window);
+    Entry& entry = entries_[window.id];
+    const bool isCurrent = entry.record && entry.revision == window.revision && entry.desktop == desktop
+        && entry.desktopCount == state.desktopCount && entry.record->isOnScreen == isOnScreen(state, window);
+    if (!isCurrent)
+        entry = { window.revision, desktop, state.desktopCount,
+            std::make_shared<const host::Window>(describe(state, window)) };
+    return entry.record;
 }
 
-std::uint64_t WindowList::activeSpace()
+WindowList::List WindowList::all()
+{
+    const DesktopState& state = mirror_.state();
+    List list;
+    for (const WindowRecord* window : state.byAppearance())
+        list.push_back(record(*window));
+    if (entries_.size() > 2 * state.windows.size())
+        std::erase_if(entries_, [&](const auto& each) { return !state.windows.contains(each.first); });
+    return list;
+}
+
+WindowList::List WindowList::onScreen()
+{
+    const DesktopState& state = mirror_.state();
+    List list;
+    for (const WindowRecord* window : state.frontToBack())
+        if (isOnScreen(state, *window) && window->facts.kind() != WindowKind::desktop)
+            list.push_back(record(*window));
+    return list;
+}
+
+std::shared_ptr<const host::Window> WindowList::find(std::uint32_t number)
+{
+    const WindowRecord* window = mirror_.state().find(number);
+    return window ? record(*window) : nullptr;
+}
+
+std::optional<std::uint64_t> WindowList::activeSpace()
 {
     return spaceOf(mirror_.state().currentDesktop);
 }
 
-std::optional<Value> WindowList::displaySpaces()
+std::vector<host::DisplaySpaces> WindowList::displaySpaces()
 {
-    const DesktopState& state = mirror_.state();
-    Value::Array spaces;
-    for (std::uint32_t desktop = 0; desktop < spaceCount(state); ++desktop)
-        spaces.push_back(Value::Dictionary { { "id64", spaceOf(desktop) }, { "type", 0 } });
-    const Value::Dictionary current { { "id64", activeSpace() }, { "type", 0 } };
+    std::vector<host::Space> spaces;
+    for (std::uint32_t desktop = 0; desktop < spaceCount(mirror_.state()); ++desktop)
+        spaces.push_back({ spaceOf(desktop), false, {} });
 
-    Value::Array displays;
+    std::vector<host::DisplaySpaces> displays;
     for (const host::Display& display : monitors_.all())
-        displays.push_back(Value::Dictionary {
-            { "Display Identifier", display.uuid.value_or("") }, { "Current Space", current }, { "Spaces", spaces } });
+        displays.push_back({ display.uuid, activeSpace(), spaces });
     return displays;
-}
-
-std::optional<Value> WindowList::spaces(std::uint32_t window)
-{
-    const DesktopState& state = mirror_.state();
-    const WindowRecord* record = state.find(window);
-    if (!record)
-        return std::nullopt;
-    const std::uint32_t desktop = state.desktopOf(*record);
-    if (desktop != allDesktops)
-        return Value::Array { spaceOf(desktop) };
-    Value::Array all;
-    for (std::uint32_t each = 0; each < spaceCount(state); ++each)
-        all.emplace_back(spaceOf(each));
-    return all;
 }
 
 }

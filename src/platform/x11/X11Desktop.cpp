@@ -103,6 +103,7 @@ public:
     host::Processes& processes() override { return processes_; }
     host::Applications& applications() override { return applications_; }
     host::Windows& windows() override { return windows_; }
+    host::Badges& badges() override { return badges_; }
     host::Accessibility& accessibility() override { return elements_; }
     host::Pointer& pointer() override { return pointer_; }
     host::Keyboard& keyboard() override { return keyboard_; }
@@ -225,9 +226,9 @@ private:
     Instance instance_ { *connection_ };
     ProcessList processes_ { *connection_, mirror_, manager_, applications_, instance_.other(),
         [this] { updateProcessesSoon(); } };
-    WindowList windows_ { mirror_, monitors_, processes_ };
-    freedesktop::Badges badges_ { applications_.entries() };
-    WindowElements elements_ { mirror_, manager_, processes_, badges_ };
+    WindowList windows_ { mirror_, monitors_ };
+    freedesktop::Badges badges_ { applications_.entries(), freedesktop::StandIns::dock };
+    WindowElements elements_ { mirror_, manager_, processes_ };
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
     Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
