@@ -11,7 +11,7 @@
 
 /// A row of cards, one a window: its picture and its title. Flipped: origin at the upper left corner, y down. It has no
 /// tracking area, and learns of the pointer through `hover`. Main thread.
-class PreviewView final : public NSView, public std::enable_shared_from_this<PreviewView> {
+class PreviewView final : public NSView {
 public:
     using NSView::NSView;
 

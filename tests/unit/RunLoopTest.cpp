@@ -1,16 +1,27 @@
 #include "base/RunLoop.h"
+#include "appkit/NSPanel.h"
+#include "appkit/NSView.h"
+#include "appkit/RunLoopDriver.h"
 #include "base/Clock.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSDate.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSTimer.h"
+#include "foundation/PreferenceDomain.h"
+
+#include <QEventLoop>
+#include <QPointer>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWidget>
+#include <QtTest/qtestmouse.h>
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <future>
 #include <string>
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -97,6 +108,70 @@ TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
         RunLoop::main().schedule(seconds, [] {});
     RunLoop::main().setWaker(nullptr);
     EXPECT_EQ(wakes, 2);
+}
+
+struct PressedView final : NSView {
+    using NSView::NSView;
+    void mouseUp(const NSEvent&) override { onMouseUp(); }
+
+    std::function<void()> onMouseUp;
+};
+
+/// On the machine's clock and under the toolkit's loops: no other test waits.
+TEST(NestedLoopTest, ALoopThatAnEventBeginsGoesOnWithEverythingAndOutlivesThePanelThatGotIt)
+{
+    std::vector<std::string> log;
+    const auto note = [&](const std::string& what) { return [&log, what] { log.push_back(what); }; };
+    const QTemporaryDir folder;
+    PreferenceDomain settings(folder.filePath("settings.plist").toStdString());
+    const auto edge = [&] { return settings.find("edge") ? *settings.find("edge")->string() : "none"; };
+    auto view = std::make_shared<PressedView>(CGRect {});
+    auto panel = std::make_unique<NSPanel>(CGRect { 0, 0, 90, 60 }, 0, NSBackingStoreBuffered, false);
+    panel->setContentView(view);
+    panel->widget()->show();
+    const QPointer<QWidget> window = panel->widget();
+    const QPointer<QWidget> pressed = view->widget();
+
+    const RunLoopDriver driver;
+    QEventLoop outer;
+    QTimer::singleShot(10'000, &outer, [&] { outer.exit(1); });
+    view->onMouseUp = [&] {
+        log.push_back("before " + edge());
+        QEventLoop nested;
+        QTimer::singleShot(5'000, &nested, [&] { nested.exit(1); });
+        RunLoop::main().schedule(0.2, [&] {
+            std::ignore = edge();
+            PreferenceDomain(folder.filePath("settings.plist").toStdString()).set("edge", Value("top"));
+            log.push_back("same turn " + edge());
+        });
+        RunLoop::main().schedule(0.3, [&] { log.push_back("next turn " + edge()); });
+        RunLoop::main().schedule(0.4, [&] {
+            panel.reset();
+            view.reset();
+        });
+        std::thread([&] { DispatchQueue::main().async(note("from a thread")); }).join();
+        int fired = 0;
+        const auto timer = NSTimer::scheduledTimer(0.1, true, [&] {
+            if (++fired == 10)
+                nested.exit(0);
+        });
+        EXPECT_EQ(nested.exec(), 0);
+        timer->invalidate();
+        log.push_back("after " + edge());
+    };
+    std::shared_ptr<NSTimer> opener;
+    opener = NSTimer::scheduledTimer(0.05, true, [&] {
+        RunLoop::main().perform(note("due along with it"));
+        QTest::mouseClick(view->widget(), Qt::LeftButton);
+        opener->invalidate();
+        RunLoop::main().perform([&] { outer.exit(0); });
+    });
+    EXPECT_EQ(outer.exec(), 0);
+    EXPECT_EQ(log,
+        (std::vector<std::string> {
+            "before none", "due along with it", "from a thread", "same turn none", "next turn top", "after top" }));
+    EXPECT_FALSE(window);
+    EXPECT_FALSE(pressed);
 }
 
 TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)

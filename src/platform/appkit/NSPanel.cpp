@@ -18,7 +18,7 @@ host::Surfaces& surfaces()
 
 NSWindow::NSWindow(const CGRect& contentRect, unsigned, NSBackingStoreType, bool)
     : frame_(contentRect)
-    , widget_(std::make_unique<QWidget>())
+    , widget_(new QWidget)
 {
     widget_->setWindowTitle(QStringLiteral("Vantry"));
 }
@@ -29,7 +29,7 @@ NSWindow::~NSWindow()
         surfaces().release(*widget_);
     if (contentView_) {
         contentView_->window_ = nullptr;
-        contentView_->widget_->setParent(nullptr);
+        contentView_->widget()->setParent(nullptr);
     }
 }
 
@@ -50,9 +50,9 @@ void NSWindow::setContentView(std::shared_ptr<NSView> view)
 {
     contentView_ = std::move(view);
     contentView_->window_ = this;
-    contentView_->widget_->setParent(widget_.get());
+    contentView_->widget()->setParent(widget_.get());
     contentView_->setFrame({ 0, 0, frame_.width, frame_.height });
-    contentView_->widget_->show();
+    contentView_->widget()->show();
 }
 
 void NSWindow::setRole(NSWindowRole role)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appkit/NSColor.h"
+#include "appkit/RetiredWidget.h"
 #include "base/CGGeometry.h"
 #include "host/Surfaces.h"
 
@@ -62,7 +63,7 @@ private:
     bool adopted_ = false;
     bool visible_ = false;
     std::shared_ptr<NSView> contentView_;
-    std::unique_ptr<QWidget> widget_;
+    std::unique_ptr<QWidget, RetireWidget> widget_;
 };
 
 /// A panel: it never activates the program, stays when another one is active, floats above ordinary windows, can't be

@@ -46,11 +46,11 @@ std::optional<NSTextCommand> commandOf(int key)
 class NSTextField::Editing final : public QObject {
 public:
     Editing(NSTextField& field, QLineEdit& edit)
-        : QObject(&edit)
-        , field_(field)
+        : field_(field)
     {
         edit.installEventFilter(this);
         connect(&edit, &QLineEdit::textEdited, this, [this] {
+            const auto held = field_.hold();
             const RunLoop::Turn turn;
             if (field_.delegate_)
                 field_.delegate_->controlTextDidChange();
@@ -60,6 +60,7 @@ public:
 private:
     bool eventFilter(QObject*, QEvent* event) override
     {
+        const auto held = field_.hold();
         const RunLoop::Turn turn;
         switch (event->type()) {
         case QEvent::MouseButtonPress:
@@ -101,13 +102,16 @@ private:
 NSTextField::NSTextField(const CGRect& frame)
     : NSView(frame)
     , edit_(new QLineEdit(widget()))
+    , editing_(std::make_unique<Editing>(*this, *edit_))
 {
     edit_->setFrame(false);
     edit_->setFocusPolicy(Qt::ClickFocus);
     setColor(*edit_, QPalette::Base, Qt::transparent);
-    new Editing(*this, *edit_);
     setFrame(frame);
 }
+
+/// The line edit may outlive the field.
+NSTextField::~NSTextField() = default;
 
 void NSTextField::setFrame(const CGRect& frame)
 {

@@ -30,6 +30,7 @@ public:
 class NSTextField : public NSView {
 public:
     explicit NSTextField(const CGRect& frame);
+    ~NSTextField() override;
 
     /// Not owned.
     void setDelegate(NSTextFieldDelegate* delegate) { delegate_ = delegate; }
@@ -58,4 +59,5 @@ private:
     NSTextFieldDelegate* delegate_ = nullptr;
     /// Owned by the view's widget.
     QLineEdit* edit_;
+    std::unique_ptr<Editing> editing_;
 };

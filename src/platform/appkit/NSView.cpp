@@ -15,9 +15,12 @@
 class ViewWidget final : public QWidget {
 public:
     explicit ViewWidget(NSView& view)
-        : view_(view)
+        : view_(&view)
     {
     }
+
+    /// The view goes, ahead of its widget.
+    void forgetView() { view_ = nullptr; }
 
 private:
     void paintEvent(QPaintEvent* event) override;
@@ -27,78 +30,99 @@ private:
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
 
-    NSEvent eventAt(QPointF position) const;
+    template <typename Deliver>
+    void deliver(const Deliver& deliver);
 
-    NSView& view_;
+    NSView* view_;
     /// The buttons that went down here: the press that closes a menu doesn't come here, but its release does.
     Qt::MouseButtons pressed_;
 };
 
+namespace {
+
+NSEvent eventAt(const NSView& view, QPointF position)
+{
+    // A pixel is told by the corner that has the smallest coordinates, so that it is in the view that it belongs to.
+    const double y = view.isFlipped() ? position.y() : view.frame().height - position.y() - 1;
+    return { view.convertToWindow(CGPoint { position.x(), y }) };
+}
+
+}
+
+/// Gives the view something to do, in a turn of its own. The view is there until it has done it, whatever goes
+/// meanwhile.
+template <typename Deliver>
+void ViewWidget::deliver(const Deliver& deliver)
+{
+    if (!view_)
+        return;
+    const auto held = view_->hold();
+    const RunLoop::Turn turn;
+    deliver(*view_);
+}
+
 void ViewWidget::paintEvent(QPaintEvent* event)
 {
-    const RunLoop::Turn turn;
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setClipRegion(event->region());
-    DrawingPainter context(painter, view_.frame().size(), view_.isFlipped());
-    view_.painted().replay(context);
+    deliver([&](NSView& view) {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setClipRegion(event->region());
+        DrawingPainter context(painter, view.frame().size(), view.isFlipped());
+        view.painted().replay(context);
+    });
 }
 
 void ViewWidget::mousePressEvent(QMouseEvent* event)
 {
-    const RunLoop::Turn turn;
     pressed_ |= event->button();
-    if (event->button() == Qt::LeftButton && view_.acceptsFirstMouse())
-        view_.mouseDown(eventAt(event->position()));
+    if (event->button() != Qt::LeftButton)
+        return;
+    deliver([&](NSView& view) {
+        if (view.acceptsFirstMouse())
+            view.mouseDown(eventAt(view, event->position()));
+    });
 }
 
 void ViewWidget::mouseMoveEvent(QMouseEvent* event)
 {
-    const RunLoop::Turn turn;
-    if (event->buttons() & Qt::LeftButton)
-        view_.mouseDragged(eventAt(event->position()));
-    else
-        view_.pointerMoved(eventAt(event->position()));
+    deliver([&](NSView& view) {
+        if (event->buttons() & Qt::LeftButton)
+            view.mouseDragged(eventAt(view, event->position()));
+        else
+            view.pointerMoved(eventAt(view, event->position()));
+    });
 }
 
 void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
 {
-    const RunLoop::Turn turn;
     if (!pressed_.testFlag(event->button()))
         return;
     pressed_ &= ~Qt::MouseButtons(event->button());
-    if (event->button() == Qt::LeftButton)
-        view_.mouseUp(eventAt(event->position()));
-    if (event->button() == Qt::RightButton)
-        view_.rightMouseUp(eventAt(event->position()));
+    deliver([&](NSView& view) {
+        if (event->button() == Qt::LeftButton)
+            view.mouseUp(eventAt(view, event->position()));
+        if (event->button() == Qt::RightButton)
+            view.rightMouseUp(eventAt(view, event->position()));
+    });
 }
 
 /// The platform tells of the pointer's first place inside as a move.
 void ViewWidget::enterEvent(QEnterEvent* event)
 {
-    const RunLoop::Turn turn;
     NSCursor::entered(*this);
-    view_.pointerEntered(eventAt(event->position()));
+    deliver([&](NSView& view) { view.pointerEntered(eventAt(view, event->position())); });
 }
 
 void ViewWidget::leaveEvent(QEvent*)
 {
-    const RunLoop::Turn turn;
     NSCursor::left(*this);
     if (hasMouseTracking())
-        view_.mouseExited(eventAt(mapFromGlobal(QCursor::pos())));
-}
-
-NSEvent ViewWidget::eventAt(QPointF position) const
-{
-    // A pixel is told by the corner that has the smallest coordinates, so that it is in the view that it belongs to.
-    const double y = view_.isFlipped() ? position.y() : view_.frame().height - position.y() - 1;
-    return { view_.convertToWindow(CGPoint { position.x(), y }) };
+        deliver([&](NSView& view) { view.mouseExited(eventAt(view, mapFromGlobal(QCursor::pos()))); });
 }
 
 NSView::NSView(const CGRect& frame)
     : frame_(frame)
-    , widget_(std::make_unique<ViewWidget>(*this))
+    , widget_(new ViewWidget(*this))
 {
     place();
 }
@@ -106,10 +130,16 @@ NSView::NSView(const CGRect& frame)
 NSView::~NSView()
 {
     RunLoop::main().cancel(pendingDisplay_);
+    widget_->forgetView();
     for (const auto& view : subviews_) {
         view->superview_ = nullptr;
         view->widget_->setParent(nullptr);
     }
+}
+
+QWidget* NSView::widget() const
+{
+    return widget_.get();
 }
 
 void NSView::setFrame(const CGRect& frame)
@@ -137,6 +167,11 @@ void NSView::addSubview(std::shared_ptr<NSView> view)
 NSWindow* NSView::window() const
 {
     return superview_ ? superview_->window() : window_;
+}
+
+std::shared_ptr<const NSView> NSView::hold() const
+{
+    return superview_ ? superview_->hold() : weak_from_this().lock();
 }
 
 void NSView::setHidden(bool hidden)

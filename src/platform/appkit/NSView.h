@@ -2,6 +2,7 @@
 
 #include "appkit/NSCursor.h"
 #include "appkit/NSEvent.h"
+#include "appkit/RetiredWidget.h"
 #include "base/CGGeometry.h"
 #include "base/RunLoop.h"
 
@@ -11,6 +12,7 @@
 
 class NSWindow;
 class QWidget;
+class ViewWidget;
 struct DrawingList;
 
 enum NSViewAutoresizingMask : unsigned { NSViewWidthSizable = 2, NSViewHeightSizable = 16 };
@@ -29,7 +31,7 @@ struct NSTrackingArea {
 /// A rectangle of a window that draws itself and gets its input. Its coordinates have their origin at the lower left
 /// corner, y up, unless `isFlipped`. What it draws is recorded, and painted only where it differs from what was painted
 /// last. Main thread.
-class NSView {
+class NSView : public std::enable_shared_from_this<NSView> {
 public:
     explicit NSView(const CGRect& frame);
     virtual ~NSView();
@@ -46,6 +48,8 @@ public:
     const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
     NSView* superview() const { return superview_; }
     NSWindow* window() const;
+    /// Keeps the view and those around it while it is held: what a view is told may be the end of its window.
+    std::shared_ptr<const NSView> hold() const;
 
     virtual void setHidden(bool hidden);
     bool isHidden() const { return hidden_; }
@@ -89,7 +93,7 @@ public:
     virtual void resizeSubviews(CGSize oldSize);
 
     /// The toolkit's widget behind the view, for the layer's own use.
-    QWidget* widget() const { return widget_.get(); }
+    QWidget* widget() const;
 
 private:
     friend class NSWindow;
@@ -115,5 +119,5 @@ private:
     unsigned trackingOptions_ = 0;
     std::vector<CursorRect> cursorRects_;
     RunLoop::Handle pendingDisplay_ = 0;
-    std::unique_ptr<QWidget> widget_;
+    std::unique_ptr<ViewWidget, RetireWidget> widget_;
 };

@@ -15,6 +15,8 @@ SystemClock& systemClock()
 }
 
 int turnDepth = 0;
+/// How many of the open turns have ended all the same: a loop was begun inside of them.
+int endedTurns = 0;
 std::uint64_t turnNumber = 0;
 
 /// How many blocks one `runDue` runs at most, so that blocks which keep adding blocks don't starve the driver.
@@ -156,13 +158,22 @@ void RunLoop::reset()
 
 RunLoop::Turn::Turn()
 {
-    if (turnDepth++ == 0)
+    if (turnDepth++ == endedTurns)
         ++turnNumber;
 }
 
 RunLoop::Turn::~Turn()
 {
     --turnDepth;
+    endedTurns = std::min(endedTurns, turnDepth);
+    if (turnDepth == endedTurns)
+        ++turnNumber;
+}
+
+void RunLoop::Turn::endAll()
+{
+    endedTurns = turnDepth;
+    ++turnNumber;
 }
 
 std::optional<std::uint64_t> RunLoop::Turn::current()

@@ -46,7 +46,7 @@ public:
     void reset();
 
     /// One delivery of work to the program: a block, an input event, a paint. Within a turn the stores that the program
-    /// reads (preferences) hold still, so that one refresh never sees half a change.
+    /// reads (preferences) hold still, so that one refresh never sees half a change. Main thread.
     class Turn {
     public:
         Turn();
@@ -54,8 +54,11 @@ public:
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;
 
-        /// The number of the turn in progress; absent outside of any. Main thread.
+        /// The number of the turn in progress; absent outside of any.
         static std::optional<std::uint64_t> current();
+        /// Ends the turns that are open: what opened them has begun a loop of its own. What is delivered in it are
+        /// turns of their own, and so is what remains to be done when it has returned.
+        static void endAll();
     };
 
 private:

@@ -3,6 +3,7 @@
 #include "base/Clock.h"
 
 #include <cmath>
+#include <utility>
 
 NSTimer::NSTimer(double seconds, bool repeats, std::function<void()> block)
     : interval_(seconds)
@@ -59,5 +60,8 @@ void NSTimer::fire()
         arm();
     else
         block_ = nullptr;
+    if (std::exchange(isAtWork_, true))
+        return;
     block();
+    isAtWork_ = false;
 }
