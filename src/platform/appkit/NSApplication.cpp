@@ -3,6 +3,7 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWorkspace.h"
 #include "appkit/RunLoopDriver.h"
+#include "appkit/Signals.h"
 #include "base/RunLoop.h"
 #include "foundation/NSFileHandle.h"
 #include "host/Desktop.h"
@@ -20,6 +21,7 @@ bool isApplicationActive = false;
 
 NSApplication::NSApplication()
 {
+    outliveBrokenPipes();
     if (!host::Desktop::hasCurrent())
         host::Desktop::setCurrent(&host::openDesktop());
     host::Desktop& desktop = host::Desktop::current();
@@ -44,6 +46,7 @@ void NSApplication::setActivationPolicy(int) { }
 void NSApplication::run()
 {
     const RunLoopDriver driver;
+    const TerminationSignals termination([this] { terminate(); });
     {
         const RunLoop::Turn turn;
         delegate_->applicationDidFinishLaunching();

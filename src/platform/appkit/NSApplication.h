@@ -20,7 +20,8 @@ public:
 
     void setActivationPolicy(int policy);
     void setDelegate(NSApplicationDelegate* delegate) { delegate_ = delegate; }
-    /// Tells the delegate that launching has finished, then delivers events until `terminate`.
+    /// Tells the delegate that launching has finished, then delivers events until `terminate`, which the desktop's end
+    /// and signals that ask the process to end amount to.
     void run();
     /// Tells the delegate, then ends `run`.
     void terminate();

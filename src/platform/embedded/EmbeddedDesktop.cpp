@@ -36,6 +36,13 @@ EmbeddedDesktop::EmbeddedDesktop(const Scenario& scenario, const std::string& ro
 
 EmbeddedDesktop::~EmbeddedDesktop() = default;
 
+void EmbeddedDesktop::claimSession()
+{
+    lock_.emplace(session_.folder());
+    if (const auto other = lock_->other())
+        world_.launchOwnProgram(*other);
+}
+
 void EmbeddedDesktop::show()
 {
     if (!view_) {

@@ -12,12 +12,14 @@
 #include "embedded/Pointer.h"
 #include "embedded/Processes.h"
 #include "embedded/Session.h"
+#include "embedded/SessionLock.h"
 #include "embedded/Surfaces.h"
 #include "embedded/Windows.h"
 #include "embedded/World.h"
 #include "host/Desktop.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace embedded {
@@ -47,6 +49,9 @@ public:
     World& world() { return world_; }
     CallLog& calls() { return calls_; }
 
+    /// Has the session's folder for this process alone. Another that has it already is seen as a running instance of
+    /// this program.
+    void claimSession();
     /// Puts the desktop on the toolkit's screen, to be looked at and used.
     void show();
     /// Paints the displays as they lie, with everything on them, into a picture file; shows them if they weren't shown.
@@ -58,6 +63,7 @@ private:
     Notices notices_;
     CallLog calls_;
     Session session_;
+    std::optional<SessionLock> lock_;
     World world_;
     Displays displays_;
     Processes processes_;

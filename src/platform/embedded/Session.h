@@ -14,6 +14,7 @@ public:
     /// Makes what isn't there yet.
     Session(std::string root, const Scenario& scenario);
 
+    const std::string& folder() const { return root_; }
     std::string preferencesFolder() override { return root_ + "/Preferences"; }
     std::string homeFolder() override { return root_ + "/Home"; }
     std::string locate(const std::string& path) override;

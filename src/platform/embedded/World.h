@@ -111,6 +111,8 @@ public:
 
     /// Starts a process as described, behind the others, and gives its identifier; 0 as `pid` has one chosen.
     pid_t launch(Scenario::Process process);
+    /// Another instance of this program, with that identifier.
+    void launchOwnProgram(pid_t pid);
     /// Starts an installed application and brings it forward.
     pid_t launch(const Scenario::Application& application);
     /// What opening an application does: launches it, or brings the running one forward with a window to show.

@@ -11,9 +11,9 @@ namespace {
 /// Seconds until the system has relaunched the Dock.
 constexpr double dockRelaunchDelay = 0.1;
 
-Scenario::Process ownProcess()
+Scenario::Process ownProcess(pid_t pid)
 {
-    return { .pid = getpid(),
+    return { .pid = pid,
         .name = "Vantry",
         .bundleIdentifier = "com.merrowen.vantry",
         .bundlePath = "/Applications/Vantry.app",
@@ -41,6 +41,11 @@ Scenario::Process finderProcess()
         .faults = {} };
 }
 
+}
+
+void World::launchOwnProgram(pid_t pid)
+{
+    launch(ownProcess(pid));
 }
 
 pid_t World::launch(Scenario::Process process)
@@ -118,7 +123,7 @@ void World::startOwnPrograms()
     if (!faults_.dockMissing)
         startUnlessDescribed(dockProcess());
     startUnlessDescribed(finderProcess());
-    startUnlessDescribed(ownProcess());
+    startUnlessDescribed(ownProcess(getpid()));
 }
 
 void World::startDock()

@@ -108,11 +108,15 @@ std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
 {
     const embedded::Scenario scenario = readScenario(line.scenario);
     const bool unseen = qgetenv("DISPLAY").isEmpty() && qgetenv("QT_QPA_PLATFORM").isEmpty();
-    startToolkit(unseen || line.picture ? "offscreen" : nullptr);
+    const bool isForPicture = unseen || line.picture;
+    startToolkit(isForPicture ? "offscreen" : nullptr);
 
     auto desktop = std::make_unique<embedded::EmbeddedDesktop>(scenario, sessionFolder());
+    // One that is there just for its picture is in nobody's way.
+    if (!isForPicture)
+        desktop->claimSession();
     desktop->show();
-    if (unseen || line.picture) {
+    if (isForPicture) {
         const std::string file = line.picture.value_or("vantry.png");
         RunLoop::main().schedule(pictureDelay, [raw = desktop.get(), file] { writePicture(*raw, file); });
     }

@@ -42,16 +42,39 @@ std::optional<pid_t> processOf(Connection& connection, xcb_window_t window)
     return static_cast<pid_t>(*static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())));
 }
 
+/// Keeps every other client waiting while it lives.
+class ServerGrab {
+public:
+    explicit ServerGrab(Connection& connection)
+        : connection_(connection)
+    {
+        xcb_grab_server(connection_);
+    }
+    ~ServerGrab()
+    {
+        xcb_ungrab_server(connection_);
+        xcb_flush(connection_);
+    }
+    ServerGrab(const ServerGrab&) = delete;
+    ServerGrab& operator=(const ServerGrab&) = delete;
+
+private:
+    Connection& connection_;
+};
+
 }
 
+/// Two that start at once must not both find that there is none.
 Instance::Instance(Connection& connection)
 {
     const xcb_atom_t selection = selectionName(connection);
+    const xcb_window_t window = makeWindow(connection);
+    const ServerGrab grab(connection);
     const xcb_window_t owner = ownerOf(connection, selection);
     if (owner != XCB_WINDOW_NONE)
         other_ = processOf(connection, owner);
-    else
-        xcb_set_selection_owner(connection, makeWindow(connection), selection, XCB_CURRENT_TIME);
+    if (!other_)
+        xcb_set_selection_owner(connection, window, selection, XCB_CURRENT_TIME);
 }
 
 }

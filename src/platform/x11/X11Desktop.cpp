@@ -7,6 +7,7 @@
 #include "x11/Instance.h"
 #include "x11/Keyboard.h"
 #include "x11/PointerWatch.h"
+#include "x11/ServerLoss.h"
 #include "x11/StartupNotice.h"
 #include "x11/WindowCapture.h"
 #include "x11/WindowElements.h"
@@ -117,6 +118,7 @@ private:
         notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(*connection_), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { drain(); });
         beforeInput_ = std::make_unique<BeforeInput>([this] { drain(); });
+        serverLoss_ = std::make_unique<ServerLoss>(*connection_, [this] { lose(); });
         drain();
     }
 
@@ -240,6 +242,7 @@ private:
     bool areProcessesStale_ = false;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::unique_ptr<BeforeInput> beforeInput_;
+    std::unique_ptr<ServerLoss> serverLoss_;
     Pending start_;
     Pending badgeStart_;
     Pending soon_;
