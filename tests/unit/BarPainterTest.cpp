@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
+#include <cstdio>
 
 namespace {
 
@@ -214,37 +214,39 @@ TEST(BarPainterTest, FixedButtonsLightUpUnderThePointer)
     const struct {
         BarComponent component;
         int hit;
+        const char* lit = "fill 12,4 38x44 r9 FFFFFF@0.1";
     } rows[] = { { launcher, BarHit::launcher }, { showDesktop, BarHit::showDesktop }, { finder, BarHit::finder },
-        { trash, BarHit::trash }, { search, BarHit::search } };
+        { trash, BarHit::trash }, { search, BarHit::search, "fill 8,13 160x26 r6 FFFFFF@0.11" } };
     for (const auto& row : rows)
         for (const auto& other : rows) {
             BarPicture bar = picture({}, { row.component, apps });
             bar.finder = application("Finder", true);
             bar.hovered = other.hit;
-            const char* lit
-                = row.component == search ? "fill 8,13 160x26 r6 FFFFFF@0.11" : "fill 12,4 38x44 r9 FFFFFF@0.1";
-            EXPECT_EQ(std::ranges::count(painted(bar), lit), row.hit == other.hit) << row.hit << " over " << other.hit;
+            EXPECT_EQ(std::ranges::count(painted(bar), row.lit), row.hit == other.hit)
+                << row.hit << " over " << other.hit;
         }
 }
 
 TEST(BarPainterTest, BadgeGrowsWithItsTextAndMovesDownAndLeftWithIt)
 {
-    for (const char* text : { "1", "12345", "" }) {
+    const auto badged = [](const char* text) {
         BarItem item = application("Mail", false);
         item.badge = text;
-        const CGSize size = sizeWithAttributes(text, NSFont::systemFont(9, NSFontWeight::semibold));
-        const double width = std::max(15.0, size.width + 8);
-        std::ostringstream place;
-        place << 44 - width * 0.55 << ',' << 42 - width * 0.45 << ' ' << width << "x15 r7.5 ";
-        std::ostringstream label;
-        label << "text " << text << " 9 FFFFFF " << 44 - width * 0.05 - size.width / 2 << ','
-              << 49.5 - width * 0.45 - size.height / 2;
-        Lines lines { "icon 18,16 26x26 @0.42" };
-        if (*text)
-            lines.insert(lines.end(),
-                { "fill " + place.str() + "FF3B30@1", "stroke " + place.str() + "000000@0.25 w0.5", label.str() });
-        EXPECT_EQ(paintedButtons(picture({ item })), lines);
-    }
+        return paintedButtons(picture({ item }));
+    };
+    const Lines narrow = badged("1");
+    ASSERT_EQ(narrow.size(), 4u);
+    EXPECT_EQ(narrow[1], "fill 35.75,35.25 15x15 r7.5 FF3B30@1");
+    EXPECT_EQ(narrow[2], "stroke 35.75,35.25 15x15 r7.5 000000@0.25 w0.5");
+    EXPECT_TRUE(narrow[3].starts_with("text 1 9 FFFFFF ")) << narrow[3];
+    EXPECT_EQ(badged(""), Lines { "icon 18,16 26x26 @0.42" });
+
+    double x = 0, y = 0, width = 0, height = 0;
+    ASSERT_EQ(std::sscanf(badged("12345").at(1).c_str(), "fill %lf,%lf %lfx%lf ", &x, &y, &width, &height), 4);
+    EXPECT_DOUBLE_EQ(width, sizeWithAttributes("12345", NSFont::systemFont(9, NSFontWeight::semibold)).width + 8);
+    EXPECT_LT(x, 35.75);
+    EXPECT_LT(y, 35.25);
+    EXPECT_EQ(height, 15);
 }
 
 TEST(BarPainterTest, LandingPlaceOfADragIsAnEmptyPill)
