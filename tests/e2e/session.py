@@ -8,7 +8,6 @@ import plistlib
 import random
 import re
 import shutil
-import signal
 import subprocess
 import tempfile
 import time
@@ -74,26 +73,82 @@ class Bar:
         return self.x + self.apps + max(1, buttons) * self.item + self.pad + self.item // 2, self.y + self.height // 2
 
 
-class Session:
-    def __init__(self, window_manager=WINDOW_MANAGER, size="1920x1080"):
+class World:
+    """A user's folders, with just the programs that the tests use. Nothing else that is installed, of the settings and of
+    the language of whoever runs the tests is seen from in here."""
+
+    # What the programs themselves need of the machine.
+    SHARED = ("glib-2.0", "icons/hicolor", "mime", "pixmaps", "themes", "xfwm4")
+    # The programs' entries, and the colours that their icons have here unless it is the shipped ones that matter.
+    SHIPPED = {"XTerm": ("debian-xterm.desktop", (220, 40, 40)), "L3afpad": ("l3afpad.desktop", (40, 180, 60)),
+               "FeatherPad": ("featherpad.desktop", (50, 80, 230))}
+    OWN = {"Client": (230, 190, 20), "Painter": (200, 40, 210), "Storm": (20, 190, 210)}
+
+    def __init__(self, has_shipped_icons=False):
+        self.has_shipped_icons = has_shipped_icons
+        self.colors = {name: color for name, (_, color) in self.SHIPPED.items()} | self.OWN
+
+    def __enter__(self):
+        self.folder = tempfile.mkdtemp(prefix="vantry-e2e-")
+        kept = ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
+        self.environment = {name: os.environ[name] for name in kept if name in os.environ}
+        for variable, name in {
+            "HOME": "home", "XDG_CONFIG_HOME": "home/.config", "XDG_DATA_HOME": "home/.local/share",
+            "XDG_STATE_HOME": "home/.local/state", "XDG_CACHE_HOME": "home/.cache", "XDG_RUNTIME_DIR": "run",
+            "XDG_DATA_DIRS": "share", "XDG_CONFIG_DIRS": "etc",
+        }.items():
+            path = os.path.join(self.folder, name)
+            os.makedirs(path, mode=0o700, exist_ok=True)
+            self.environment[variable] = path
+        self.environment["LC_ALL"] = "C.UTF-8"
+        for name in self.SHARED:
+            self._share("/usr/share/" + name, "share/" + name)
+        self._share("/usr/share/dbus-1/services/org.xfce.Xfconf.service", "share/dbus-1/services/org.xfce.Xfconf.service")
+        self._share("/etc/xdg/openbox", "etc/openbox")
+        self._install_programs()
+        return self
+
+    def __exit__(self, *unused):
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def _share(self, path, name):
+        place = os.path.join(self.folder, name)
+        os.makedirs(os.path.dirname(place), exist_ok=True)
+        if os.path.exists(path):
+            os.symlink(path, place)
+
+    def _install_programs(self):
+        folder = os.path.join(self.folder, "share/applications")
+        os.makedirs(folder)
+        for name, color in self.colors.items():
+            icon = os.path.join(self.folder, name + ".png")
+            Image.new("RGB", (64, 64), color).save(icon)
+            entry = f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\nIcon={icon}\nStartupWMClass={name}\n"
+            if name in self.SHIPPED:
+                with open("/usr/share/applications/" + self.SHIPPED[name][0], encoding="utf-8") as file:
+                    entry = file.read()
+                if not self.has_shipped_icons:
+                    entry = re.sub("(?m)^Icon=.*$", "Icon=" + icon, entry)
+            file_name = self.SHIPPED[name][0] if name in self.SHIPPED else name + ".desktop"
+            with open(os.path.join(folder, file_name), "w", encoding="utf-8") as file:
+                file.write(entry)
+
+    def run(self, *arguments, env=None):
+        """Runs the program to its end, and gives its status and what it said."""
+        return subprocess.run([PROGRAM, *arguments], env={**self.environment, **(env or {})}, capture_output=True,
+                              text=True, timeout=20)
+
+
+class Session(World):
+    def __init__(self, window_manager=WINDOW_MANAGER, size="1920x1080", **world):
+        super().__init__(**world)
         self.window_manager_name = window_manager
         self.size = size
         self.processes = []
         self.log_file = None
 
     def __enter__(self):
-        self.folder = tempfile.mkdtemp(prefix="vantry-e2e-")
-        self.environment = dict(os.environ)
-        for variable in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "DESKTOP_SESSION", "XDG_CURRENT_DESKTOP"):
-            self.environment.pop(variable, None)
-        for variable, name in {
-            "HOME": "home", "XDG_CONFIG_HOME": "home/.config", "XDG_DATA_HOME": "home/.local/share",
-            "XDG_STATE_HOME": "home/.local/state", "XDG_CACHE_HOME": "home/.cache", "XDG_RUNTIME_DIR": "run",
-        }.items():
-            path = os.path.join(self.folder, name)
-            os.makedirs(path, mode=0o700, exist_ok=True)
-            self.environment[variable] = path
-        self.environment["LC_ALL"] = "C.UTF-8"
+        super().__enter__()
         running.append(self)
         try:
             self._start_server()
@@ -116,7 +171,7 @@ class Session:
             except subprocess.TimeoutExpired:
                 process.kill()
                 process.wait()
-        shutil.rmtree(self.folder, ignore_errors=True)
+        super().__exit__()
 
     # Programs
 
@@ -167,8 +222,8 @@ class Session:
         process = self.start(PROGRAM, *arguments, env=variables, log=self.log_file)
         process.log_file = self.log_file
         if wait:
-            eventually(self.bars, "the bar is on the screen: " + self.log(), 20)
-            eventually(lambda: "launched" in self.log(), "the program has launched")
+            # The first painting comes when all that belongs to the start is done.
+            eventually(self.is_bar_painted, "the bar is on the screen: " + self.log(), 20)
         return process
 
     def restart_bar(self):
@@ -356,16 +411,34 @@ class Session:
         top = bar.y + (bar.height - bar.icon) / 2 - (4 if lift else 0)
         return self.picture(centre_x - bar.icon // 2, int(top + 0.5), bar.icon, bar.icon)
 
-    def names(self):
-        """The running items of the bar in their order with their window counts, as the program last logged them."""
-        lines = [line for line in self.log().splitlines() if line.startswith("[bar] counts: ")]
-        if not lines:
+    def names(self, index=0):
+        """The programs whose buttons stand on a bar, from the left, known by the colours of their icons; none for one that
+        has a colour of its own, unless it is the last."""
+        bars = self.bars()
+        if index >= len(bars):
             return []
-        return [pair.rsplit("=", 1)[0] for pair in self._pairs(lines[-1])]
+        bar, width = self.bar(index), self.geometry(bars[index])[2]
+        row = self.picture(bar.x, bar.y + bar.height // 2, width, 1)
+        names = [self._named(row.getpixel((x, 0)))
+                 for x in range(bar.apps + bar.item // 2, width, bar.item)]
+        while names and not names[-1]:
+            names.pop()
+        return names
 
-    @staticmethod
-    def _pairs(line):
-        return re.findall(r"\S.*?=\d+(?= |$)", line[len("[bar] counts: "):])
+    def _named(self, pixel):
+        return next((name for name, color in self.colors.items()
+                     if all(abs(a - b) < 8 for a, b in zip(color, pixel))), None)
+
+    def is_bar_painted(self):
+        x, y, width, height = self.geometry(self.bars()[0]) if self.bars() else (0, 0, 1, 1)
+        return len(set(self.picture(x, y, width, height).getdata())) > 2
+
+    def is_showing_desktop(self):
+        """Whether the button is lit."""
+        bar = self.bar()
+        x, y = bar.middle("showDesktop")
+        plain = self.picture(self.geometry(self.bars()[0])[2] - 20, bar.y + 12, 1, 1)
+        return plain.tobytes() != self.picture(x - 20, bar.y + 12, 1, 1).tobytes()
 
     # Files
 

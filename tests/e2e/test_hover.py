@@ -179,7 +179,7 @@ class HoverTest(unittest.TestCase):
         self.terminal("terminal", "#20a040", "60x20+1100+250")
         process = session.start_bar()
         eventually(lambda: len(session.bars()) == 2, "each monitor has its bar")
-        eventually(lambda: session.names(), "the terminal has its button")
+        eventually(lambda: session.names(1), "the terminal has its button")
         session.move(*session.bar(1).button(0))
         preview = self.preview()
         self.assertGreaterEqual(preview[0], 960 + 6)

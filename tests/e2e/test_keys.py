@@ -1,6 +1,7 @@
 """Keys that work whatever program is in front. Keys are named by their places on the keyboard."""
 
 import ctypes
+import re
 import subprocess
 import unittest
 
@@ -88,16 +89,25 @@ class KeyTest(unittest.TestCase):
         press(session, ALT, SUPER, B)
         eventually(lambda: bool(session.bars()) != shown, f"the bar is {'hidden' if shown else 'shown'}: {what}")
 
+    def open_first(self, session):
+        """Opens the program of the first button."""
+        self.first = session.xterm()
+        eventually(lambda: session.names() == ["XTerm"], "it has a button")
+
     def digit(self, session, what):
-        before = session.log().count("shortcut: option-1 -> ")
-        press(session, ALT, ONE)
-        eventually(lambda: session.log().count("shortcut: option-1 -> ") == before + 1, f"the first button: {what}")
+        session.minimise(self.first)
+
+        def press_and_look():
+            press(session, ALT, ONE)
+            return not session.is_minimised(self.first)
+
+        # A press that comes ahead of the news that the program is minimised finds it in front, with none to go back to.
+        eventually(press_and_look, f"the first button: {what}")
 
     def test_they_work_with_locks_and_on_any_layout(self):
         with Session() as session:
-            session.start_bar(env={"BAR_PROBE_TAP": "1"})
-            session.xterm()
-            eventually(session.names, "it has a button")
+            session.start_bar()
+            self.open_first(session)
             for lock in (None, CAPS_LOCK, NUM_LOCK):
                 if lock:
                     press(session, lock)
@@ -109,7 +119,6 @@ class KeyTest(unittest.TestCase):
                 self.toggle(session, layout)
                 self.digit(session, layout)
             self.toggle(session, "an even number of times")
-            eventually(lambda: "shortcuts: tap enabled = true" in session.log(), "the tap's monitor reports")
 
     def test_what_they_claim_reaches_nobody_and_the_rest_the_focused_program_once(self):
         with Session() as session:
@@ -156,10 +165,8 @@ class KeyTest(unittest.TestCase):
             other = Client(session)
             other.grab(THREE, ALT_MASK)
             session.start_bar()
-            self.assertEqual(session.log().count("vantry: another program has "), 1)
-            self.assertIn("vantry: another program has Alt+AE03 for itself", session.log())
-            session.xterm()
-            eventually(session.names, "it has a button")
+            self.assertEqual(re.findall("vantry: another program has (.*)", session.log()), ["Alt+AE03 for itself"])
+            self.open_first(session)
             self.digit(session, "though the third is taken")
             press(session, ALT, THREE)
             eventually(lambda: other.seen(THREE) == 1, "its owner has it")
