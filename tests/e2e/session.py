@@ -11,6 +11,7 @@ import shutil
 import subprocess
 import tempfile
 import time
+import unittest
 
 from PIL import Image
 from Xlib import X, XK, display, error
@@ -71,6 +72,15 @@ class Bar:
 
     def trash(self, buttons):
         return self.x + self.apps + max(1, buttons) * self.item + self.pad + self.item // 2, self.y + self.height // 2
+
+
+class SessionTest(unittest.TestCase):
+    """Tests that each have a session of their own."""
+
+    def setUp(self):
+        self.session = Session()
+        self.session.__enter__()
+        self.addCleanup(self.session.__exit__)
 
 
 class World:
@@ -227,7 +237,7 @@ class Session(World):
         return process
 
     def restart_bar(self):
-        """Ends the running bar as a log-out does, and starts it again."""
+        """Ends a bar that runs, as a log-out does, and starts one."""
         for process in [process for process in self.processes if hasattr(process, "log_file")]:
             process.terminate()
             process.wait(5)

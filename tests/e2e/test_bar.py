@@ -27,14 +27,6 @@ class BarWindowTest(unittest.TestCase):
             _, y, _, height = session.geometry(terminal)
             self.assertLessEqual(y + height, 1012)
 
-    def test_a_second_instance_leaves_the_desktop_to_the_first(self):
-        with Session() as session:
-            session.start_bar()
-            bar = session.bars()[0].id
-            second = session.start_bar(wait=False)
-            self.assertEqual(second.wait(10), 0)
-            self.assertEqual([window.id for window in session.bars()], [bar])
-
 
 class MonitorTest(unittest.TestCase):
     def test_one_bar_a_monitor_and_a_monitor_that_comes_or_goes_is_followed(self):

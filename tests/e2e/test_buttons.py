@@ -7,7 +7,7 @@ import unittest
 import dbus
 import dbus.lowlevel
 from PIL import Image, ImageChops, ImageStat
-from session import Session, eventually
+from session import Session, SessionTest, eventually
 
 
 def difference(a, b):
@@ -40,11 +40,9 @@ class ProgramsTest(unittest.TestCase):
                 self.assertGreater(difference(pictures[one], pictures[other]), 12, f"{one} and {other} look alike")
 
 
-class ClickTest(unittest.TestCase):
+class ClickTest(SessionTest):
     def setUp(self):
-        self.session = Session()
-        self.session.__enter__()
-        self.addCleanup(self.session.__exit__)
+        super().setUp()
         self.session.write_settings(showFinderButton=False)
         self.session.start_bar()
         self.terminal = self.session.xterm("terminal")

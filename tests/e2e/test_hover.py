@@ -3,7 +3,7 @@
 import unittest
 
 from Xlib import X, display
-from session import Session, eventually
+from session import SessionTest, eventually
 
 CARD, GAP, MARGIN, THUMBNAIL = 176, 8, 10, 104
 
@@ -31,11 +31,9 @@ class Program:
         self.display.flush()
 
 
-class HoverTest(unittest.TestCase):
+class HoverTest(SessionTest):
     def setUp(self):
-        self.session = Session()
-        self.session.__enter__()
-        self.addCleanup(self.session.__exit__)
+        super().setUp()
         self.session.write_settings(showFinderButton=False)
 
     def terminal(self, title, color, geometry):
@@ -115,7 +113,7 @@ class HoverTest(unittest.TestCase):
         for edge in ("bottom", "top"):
             with self.subTest(edge=edge):
                 session.write_settings(barEdge=edge)
-                bar_process = session.start_bar()
+                session.restart_bar()
                 eventually(lambda: len(session.names()) == 1, "the terminal has its button")
                 button = session.bar().button(0)
                 for steps in (1, 7, 150):
@@ -131,9 +129,6 @@ class HoverTest(unittest.TestCase):
                     corner = (0, 0) if edge == "bottom" else (1919, 1079)
                     session.move(*corner)
                     eventually(self.no_panels, "the preview goes when the pointer leaves through a corner")
-                bar_process.terminate()
-                bar_process.wait(5)
-                session.processes.remove(bar_process)
 
     def is_lit(self, preview):
         x, y, _, height = preview

@@ -4,14 +4,12 @@ import os
 import unittest
 
 from Xlib import X
-from session import Session, eventually
+from session import SessionTest, eventually
 
 
-class MenuTest(unittest.TestCase):
+class MenuTest(SessionTest):
     def setUp(self):
-        self.session = Session()
-        self.session.__enter__()
-        self.addCleanup(self.session.__exit__)
+        super().setUp()
         self.settings(showFinderButton=False, showTooltips=False, showWindowPreviews=False)
 
     def settings(self, **values):
@@ -47,15 +45,8 @@ class MenuTest(unittest.TestCase):
     # Eyes
 
     def menus(self):
-        """The windows of this program that no window manager has; previews and tooltips are switched off."""
-        found = []
-        for window in self.session.root.query_tree().children:
-            attributes = window.get_attributes()
-            if attributes.map_state == X.IsViewable and attributes.override_redirect \
-                    and self.session.class_of(window)[1].capitalize() == "Vantry" \
-                    and "_NET_WM_WINDOW_TYPE_POPUP_MENU" in self.session.atoms(window, "_NET_WM_WINDOW_TYPE"):
-                found.append(window)
-        return found
+        """Previews, which are windows of the same kind, are switched off."""
+        return self.session.popups("POPUP_MENU")
 
     def has_keyboard(self):
         """Whether a program has all keys for itself, asked while no other can take or give them back."""
@@ -171,7 +162,7 @@ class LauncherMenuTest(MenuTest):
     def test_a_program_starts(self):
         made, script = (os.path.join(self.session.folder, name) for name in ("made", "script"))
         with open(script, "w", encoding="ascii") as file:
-            file.write(f"grep -E 'Sig(Blk|Ign)' /proc/$$/status > {made}.part; mv {made}.part {made}\n")
+            file.write(f"grep -E 'Sig(Blk|Ign)' /proc/self/status > {made}.part; mv {made}.part {made}\n")
         self.install("AAA First", f"sh {script}")
         self.session.start_bar()
         self.choose(self.session.bar().middle("launcher"), *self.entry(1))
@@ -238,10 +229,7 @@ class BehaviourTest(MenuTest):
     def test_menus_open_inside_the_screen_on_both_edges(self):
         for edge in ("bottom", "top"):
             self.settings(barEdge=edge)
-            for process in [each for each in self.session.processes if hasattr(each, "log_file")]:
-                process.terminate()
-                process.wait()
-            self.session.start_bar()
+            self.session.restart_bar()
             if edge == "bottom":
                 self.session.xterm()
             eventually(lambda: self.session.names() == ["XTerm"], "the terminal has its button")

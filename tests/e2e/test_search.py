@@ -5,16 +5,14 @@ import unittest
 
 from Xlib import X
 
-from session import Session, eventually
+from session import SessionTest, eventually
 
 
 class SearchAtAnEdge:
     EDGE = "bottom"
 
     def setUp(self):
-        self.session = Session()
-        self.session.__enter__()
-        self.addCleanup(self.session.__exit__)
+        super().setUp()
         self.session.write_settings(barEdge=self.EDGE)
         self.session.start_bar()
         self.terminal = self.session.xterm("Quarterly figures")
@@ -77,7 +75,7 @@ class SearchAtAnEdge:
         self.assertIsNone(self.panel(), "what is typed goes elsewhere")
 
 
-class SearchTest(SearchAtAnEdge, unittest.TestCase):
+class SearchTest(SearchAtAnEdge, SessionTest):
     def test_any_script_can_be_typed(self):
         self.session.xterm("x").change_property(
             self.session.atom("_NET_WM_NAME"), self.session.atom("UTF8_STRING"), 8, "Квартальный отчёт".encode())
@@ -183,7 +181,7 @@ class SearchTest(SearchAtAnEdge, unittest.TestCase):
         eventually(lambda: self.belongs_to_keyboard(self.editor), "the editor has the keyboard again")
 
 
-class SearchAtTheTopTest(SearchAtAnEdge, unittest.TestCase):
+class SearchAtTheTopTest(SearchAtAnEdge, SessionTest):
     EDGE = "top"
 
 

@@ -7,7 +7,7 @@ import unittest
 
 from Xlib import X, Xutil, display
 
-from session import Session, eventually
+from session import SessionTest, eventually
 
 CLEAR = 1080 - 63 - 5
 TICK = 0.5
@@ -80,11 +80,9 @@ class Client:
                           "the window is managed")
 
 
-class TamerTest(unittest.TestCase):
+class TamerTest(SessionTest):
     def setUp(self):
-        self.session = Session()
-        self.session.__enter__()
-        self.addCleanup(self.session.__exit__)
+        super().setUp()
         self.program = self.session.start_bar()
 
     def move(self, window, x, y, width=0, height=0):
