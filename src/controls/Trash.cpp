@@ -18,8 +18,7 @@ namespace Trash {
 bool isEmpty()
 {
     constexpr bool skipsHiddenFiles = true;
-    const auto names = NSFileManager::defaultManager().contentsOfDirectory(folder(), skipsHiddenFiles);
-    return !names || names->empty();
+    return !NSFileManager::defaultManager().hasContents(folder(), skipsHiddenFiles);
 }
 
 void open()

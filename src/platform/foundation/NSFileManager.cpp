@@ -6,6 +6,25 @@
 
 #include <filesystem>
 
+namespace {
+
+/// Has every name in a folder looked at until one is enough; false when the folder can't be listed.
+template <class IsEnough>
+bool eachName(const std::string& path, bool skipsHiddenFiles, IsEnough isEnough)
+{
+    std::error_code error;
+    const std::string folder = host::Desktop::current().session().locate(path);
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        std::string name = entry->path().filename().string();
+        if ((!skipsHiddenFiles || name.front() != '.') && isEnough(std::move(name)))
+            break;
+    }
+    return !error;
+}
+
+}
+
 NSFileManager& NSFileManager::defaultManager()
 {
     static NSFileManager manager;
@@ -17,18 +36,19 @@ std::optional<std::vector<std::string>> NSFileManager::contentsOfDirectory(
 {
     if (auto bundles = host::Desktop::current().applications().bundles(path))
         return bundles;
-    std::error_code error;
     std::vector<std::string> names;
-    const std::string folder = host::Desktop::current().session().locate(path);
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::string name = entry->path().filename().string();
-        if (!skipsHiddenFiles || name.front() != '.')
-            names.push_back(std::move(name));
-    }
-    if (error)
-        return std::nullopt;
-    return names;
+    const bool isListed = eachName(path, skipsHiddenFiles, [&](std::string name) {
+        names.push_back(std::move(name));
+        return false;
+    });
+    return isListed ? std::optional(std::move(names)) : std::nullopt;
+}
+
+bool NSFileManager::hasContents(const std::string& path, bool skipsHiddenFiles)
+{
+    bool found = false;
+    eachName(path, skipsHiddenFiles, [&](const std::string&) { return found = true; });
+    return found;
 }
 
 std::string NSFileManager::displayNameAtPath(const std::string& path)

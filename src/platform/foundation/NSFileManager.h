@@ -11,6 +11,8 @@ public:
 
     /// The names in a folder, in no order; absent when it can't be listed.
     std::optional<std::vector<std::string>> contentsOfDirectory(const std::string& path, bool skipsHiddenFiles = false);
+    /// Whether there is anything in a folder of files; false when it can't be listed. Costs no more for a full one.
+    bool hasContents(const std::string& path, bool skipsHiddenFiles = false);
     /// The name a person knows the file by: that of the desktop, else the last part of the path.
     std::string displayNameAtPath(const std::string& path);
 };
