@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+#include <utility>
+
 namespace {
 
 host::Surfaces& surfaces()
@@ -75,9 +77,8 @@ void NSWindow::orderFrontRegardless()
         surfaces().adopt(*widget_, style_, frame_);
     adopted_ = true;
     // What is seen first, and gives a popup its shape, is how the views are now.
-    if (contentView_ && !visible_)
+    if (!std::exchange(visible_, true) && contentView_)
         contentView_->displayIfNeeded();
-    visible_ = true;
     surfaces().orderFront(*widget_);
 }
 

@@ -185,16 +185,15 @@ void NSView::draw(const CGRect&) { }
 
 void NSView::setNeedsDisplay()
 {
+    needsDisplay_ = true;
     if (!pendingDisplay_)
         pendingDisplay_ = RunLoop::main().perform([this] { display(); });
 }
 
 void NSView::displayIfNeeded()
 {
-    if (pendingDisplay_) {
-        RunLoop::main().cancel(pendingDisplay_);
-        display();
-    }
+    RunLoop::main().cancel(pendingDisplay_);
+    display();
     for (const auto& view : subviews_)
         view->displayIfNeeded();
 }
@@ -202,6 +201,10 @@ void NSView::displayIfNeeded()
 void NSView::display()
 {
     pendingDisplay_ = 0;
+    const NSWindow* shownIn = window();
+    if (!needsDisplay_ || (shownIn && !shownIn->isVisible()))
+        return;
+    needsDisplay_ = false;
     auto now = std::make_unique<const DrawingList>(record());
     if (painted_ && *now == *painted_)
         return;

@@ -59,7 +59,7 @@ public:
     virtual bool acceptsFirstMouse() const { return false; }
     /// Draws the whole view into the current context. The rectangle is the part that is asked for.
     virtual void draw(const CGRect& dirty);
-    /// Asks for `draw` before the next paint.
+    /// Asks for `draw` before the next paint; in a window that doesn't show, when it next does.
     void setNeedsDisplay();
     /// Does now, for the view and those in it, what was asked for.
     void displayIfNeeded();
@@ -118,6 +118,7 @@ private:
     std::unique_ptr<const DrawingList> painted_;
     unsigned trackingOptions_ = 0;
     std::vector<CursorRect> cursorRects_;
+    bool needsDisplay_ = false;
     RunLoop::Handle pendingDisplay_ = 0;
     std::unique_ptr<ViewWidget, RetireWidget> widget_;
 };
