@@ -7,6 +7,7 @@
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
 #include "embedded/ScenarioBuilder.h"
+#include "foundation/NSFileManager.h"
 #include "foundation/PreferenceDomain.h"
 #include "settings/Settings.h"
 #include "system/WindowIndex.h"
@@ -21,6 +22,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 
@@ -103,16 +105,22 @@ void idleTick(benchmark::State& state)
 }
 BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 
+/// With so many files in the Trash; each time something else is hovered.
 void recordWhatABarDraws(benchmark::State& state)
 {
     Bench bench(60, 200, 3840);
+    for (int file = 0; file < state.range(0); ++file)
+        std::ofstream(NSHomeDirectory() + "/.Trash/" + std::to_string(file));
     bench.controller().refresh();
+    double x = bench.view().rect(BarComponent::apps).x;
     for (auto _ : state) {
         const RunLoop::Turn turn;
+        bench.view().updateHover({ x, 20 });
+        x = bench.view().rect(BarComponent::trash).midX() - x;
         benchmark::DoNotOptimize(bench.view().record());
     }
 }
-BENCHMARK(recordWhatABarDraws)->Unit(benchmark::kMicrosecond);
+BENCHMARK(recordWhatABarDraws)->Arg(0)->Arg(20'000)->Unit(benchmark::kMicrosecond);
 
 void paint(const DrawingList& list, QImage& image)
 {

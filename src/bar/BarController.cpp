@@ -112,6 +112,7 @@ void BarController::observe(NSNotificationCenter& center, const char* name, void
 
 void BarController::tearDown()
 {
+    soon_.cancel();
     if (timer_)
         std::exchange(timer_, nullptr)->invalidate();
     if (cursorMonitor_)
@@ -130,12 +131,12 @@ void BarController::hide()
 void BarController::update(DisplayInfo display)
 {
     display_ = std::move(display);
-    reposition();
-    refresh();
+    settingsChanged();
 }
 
 void BarController::refresh()
 {
+    soon_.cancel();
     if (!Settings::barVisible()) {
         hide();
         return;
@@ -150,29 +151,32 @@ void BarController::reposition()
     const auto screen = Displays::screenFor(display_.displayID);
     if (!screen)
         return;
+    const CGRect frame = barFrame(*screen);
+    if (frame != window_->frame())
+        view_->letGoOfPointer();
     window_->setRole(barRole());
-    window_->setFrame(barFrame(*screen), true);
+    window_->setFrame(frame, true);
     view_->relayout();
 }
 
 void BarController::workspaceChanged()
 {
     WindowIndex::invalidate();
-    refresh();
+    soon_.ask();
 }
 
 void BarController::settingsChanged()
 {
     reposition();
-    refresh();
+    soon_.ask();
 }
 
 void BarController::pointerMoved()
 {
-    const CGPoint point = NSEvent::mouseLocation();
+    const auto point = NSEvent::mouseLocation();
     const CGRect& frame = window_->frame();
-    if (window_->isVisible() && CGRectContainsPoint(frame, point))
-        view_->applyCursor(point, frame);
+    if (point && window_->isVisible() && CGRectContainsPoint(frame, *point))
+        view_->applyCursor(*point, frame);
     else
         view_->pointerLeftBar(point);
 }

@@ -4,6 +4,7 @@
 #include "appkit/NSVisualEffectView.h"
 #include "bar/BarView.h"
 #include "bar/BarWindow.h"
+#include "bar/RefreshSoon.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSTimer.h"
 #include "system/Displays.h"
@@ -27,7 +28,7 @@ public:
     /// Stops what `start` began and hides the bar.
     void tearDown();
 
-    /// Takes over the display's present record.
+    /// Takes over the display's present record: moves at once, and refreshes soon.
     void update(DisplayInfo display);
     /// Brings the buttons up to date and the bar to the front, or hides it while bars aren't to be seen. Never moves
     /// the window.
@@ -59,6 +60,8 @@ private:
     std::shared_ptr<BarWindow> window_;
     std::shared_ptr<BarView> view_;
     std::shared_ptr<NSVisualEffectView> vibrancy_;
+    /// All that makes the bar refresh asks here.
+    RefreshSoon soon_ { [this] { refresh(); } };
     std::shared_ptr<NSTimer> timer_;
     NSEvent::Monitor cursorMonitor_;
     /// Each with the centre that it was added to.

@@ -117,6 +117,12 @@ CGRect BarLayout::searchFieldRect() const
     return { left, box.midY() - lineHeight * 0.5, std::max(20.0, box.maxX() - left - 11), lineHeight };
 }
 
+CGRect BarLayout::hitRect(int hit) const
+{
+    const auto* found = std::ranges::find(hitOrder, hit, &std::pair<BarComponent, int>::second);
+    return found != std::end(hitOrder) ? rect(found->first) : buttonRect(hit);
+}
+
 std::optional<int> BarLayout::hit(CGPoint point) const
 {
     for (const auto& [component, value] : hitOrder)

@@ -55,6 +55,10 @@ public:
     /// The frame of the text field in the search box.
     CGRect searchFieldRect() const;
 
+    bool operator==(const BarLayout&) const = default;
+
+    /// Where the thing of that `BarHit` value is.
+    CGRect hitRect(int hit) const;
     /// What the point is over: a `BarHit` value; absent over nothing.
     std::optional<int> hit(CGPoint point) const;
     /// The position of the button under the point, whatever component may lie over it.

@@ -33,8 +33,13 @@ struct BarDrag {
     std::optional<NSImage> icon;
 };
 
-/// Everything that the picture of a bar depends on.
+/// Everything that the picture of a bar depends on: painting it asks nobody.
 struct BarPicture {
+    /// What the settings and the system say now, of a bar that isn't touched.
+    static BarPicture current(CGSize size, const std::vector<BarItem>& items);
+    /// The items without the launcher's entry, in order.
+    static std::vector<BarItem> buttonsOf(const std::vector<BarItem>& items);
+
     BarLayout layout;
     BarLook look;
     std::optional<BarItem> launcher;

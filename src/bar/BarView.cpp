@@ -1,17 +1,17 @@
 #include "bar/BarView.h"
 
+#include "bar/BarMenus.h"
 #include "bar/BarPainter.h"
-#include "bar/BarWindow.h"
-#include "bar/PreviewPanel.h"
-#include "bar/TooltipPanel.h"
 #include "controls/Trash.h"
-#include "look/Palette.h"
+#include "log/Log.h"
+#include "log/Timing.h"
+#include "model/Click.h"
 #include "model/Items.h"
+#include "search/NativeLauncher.h"
 #include "settings/Settings.h"
 #include "system/ShowDesktop.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <utility>
 
@@ -37,140 +37,265 @@ std::vector<BarItem> moved(std::vector<BarItem> items, int from, int to)
 
 BarView::BarView(const CGRect& frame)
     : NSView(frame)
-    , searchField_(std::make_shared<BarSearchField>(CGRect {}))
-    , resultsPanel_(std::make_unique<SearchResultsPanel>())
-    , tooltip_(std::make_unique<TooltipPanel>())
-    , preview_(std::make_unique<PreviewPanel>())
+    , picture_(BarPicture::current(frame.size(), {}))
+    , search_([this] { showState(); })
+    , hover_(*this, picture_, [this] { showState(); })
 {
-    setUpSearchField();
-}
-
-BarView::~BarView()
-{
-    searchField_->setDelegate(nullptr);
-    cancelTooltip();
+    applySearchFieldStyle();
+    addSubview(search_.field());
 }
 
 void BarView::closePanels()
 {
-    cancelTooltip();
-    const auto* bar = dynamic_cast<BarWindow*>(window());
-    if (resultsPanel_->isVisible() || (bar && bar->wantsKey))
-        endSearch();
+    letGoOfPointer();
+    search_.close();
 }
 
 void BarView::setItems(std::vector<BarItem> items)
 {
     items_ = std::move(items);
+    gather();
+}
+
+void BarView::relayout()
+{
+    const BarLayout before = layout();
+    gather();
+    if (layout() != before)
+        letGoOfPointer();
+    applySearchFieldStyle();
+}
+
+void BarView::resizeSubviews(CGSize oldSize)
+{
+    NSView::resizeSubviews(oldSize);
+    relayout();
+}
+
+/// Asks the system and the settings, once, for all that painting needs.
+void BarView::gather()
+{
+    const BarLayout before = std::exchange(picture_, BarPicture::current(bounds().size(), items_)).layout;
+    if (layout() != before)
+        applySearchFieldStyle();
+    showState();
+}
+
+/// Takes what changes between two gatherings into the picture.
+void BarView::showState()
+{
+    picture_.hovered = hover_.hit();
+    picture_.isSearchFocused = search_.isFocused();
+    picture_.isShowingDesktop = ShowDesktop::isShowingDesktop();
+    picture_.buttons = arranged(press_);
+    picture_.drag = drag();
     setNeedsDisplay();
 }
 
-std::vector<BarItem> BarView::appItems() const
+void BarView::draw(const CGRect&)
 {
-    std::vector<BarItem> items;
-    std::remove_copy_if(items_.begin(), items_.end(), std::back_inserter(items), std::mem_fn(&BarItem::isLauncher));
-    return items;
+    BarPainter(picture_).draw();
 }
 
-std::optional<BarItem> BarView::launcherItem() const
-{
-    const auto launcher = std::find_if(items_.begin(), items_.end(), std::mem_fn(&BarItem::isLauncher));
-    if (launcher == items_.end())
-        return std::nullopt;
-    return *launcher;
-}
-
-BarLayout BarView::layout() const
-{
-    const auto launchers = std::count_if(items_.begin(), items_.end(), std::mem_fn(&BarItem::isLauncher));
-    return BarLayout::current(bounds().size(), static_cast<int>(std::ssize(items_) - launchers));
-}
-
-std::vector<BarItem> BarView::displayItems(const BarLayout& bar, const std::optional<Drag>& drag) const
+std::vector<BarItem> BarView::arranged(const std::optional<BarPress>& press) const
 {
     std::vector<BarItem> items = appItems();
-    if (!drag || !isValidIndex(drag->origin, items))
+    if (!press || !press->isDrag() || !isValidIndex(*press->button, items))
         return items;
     const int remaining = static_cast<int>(std::ssize(items)) - 1;
-    return moved(std::move(items), drag->origin, bar.insertionIndex(remaining, drag->pointX));
+    return moved(std::move(items), *press->button, layout().insertionIndex(remaining, *press->dragX));
 }
 
-std::vector<BarView::LayoutItem> BarView::layoutItems(const std::optional<Drag>& drag) const
+std::optional<BarDrag> BarView::drag() const
 {
-    const BarLayout bar = layout();
+    if (!press_ || !press_->isDrag())
+        return std::nullopt;
+    const std::vector<BarItem> items = appItems();
+    const int origin = *press_->button;
+    return BarDrag {
+        .landing = insertionIndex(static_cast<int>(std::ssize(items)) - 1),
+        .pointX = *press_->dragX,
+        .icon = isValidIndex(origin, items) ? items[static_cast<std::size_t>(origin)].icon : std::nullopt,
+    };
+}
+
+std::vector<BarView::LayoutItem> BarView::layoutItems() const
+{
     std::vector<LayoutItem> placed;
-    for (BarItem& item : displayItems(bar, drag)) {
+    for (const BarItem& item : displayItems()) {
         const int index = static_cast<int>(placed.size());
-        placed.push_back({ index, std::move(item), bar.buttonRect(index) });
+        placed.push_back({ index, item, layout().buttonRect(index) });
     }
     return placed;
 }
 
 int BarView::insertionIndex(int count) const
 {
-    return layout().insertionIndex(count, dragPointX_.value_or(0));
+    return layout().insertionIndex(count, press_ ? press_->dragX.value_or(0) : 0);
 }
 
 int BarView::layoutCountDuringDrag(int from, double pointX) const
 {
-    return static_cast<int>(layoutItems(Drag { from, pointX }).size());
+    return static_cast<int>(arranged(BarPress { {}, from, pointX }).size());
 }
 
-void BarView::applySearchFieldStyle()
+void BarView::updateTrackingAreas()
+{
+    removeTrackingAreas();
+    constexpr unsigned options = NSTrackingArea::mouseEnteredAndExited | NSTrackingArea::mouseMoved
+        | NSTrackingArea::cursorUpdate | NSTrackingArea::activeAlways | NSTrackingArea::inVisibleRect;
+    addTrackingArea({ options });
+}
+
+void BarView::mouseMoved(const NSEvent& event)
+{
+    updateHover(convertFromWindow(event.locationInWindow));
+}
+
+void BarView::mouseExited(const NSEvent&)
+{
+    pointerLeftBar(NSEvent::mouseLocation());
+}
+
+bool BarView::isText(CGPoint point) const
+{
+    return layout().shows(BarComponent::search) && CGRectContainsPoint(searchFieldRect(), point);
+}
+
+void BarView::resetCursorRects()
+{
+    addCursorRect(bounds(), NSCursor::arrow());
+    if (layout().shows(BarComponent::search))
+        addCursorRect(searchFieldRect(), NSCursor::iBeam());
+}
+
+void BarView::cursorUpdate(const NSEvent& event)
+{
+    setCursor(convertFromWindow(event.locationInWindow));
+}
+
+void BarView::setCursor(CGPoint point) const
+{
+    (isText(point) ? NSCursor::iBeam() : NSCursor::arrow()).set();
+}
+
+void BarView::applyCursor(CGPoint forScreenPoint, const CGRect& windowFrame)
+{
+    const CGPoint point { forScreenPoint.x - windowFrame.x, forScreenPoint.y - windowFrame.y };
+    setCursor(point);
+    updateHover(point);
+}
+
+void BarView::letGoOfPointer()
+{
+    endPress();
+    hover_.setHit(std::nullopt);
+    cancelTooltip();
+}
+
+/// A quick pointer may press where no movement has told of it.
+void BarView::mouseDown(const NSEvent& event)
+{
+    const CGPoint point = convertFromWindow(event.locationInWindow);
+    updateHover(point);
+    press_ = BarPress { point, layout().button(point) };
+}
+
+void BarView::mouseDragged(const NSEvent& event)
+{
+    if (!press_)
+        return;
+    const bool wasDrag = press_->isDrag();
+    press_->moveTo(convertFromWindow(event.locationInWindow).x);
+    if (!press_->isDrag())
+        return;
+    if (!wasDrag)
+        cancelTooltip();
+    showState();
+}
+
+void BarView::mouseUp(const NSEvent& event)
+{
+    const CGPoint point = convertFromWindow(event.locationInWindow);
+    updateHover(point);
+    cancelTooltip();
+    // One that has ended before its release means nothing any more.
+    if (!press_)
+        return;
+    const bool wasDrag = press_->isDrag();
+    if (wasDrag)
+        commitDrag();
+    endPress();
+    if (!wasDrag)
+        click(point);
+}
+
+void BarView::rightMouseUp(const NSEvent& event)
+{
+    const CGPoint point = convertFromWindow(event.locationInWindow);
+    updateHover(point);
+    cancelTooltip();
+    endPress();
+    const CGRect launcher = rect(BarComponent::launcher);
+    if (CGRectContainsPoint(launcher, point)) {
+        NSMenu::popUpMenuPositioningItem(
+            BarMenus::launcherMenu(), nullptr, { launcher.minX(), bounds().maxY() }, *this);
+        return;
+    }
+    const auto button = layout().button(point);
+    const auto menu
+        = button ? BarMenus::itemMenu(displayItems()[static_cast<std::size_t>(*button)]) : BarMenus::barMenu();
+    NSMenu::popUpContextMenu(menu, event, *this);
+}
+
+void BarView::endPress()
+{
+    if (std::exchange(press_, std::nullopt))
+        showState();
+}
+
+void BarView::commitDrag()
+{
+    std::vector<std::string> keys;
+    for (const BarItem& item : displayItems())
+        keys.push_back(DockModel::key(item));
+    Settings::manualOrder.set(keys);
+    if (Settings::appOrder() != AppOrder::manual)
+        Settings::appOrder.set(AppOrder::manual);
+    Log::debug("reorder: saved ", keys.size(), " items");
+}
+
+void BarView::click(CGPoint point)
 {
     const BarLayout bar = layout();
-    searchField_->setFont(NSFont::systemFont(bar.metrics().searchFont()));
-    searchField_->setFrame(bar.searchFieldRect());
-    searchField_->setPlaceholder("Spotlight Search", Palette::placeholder);
-    searchField_->setHidden(!bar.shows(BarComponent::search));
+    const auto isOn = [&](BarComponent component) { return CGRectContainsPoint(bar.rect(component), point); };
+
+    if (isOn(BarComponent::showDesktop))
+        return clickShowDesktop();
+    if (isOn(BarComponent::finder))
+        if (const auto finder = DockModel::finderItem())
+            return DockModel::handleClick(*finder);
+    if (isOn(BarComponent::trash))
+        return Trash::open();
+    if (isOn(BarComponent::launcher))
+        return clickLauncher();
+    if (const auto position = bar.button(point)) {
+        const BarItem item = appItems()[static_cast<std::size_t>(*position)];
+        Timing::measure("click: main thread", [&] { DockModel::handleClick(item); });
+    }
 }
 
-void BarView::relayout()
+void BarView::clickShowDesktop()
 {
-    applySearchFieldStyle();
-    setNeedsDisplay();
+    ShowDesktop::forgetIfStale();
+    ShowDesktop::toggle();
+    showState();
 }
 
-void BarView::resizeSubviews(CGSize oldSize)
+void BarView::clickLauncher()
 {
-    NSView::resizeSubviews(oldSize);
-    searchField_->setFrame(searchFieldRect());
-}
-
-void BarView::draw(const CGRect&)
-{
-    const BarPicture now = picture();
-    BarPainter(now).draw();
-}
-
-BarPicture BarView::picture() const
-{
-    const BarLayout bar = layout();
-    return {
-        .layout = bar,
-        .look = BarLook::current(),
-        .launcher = launcherItem(),
-        .finder = bar.shows(BarComponent::finder) ? DockModel::finderItem() : std::nullopt,
-        .buttons = displayItems(bar, drag()),
-        .hovered = hoveredIndex_,
-        .drag = dragPicture(bar),
-        .isSearchFocused = isSearchFocused_,
-        .isShowingDesktop = ShowDesktop::isShowingDesktop(),
-        .isTrashEmpty = !bar.shows(BarComponent::trash) || Trash::isEmpty(),
-    };
-}
-
-std::optional<BarDrag> BarView::dragPicture(const BarLayout& bar) const
-{
-    const auto moving = drag();
-    if (!moving)
-        return std::nullopt;
-    const std::vector<BarItem> items = appItems();
-    const int remaining = static_cast<int>(std::ssize(items)) - 1;
-    return BarDrag {
-        .landing = bar.insertionIndex(remaining, moving->pointX),
-        .pointX = moving->pointX,
-        .icon
-        = isValidIndex(moving->origin, items) ? items[static_cast<std::size_t>(moving->origin)].icon : std::nullopt,
-    };
+    if (const auto& launcher = launcherItem())
+        DockModel::activate(*launcher);
+    else
+        NativeLauncher::openSpotlight();
 }

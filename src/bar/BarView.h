@@ -1,28 +1,25 @@
 #pragma once
 
 #include "appkit/NSView.h"
+#include "bar/BarHover.h"
 #include "bar/BarPicture.h"
-#include "bar/BarSearchField.h"
-#include "foundation/NSTimer.h"
-#include "search/SearchResultsPanel.h"
+#include "bar/BarPress.h"
+#include "bar/BarSearch.h"
 
 #include <memory>
 #include <optional>
 #include <vector>
 
-class PreviewPanel;
-class TooltipPanel;
-
 /// A whole bar in one view: it paints the bar, and does what the pointer asks. Coordinates are the view's own, origin
-/// at the lower left corner, whichever edge of the screen the bar is on. Geometry is worked out afresh at each call
-/// from the bounds, the settings and the items. Main thread.
-class BarView final : public NSView, private NSTextFieldDelegate {
+/// at the lower left corner, whichever edge of the screen the bar is on. What it shows, and where, is gathered by
+/// `setItems` and `relayout`; what is hit is what is painted. Main thread.
+class BarView final : public NSView {
 public:
     explicit BarView(const CGRect& frame);
-    ~BarView() override;
 
     /// Everything the bar shows, the launcher's entry included.
     const std::vector<BarItem>& items() const { return items_; }
+    /// Brings the system's part of the picture up to date too.
     void setItems(std::vector<BarItem> items);
 
     // Layout.
@@ -37,12 +34,12 @@ public:
     /// The zero rectangle for a hidden component.
     CGRect rect(BarComponent component) const { return layout().rect(component); }
     /// The items without the launcher's entry, in order.
-    std::vector<BarItem> appItems() const;
-    std::optional<BarItem> launcherItem() const;
+    std::vector<BarItem> appItems() const { return BarPicture::buttonsOf(items_); }
+    const std::optional<BarItem>& launcherItem() const { return picture_.launcher; }
     /// The application items as they stand on the bar: during a drag the dragged one is at the place where it would
     /// land.
-    std::vector<BarItem> displayItems() const { return displayItems(layout(), drag()); }
-    std::vector<LayoutItem> layoutItems() const { return layoutItems(drag()); }
+    const std::vector<BarItem>& displayItems() const { return picture_.buttons; }
+    std::vector<LayoutItem> layoutItems() const;
     /// How many buttons fit; at least 1.
     int buttonCapacity() const { return layout().buttonCapacity(); }
     /// Which of the places 0 to `count` the dragged button lands at.
@@ -51,8 +48,8 @@ public:
     int layoutCountDuringDrag(int from, double pointX) const;
     CGRect searchFieldRect() const { return layout().searchFieldRect(); }
 
-    void applySearchFieldStyle();
-    /// Fits everything to the settings as of now, and repaints.
+    void applySearchFieldStyle() { search_.fit(layout()); }
+    /// Fits everything to the settings as of now, what is open included, and repaints.
     void relayout();
     void resizeSubviews(CGSize oldSize) override;
 
@@ -63,16 +60,18 @@ public:
     // Pointer.
 
     /// What the pointer is over: a `BarHit` value.
-    std::optional<int> hoveredIndex() const { return hoveredIndex_; }
-    void updateHover(CGPoint point);
+    std::optional<int> hoveredIndex() const { return hover_.hit(); }
+    void updateHover(CGPoint point) { hover_.setHit(layout().hit(point)); }
     /// The pointer is over the bar's window, of that frame in screen space.
     void applyCursor(CGPoint forScreenPoint, const CGRect& windowFrame);
-    /// The pointer is outside of the bar's window, in screen space. On its way to the preview it is still with us.
-    void pointerLeftBar(CGPoint at);
+    /// The pointer is outside of the bar's window, in screen space where that is known.
+    void pointerLeftBar(std::optional<CGPoint> at) { hover_.pointerLeft(at); }
     /// Drops the tooltip and the preview, those that show and those to come.
-    void cancelTooltip();
-    const TooltipPanel& tooltip() const { return *tooltip_; }
-    const PreviewPanel& preview() const { return *preview_; }
+    void cancelTooltip() { hover_.cancelPanels(); }
+    /// The bar moves away under the pointer: what it did with it is over.
+    void letGoOfPointer();
+    const TooltipPanel& tooltip() const { return hover_.tooltip(); }
+    const PreviewPanel& preview() const { return hover_.preview(); }
 
     bool acceptsFirstMouse() const override { return true; }
     void resetCursorRects() override;
@@ -88,63 +87,33 @@ public:
     // Search.
 
     /// Shows what the text in the search box finds, as of now.
-    void updateResults();
+    void updateResults() { search_.update(); }
     /// Empties the search box and gives the keyboard back.
-    void endSearch();
-    const std::shared_ptr<BarSearchField>& searchField() const { return searchField_; }
-    const SearchResultsPanel& resultsPanel() const { return *resultsPanel_; }
+    void endSearch() { search_.end(); }
+    const std::shared_ptr<BarSearchField>& searchField() const { return search_.field(); }
+    const SearchResultsPanel& resultsPanel() const { return search_.results(); }
 
     /// Takes down what the bar has opened: it is about to go, or to hide.
     void closePanels();
 
 private:
-    /// An application button on the move.
-    struct Drag {
-        /// Its position in `appItems`; beyond their end when they have become fewer since.
-        int origin;
-        double pointX;
-    };
+    const BarLayout& layout() const { return picture_.layout; }
+    void gather();
+    void showState();
+    std::optional<BarDrag> drag() const;
+    std::vector<BarItem> arranged(const std::optional<BarPress>& press) const;
 
-    BarLayout layout() const;
-    BarPicture picture() const;
-    std::vector<BarItem> displayItems(const BarLayout& bar, const std::optional<Drag>& drag) const;
-    std::vector<LayoutItem> layoutItems(const std::optional<Drag>& drag) const;
-    std::optional<BarDrag> dragPicture(const BarLayout& bar) const;
-
-    std::optional<Drag> drag() const;
-    bool isDragging() const { return drag().has_value(); }
     void endPress();
     void commitDrag();
     void click(CGPoint point);
     void clickShowDesktop();
     void clickLauncher();
-
+    bool isText(CGPoint point) const;
     void setCursor(CGPoint point) const;
-    void mouseLeftBar();
-    void setHoveredIndex(std::optional<int> index);
-    void scheduleTooltip();
-    void showTooltip();
-    void showComponentTooltip();
-
-    void setUpSearchField();
-    void setSearchFocused(bool focused);
-    void controlTextDidBeginEditing() override;
-    void controlTextDidChange() override;
-    void controlTextDidEndEditing() override;
-    bool doCommand(NSTextCommand command) override;
 
     std::vector<BarItem> items_;
-    std::shared_ptr<BarSearchField> searchField_;
-    std::unique_ptr<SearchResultsPanel> resultsPanel_;
-    bool isSearchFocused_ = false;
-    std::optional<int> hoveredIndex_;
-    std::unique_ptr<TooltipPanel> tooltip_;
-    std::unique_ptr<PreviewPanel> preview_;
-    std::shared_ptr<NSTimer> tooltipTimer_;
-    /// Where the button of the mouse went down; absent while it is up.
-    std::optional<CGPoint> dragStartPoint_;
-    /// The position of the application button that was pressed.
-    std::optional<int> dragOriginIndex_;
-    /// The pointer during a drag; absent while nothing is dragged.
-    std::optional<double> dragPointX_;
+    BarPicture picture_;
+    std::optional<BarPress> press_;
+    BarSearch search_;
+    BarHover hover_;
 };

@@ -53,7 +53,9 @@ void PreviewPanel::hide()
 
 void PreviewPanel::pointerMoved(CGPoint toScreenPoint)
 {
-    content_->hover(content_->convertFromWindow(convertPointFromScreen(toScreenPoint)));
+    // A pixel is told by the corner that has the smallest coordinates: in the view, where y goes down, the upper one.
+    const CGPoint point = convertPointFromScreen(toScreenPoint);
+    content_->hover(content_->convertFromWindow(CGPoint { point.x, point.y + 1 }));
 }
 
 void PreviewPanel::pick(const WindowEntry& window)

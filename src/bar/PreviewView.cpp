@@ -96,6 +96,27 @@ void PreviewView::setHoveredCard(std::optional<int> card)
         setNeedsDisplay();
 }
 
+void PreviewView::updateTrackingAreas()
+{
+    removeTrackingAreas();
+    addTrackingArea({ NSTrackingArea::mouseEnteredAndExited | NSTrackingArea::mouseMoved | NSTrackingArea::activeAlways
+        | NSTrackingArea::inVisibleRect });
+}
+
+void PreviewView::mouseMoved(const NSEvent& event)
+{
+    holdsPointer_ = true;
+    hover(convertFromWindow(event.locationInWindow));
+}
+
+void PreviewView::mouseExited(const NSEvent& event)
+{
+    holdsPointer_ = false;
+    hover(convertFromWindow(event.locationInWindow));
+    if (onExit)
+        onExit();
+}
+
 void PreviewView::mouseDown(const NSEvent& event)
 {
     pressedCard_ = cardAt(convertFromWindow(event.locationInWindow));

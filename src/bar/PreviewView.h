@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-/// A row of cards, one a window: its picture and its title. Flipped: origin at the upper left corner, y down. It has no
-/// tracking area, and learns of the pointer through `hover`. Main thread.
+/// A row of cards, one a window: its picture and its title. Flipped: origin at the upper left corner, y down. It
+/// learns of the pointer by itself; who knows of it from elsewhere says so through `hover`. Main thread.
 class PreviewView final : public NSView {
 public:
     using NSView::NSView;
@@ -29,11 +29,19 @@ public:
     /// The pointer is there, in the view's coordinates, which may be outside.
     void hover(CGPoint point);
 
+    /// Whether the pointer is known to be over the view, by the view's own tracking.
+    bool holdsPointer() const { return holdsPointer_; }
+
+    /// The pointer has left the view.
+    std::function<void()> onExit;
     /// A card was clicked.
     std::function<void(const WindowEntry&)> onPick;
 
     bool isFlipped() const override { return true; }
     bool acceptsFirstMouse() const override { return true; }
+    void updateTrackingAreas() override;
+    void mouseMoved(const NSEvent& event) override;
+    void mouseExited(const NSEvent& event) override;
     void mouseDown(const NSEvent& event) override;
     void mouseUp(const NSEvent& event) override;
     void draw(const CGRect& dirty) override;
@@ -47,6 +55,7 @@ private:
 
     std::vector<WindowEntry> entries_;
     std::string appName_;
+    bool holdsPointer_ = false;
     std::optional<int> hoveredCard_;
     /// Where the button of the mouse went down.
     std::optional<int> pressedCard_;

@@ -12,6 +12,8 @@ public:
     /// At the size class that the user has chosen, as of now.
     static Metrics current();
 
+    bool operator==(const Metrics&) const = default;
+
     double scale() const { return scale_; }
     double scaled(double base) const { return std::round(base * scale_); }
 

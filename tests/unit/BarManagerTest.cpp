@@ -132,6 +132,7 @@ TEST_F(BarManagerTest, EachWorkspaceNotificationRefreshesFromAFreshWindowList)
             NSWorkspaceDidHideApplicationNotification, NSWorkspaceDidUnhideApplicationNotification }) {
         const std::size_t before = refreshes();
         NSWorkspace::sharedWorkspace().notificationCenter().post(name);
+        settle();
         EXPECT_EQ(refreshes(), before + 1) << name;
     }
     const pid_t mail = run("Mail");
@@ -141,6 +142,28 @@ TEST_F(BarManagerTest, EachWorkspaceNotificationRefreshesFromAFreshWindowList)
     openWindow(mail);
     settle();
     EXPECT_EQ(refreshes(), before + 1) << "a window that opens";
+}
+
+TEST_F(BarManagerTest, WhatATurnBringsRefreshesEachBarOnceAsDoesAClick)
+{
+    const pid_t mail = run("Mail");
+    openWindow(mail);
+    openWindow(run("Notes"));
+    startBars();
+    const CGPoint button { bar(1)->view()->layoutItems()[0].rect.midX(), 20 };
+    bar(1)->view()->mouseDown({ button });
+    bar(1)->view()->mouseUp({ button });
+    settle();
+    EXPECT_EQ(world().frontmost(), mail);
+    EXPECT_EQ(refreshes(), 1u);
+
+    for (const char* name :
+        { NSWorkspaceDidHideApplicationNotification, NSWorkspaceDidTerminateApplicationNotification })
+        NSWorkspace::sharedWorkspace().notificationCenter().post(name);
+    Settings::appOrder.set(AppOrder::manual);
+    manager_->reconcile();
+    settle();
+    EXPECT_EQ(refreshes(), 2u);
 }
 
 TEST_F(BarManagerTest, TheTimerRefreshesEverySecondAndAHalf)

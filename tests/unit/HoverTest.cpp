@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "appkit/DrawingList.h"
+#include "appkit/NSMenu.h"
 #include "bar/BarController.h"
 #include "bar/Preview.h"
 #include "bar/PreviewPanel.h"
@@ -8,6 +9,8 @@
 #include "host/Displays.h"
 #include "settings/Settings.h"
 #include "unit/DrawingText.h"
+
+#include <QTest>
 
 #include <algorithm>
 #include <memory>
@@ -70,6 +73,10 @@ protected:
         advance(delay);
     }
 
+    void press(CGPoint point) { view().mouseDown({ point }); }
+    void drag(CGPoint point) { view().mouseDragged({ point }); }
+    void release(CGPoint point) { view().mouseUp({ point }); }
+
     /// By the global monitor; the bar's window lies at the origin.
     void movePointer(CGPoint point)
     {
@@ -128,14 +135,13 @@ TEST_F(HoverTest, EachPlaceTellsWhatItIs)
     Settings::showTooltips.set(false);
     hover(button("Notes"));
     EXPECT_EQ(shown(), "nothing");
-}
 
-TEST_F(HoverTest, AButtonOfOneWindowHasATooltip)
-{
+    Settings::showTooltips.set(true);
+    Settings::showWindowPreviews.set(true);
     Settings::grouping.set(WindowGrouping::never);
     settle();
     hover(button("Mail"));
-    EXPECT_EQ(shown(), "Mail");
+    EXPECT_EQ(shown(), "Mail") << "the button of one window";
 }
 
 TEST_F(HoverTest, TheDelayBeginsAnewOnlyWhereSomethingElseIsHovered)
@@ -160,23 +166,17 @@ TEST_F(HoverTest, TheDelayBeginsAnewOnlyWhereSomethingElseIsHovered)
 TEST_F(HoverTest, WhatEndsATooltipEndsOneToComeToo)
 {
     const CGPoint notes = button("Notes");
+    const CGPoint beside { 1300, 20 }, away { 700, 600 }, moved { notes.x + 6, notes.y };
     const struct {
         const char* what;
         std::function<void()> act;
     } cases[] {
-        { "a release",
-            [&] {
-                view().mouseUp({ { 1300, 20 } });
-            } },
-        { "the start of a drag",
-            [&] {
-                view().mouseDown({ notes });
-                view().mouseDragged({ { notes.x + 6, notes.y } });
-            } },
-        { "leaving",
-            [&] {
-                movePointer({ 700, 600 });
-            } },
+        { "a release", [&] { release(beside); } },
+        { "the start of a drag", [&] { press(notes), drag(moved); } },
+        { "leaving", [&] { movePointer(away); } },
+        { "another edge", [&] { Settings::barEdge.set(BarEdge::top); } },
+        { "another size", [&] { Settings::barSize.set(BarSize::large); } },
+        { "the search box gone", [&] { Settings::showSearch.set(false); } },
         { "the bar hidden", [&] { Settings::barVisible.set(false), settle(); } },
         { "the bar torn down", [&] { controller_->tearDown(); } },
     };
@@ -184,9 +184,11 @@ TEST_F(HoverTest, WhatEndsATooltipEndsOneToComeToo)
         SCOPED_TRACE(test.what);
         for (const bool isShowing : { true, false }) {
             Settings::barVisible.set(true);
+            Settings::barEdge.set(BarEdge::bottom);
+            Settings::barSize.set(BarSize::medium);
+            Settings::showSearch.set(true);
             settle();
-            view().mouseUp({ { 1300, 20 } });
-            view().updateHover({ 1300, 20 });
+            release(beside);
             view().mouseMoved({ notes });
             advance(isShowing ? delay : 0.2);
             EXPECT_EQ(shown(), isShowing ? "Notes" : "nothing");
@@ -214,6 +216,99 @@ TEST_F(HoverTest, BothRoadsHoverAndSetTheCursor)
     view().mouseExited({});
     EXPECT_EQ(shown(), "nothing");
     EXPECT_EQ(view().hoveredIndex(), std::nullopt);
+
+    press(button("Notes"));
+    EXPECT_EQ(view().hoveredIndex(), 1) << "a press where no movement was told of";
+    Settings::showSearch.set(false);
+    movePointer({ view().searchFieldRect().midX(), 3 });
+    EXPECT_EQ(NSCursor::currentCursor(), NSCursor::arrow()) << "no text to enter";
+}
+
+TEST_F(HoverTest, WhereThePointerIsntKnownThePreviewWatchesItself)
+{
+    desktop().pointer().conceal();
+    auto& cards = *preview().content();
+    const auto enter = [&] { cards.mouseMoved({ { 20, 50 } }); };
+    const auto leave = [&] { cards.mouseExited({ { -1, 50 } }); };
+    const struct {
+        const char* what;
+        std::function<void()> act;
+        bool stays;
+    } cases[] {
+        { "leaving the bar", [] {}, false },
+        { "crossing the gap", [&] { advance(0.2), enter(); }, true },
+        { "and out again", [&] { enter(), advance(1), leave(); }, false },
+        { "and back to the button", [&] { enter(), leave(), view().updateHover(button("Mail")); }, true },
+        { "onto another button", [&] { enter(), leave(), view().updateHover(button("Notes")); }, false },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        view().updateHover({ 1300, 20 });
+        hover(button("Mail"));
+        view().mouseExited({});
+        test.act();
+        advance(0.4);
+        EXPECT_EQ(preview().isShowing(), test.stays);
+        EXPECT_EQ(cards.hoveredCard().has_value(), cards.holdsPointer());
+    }
+}
+
+TEST_F(HoverTest, APressWithoutItsReleaseIsForgotten)
+{
+    const CGPoint mail = button("Mail");
+    const CGPoint next = button("Notes");
+    const struct {
+        const char* what;
+        std::function<void()> act;
+    } cases[] {
+        { "a right click", [&] { view().rightMouseUp({ mail }), NSMenu::cancelTracking(); } },
+        { "the bar hidden", [] { Settings::barVisible.set(false); } },
+        { "another edge", [] { Settings::barEdge.set(BarEdge::top); } },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        world().activate(world().processNamed("org.Notes")->pid());
+        press(mail), drag(next);
+        ASSERT_EQ(view().displayItems()[1].name, "Mail");
+        ASSERT_TRUE(std::ranges::count(described(view().record()), "save"));
+        test.act();
+        settle();
+        EXPECT_EQ(view().displayItems()[0].name, "Mail");
+        EXPECT_FALSE(std::ranges::count(described(view().record()), "save")) << "no icon flies";
+        calls().clear();
+        drag(next), release(next);
+        EXPECT_EQ(count("activate"), 0u) << "its release comes late";
+        press(mail), release(mail);
+        EXPECT_EQ(count("activate", mail_), 1u);
+        EXPECT_EQ(Settings::appOrder(), AppOrder::dock);
+        Settings::barVisible.set(true);
+        settle();
+    }
+}
+
+TEST_F(HoverTest, HoverAndPressAgreeToThePixelAndAHiddenPreviewCapturesNothing)
+{
+    hover(button("Mail"));
+    const CGRect panel = preview().frame();
+    QWidget* cards = preview().content()->widget();
+    for (const int x : { 9, 10, 185, 186, 193, 194 })
+        for (const int y : { 9, 10, 139, 140 }) {
+            QTest::mousePress(cards, Qt::LeftButton, {}, { x, y });
+            const auto pressed = preview().content()->hoveredCard();
+            EXPECT_EQ(pressed.has_value(), x != 9 && x != 186 && x != 193 && y != 9 && y != 140);
+            QTest::mouseRelease(cards, Qt::LeftButton, {}, { 0, 0 });
+            movePointer({ panel.minX() + x, panel.maxY() - y - 1 });
+            EXPECT_EQ(preview().content()->hoveredCard(), pressed) << x << ", " << y;
+        }
+    movePointer({ panel.minX() + 20, panel.midY() });
+    advance(20);
+    calls().clear();
+    movePointer({ 700, 600 });
+    EXPECT_EQ(shown(), "nothing");
+    EXPECT_EQ(count("capture"), 0u) << "old as they are";
+    hover(button("Mail"));
+    settle();
+    EXPECT_EQ(count("capture"), 2u);
 }
 
 TEST_F(HoverTest, ThePointerTravelsIntoThePreviewAndOutOfIt)
@@ -252,37 +347,16 @@ TEST_F(HoverTest, PanelsStayOnTheScreen)
     TooltipPanel tooltip;
     PreviewPanel preview;
     const auto windows = WindowIndex::byPID()->at(mail_);
-    const struct {
-        const char* what;
-        CGRect anchor;
-        double tooltipX, previewX;
-    } cases[] {
-        { "left", { 0, 0, 46, 52 }, 4, 6 },
-        { "right", { 1394, 0, 46, 52 }, 1436, 1434 },
-    };
-    for (const auto& test : cases) {
-        tooltip.show("A rather long text", test.anchor);
-        preview.show(windows, "Mail", test.anchor);
-        EXPECT_EQ(preview.frame().size(), (CGSize { 380, 150 }));
-        const bool isLeft = test.anchor.x == 0;
-        EXPECT_EQ(isLeft ? tooltip.frame().minX() : tooltip.frame().maxX(), test.tooltipX) << test.what;
-        EXPECT_EQ(isLeft ? preview.frame().minX() : preview.frame().maxX(), test.previewX) << test.what;
+    for (const bool isLeft : { true, false }) {
+        const CGRect anchor { isLeft ? 0.0 : 1394.0, 0, 46, 52 };
+        tooltip.show("A rather long text", anchor);
+        preview.show(windows, "Mail", anchor);
+        EXPECT_EQ(isLeft ? tooltip.frame().minX() : tooltip.frame().maxX(), isLeft ? 4 : 1436);
         EXPECT_EQ(tooltip.frame().minY(), 58);
-        EXPECT_EQ(preview.frame().minY(), 60);
+        EXPECT_EQ(preview.frame(), (CGRect { isLeft ? 6.0 : 1054.0, 60, 380, 150 }));
     }
-    preview.show({}, "Mail", cases[0].anchor);
+    preview.show({}, "Mail", {});
     EXPECT_FALSE(preview.isShowing());
-}
-
-TEST_F(HoverTest, CardsAndHitZonesHoldWhatTheyShould)
-{
-    EXPECT_EQ(PreviewView::card({ 20, 20 }, 2), 0);
-    EXPECT_EQ(PreviewView::card({ 200, 20 }, 2), 1);
-    EXPECT_EQ(PreviewView::card({ 190, 20 }, 2), std::nullopt) << "between them";
-    EXPECT_EQ(PreviewView::card({ 200, 20 }, 1), std::nullopt) << "where a second one would be";
-    const CGRect zone = PreviewPanel::hitZone({ 500, 0, 44, 63 }, { 420, 71, 200, 140 });
-    for (const CGPoint point : { CGPoint { 520, 30 }, CGPoint { 520, 140 }, CGPoint { 520, 67 } })
-        EXPECT_TRUE(CGRectContainsPoint(zone, point)) << point.y;
 }
 
 TEST_F(HoverTest, CardsShowPicturesTitlesAndWhatIsMissing)
@@ -303,23 +377,22 @@ TEST_F(HoverTest, CardsShowPicturesTitlesAndWhatIsMissing)
 
 TEST_F(HoverTest, AClickOnACardRaisesItsWindow)
 {
-    const auto press = [&](double x) { preview().content()->mouseDown({ { x, 100 } }); };
-    const auto release = [&](double x) { preview().content()->mouseUp({ { x, 100 } }); };
+    const auto clickCards = [&](double from, double to) {
+        preview().content()->mouseDown({ { from, 100 } });
+        preview().content()->mouseUp({ { to, 100 } });
+        settle();
+    };
     hover(button("Mail"));
-    press(20);
-    release(200);
-    EXPECT_EQ(shown(), "preview") << "another card";
-    press(20);
-    release(190);
-    EXPECT_EQ(shown(), "preview") << "beside the cards";
-    release(20);
+    for (const double beside : { 200, 190 }) {
+        clickCards(20, beside);
+        EXPECT_EQ(shown(), "preview") << "another card, and none";
+    }
+    preview().content()->mouseUp({ { 20, 100 } });
     EXPECT_EQ(shown(), "preview") << "the press is forgotten";
 
-    const auto inbox = preview().content()->entries()[0].id == inbox_ ? 0 : 1;
-    press(20 + inbox * 184);
-    release(20 + inbox * 184);
+    const double inbox = preview().content()->entries()[0].id == inbox_ ? 20 : 204;
+    clickCards(inbox, inbox);
     EXPECT_EQ(shown(), "nothing");
-    settle();
     EXPECT_EQ(world().stack().front()->number, inbox_);
     EXPECT_EQ(logged("preview: picked"),
         (Texts { "preview: picked window " + std::to_string(inbox_) + " (Inbox) of pid " + std::to_string(mail_) }));
@@ -327,9 +400,7 @@ TEST_F(HoverTest, AClickOnACardRaisesItsWindow)
     view().updateHover({ 1300, 20 });
     hover(button("Mail"));
     world().quit(mail_);
-    press(20);
-    release(20);
-    settle();
+    clickCards(20, 20);
     EXPECT_EQ(shown(), "nothing") << "its application has gone";
 }
 
@@ -365,37 +436,25 @@ TEST_F(HoverTest, AThumbnailIsCapturedOnceAndAgainWhenItIsOld)
 
 TEST_F(HoverTest, ACaptureThatFailsLeavesAPlaceholder)
 {
+    world().faults().captureDelay = 0.1;
     const struct {
-        const char* what;
+        const char* reason;
         std::function<void()> spoil;
-        Texts log;
     } cases[] {
-        { "without permission", [&] { world().setScreenCapturePermitted(false); },
-            { "preview: capture failed — the user doesn't permit screen recording" } },
-        { "once", [&] { world().windowFaults(inbox_).fails["capture"] = 1; },
-            { "preview: capture failed — the capture failed" } },
-        { "closed while it runs",
-            [&] {
-                world().faults().captureDelay = 0.1;
-                settle();
-                world().close(inbox_);
-            },
-            { "preview: capture failed — there is no such window" } },
-        { "closed before", [] {}, {} },
+        { "the user doesn't permit screen recording", [&] { world().setScreenCapturePermitted(false); } },
+        { "the capture failed", [&] { world().windowFaults(inbox_).fails["capture"] = 1; } },
+        { "there is no such window", [&] { settle(), world().close(inbox_); } },
+        { nullptr, [] {} },
     };
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
         log_.clear();
         bool isReady = false;
-        if (std::string_view(test.what) != "closed while it runs")
-            test.spoil();
-        EXPECT_FALSE(Preview::thumbnail(inbox_, [&] { isReady = true; }));
-        if (std::string_view(test.what) == "closed while it runs")
-            test.spoil();
+        Preview::thumbnail(inbox_, [&] { isReady = true; });
+        test.spoil();
         advance(0.2);
-        EXPECT_FALSE(isReady);
-        EXPECT_FALSE(Preview::isAvailable());
-        EXPECT_EQ(logged("preview: "), test.log);
+        EXPECT_FALSE(isReady || Preview::isAvailable());
+        EXPECT_EQ(logged("preview: "),
+            test.reason ? Texts { std::string("preview: capture failed — ") + test.reason } : Texts());
         world().setScreenCapturePermitted(true);
     }
 }

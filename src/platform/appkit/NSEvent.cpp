@@ -34,7 +34,7 @@ void pointerMoved(bool buttonDown)
 
 }
 
-CGPoint NSEvent::mouseLocation()
+std::optional<CGPoint> NSEvent::mouseLocation()
 {
     return host::Desktop::current().pointer().location();
 }

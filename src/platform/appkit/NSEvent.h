@@ -4,14 +4,15 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 /// An input event, as a view gets it.
 struct NSEvent {
     /// In the window's coordinates: origin at its lower left corner, y up.
     CGPoint locationInWindow;
 
-    /// Where the pointer is now, in screen space.
-    static CGPoint mouseLocation();
+    /// Where the pointer is now, in screen space; absent where the desktop doesn't tell.
+    static std::optional<CGPoint> mouseLocation();
 
     using Monitor = std::shared_ptr<const void>;
     static constexpr unsigned long long maskMouseMoved = 1ULL << 5;

@@ -105,6 +105,8 @@ NSTextField::NSTextField(const CGRect& frame)
     , editing_(std::make_unique<Editing>(*this, *edit_))
 {
     edit_->setFrame(false);
+    // A drop would put text in without a press, and so without the keyboard.
+    edit_->setAcceptDrops(false);
     edit_->setFocusPolicy(Qt::ClickFocus);
     setColor(*edit_, QPalette::Base, Qt::transparent);
     setFrame(frame);

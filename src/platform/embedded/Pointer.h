@@ -8,11 +8,18 @@ namespace embedded {
 /// The pointer, where the view or a test moves it. Main thread.
 class Pointer final : public host::Pointer {
 public:
-    CGPoint location() override { return location_; }
+    std::optional<CGPoint> location() override { return isKnown_ ? std::optional(location_) : std::nullopt; }
     bool watch(bool on) override
     {
-        watched_ = on;
-        return true;
+        watched_ = on && isKnown_;
+        return isKnown_;
+    }
+
+    /// From here on the desktop tells of the pointer only to the panel that it is over.
+    void conceal()
+    {
+        isKnown_ = false;
+        watched_ = false;
     }
 
     /// Screen space.
@@ -34,6 +41,7 @@ public:
 private:
     CGPoint location_;
     bool watched_ = false;
+    bool isKnown_ = true;
 };
 
 }

@@ -3,6 +3,7 @@
 #include "base/CGGeometry.h"
 
 #include <functional>
+#include <optional>
 
 namespace host {
 
@@ -12,8 +13,8 @@ public:
     virtual ~Pointer() = default;
 
     /// Screen space: the lower left corner of the pixel under the pointer's tip, so that a rectangle's pixels are the
-    /// points that it holds.
-    virtual CGPoint location() = 0;
+    /// points that it holds. Absent where the desktop doesn't tell it to a program that the pointer isn't over.
+    virtual std::optional<CGPoint> location() = 0;
 
     /// Whether `onMove` is wanted. False when the desktop can't watch the pointer over other programs' windows.
     virtual bool watch(bool on) = 0;

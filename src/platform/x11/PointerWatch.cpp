@@ -25,13 +25,13 @@ std::optional<PointerWatch::Place> PointerWatch::ask()
     return Place { { reply->root_x, reply->root_y }, reply->child, (reply->mask & anyButton) != 0 };
 }
 
-CGPoint PointerWatch::location()
+std::optional<CGPoint> PointerWatch::location()
 {
     if (reported_)
         return monitors_.toScreen(*reported_);
     const auto place = ask();
     drainSoon_();
-    return place ? monitors_.toScreen(place->point) : CGPoint {};
+    return place ? std::optional(monitors_.toScreen(place->point)) : std::nullopt;
 }
 
 bool PointerWatch::hasXInput()

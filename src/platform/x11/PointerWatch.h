@@ -13,7 +13,7 @@ public:
     /// `drainSoon` has events handled that waiting for a reply may have left in the queue.
     PointerWatch(Connection& connection, const Monitors& monitors, std::function<void()> drainSoon);
 
-    CGPoint location() override;
+    std::optional<CGPoint> location() override;
     bool watch(bool on) override;
 
     void handle(const xcb_generic_event_t& event);
