@@ -4,7 +4,6 @@
 int main()
 {
     NSApplication& application = NSApplication::sharedApplication();
-    application.setActivationPolicy(NSApplicationActivationPolicyAccessory);
     AppDelegate delegate(application);
     application.setDelegate(&delegate);
     application.run();

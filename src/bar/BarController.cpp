@@ -30,17 +30,11 @@ NSWindowRole barRole()
 
 std::shared_ptr<BarWindow> makeWindow(const CGRect& frame)
 {
-    auto window
-        = std::make_shared<BarWindow>(frame, NSWindowStyleMaskNonactivatingPanel, NSBackingStoreBuffered, false);
-    window->setFloatingPanel(true);
-    window->setBecomesKeyOnlyIfNeeded(true);
-    window->setHidesOnDeactivate(false);
+    auto window = std::make_shared<BarWindow>(frame);
     window->setOpaque(false);
     window->setBackgroundColor(NSColor::clear());
     window->setLevel(BarLevel::resolve());
     window->setRole(barRole());
-    window->setMovableByWindowBackground(false);
-    window->setExcludedFromWindowsMenu(true);
     return window;
 }
 
@@ -66,9 +60,6 @@ BarController::ContentStack BarController::makeContentStack(
     container->setAutoresizingMask(fillsItsSuperview);
 
     vibrancy->setFrame(bounds);
-    vibrancy->setMaterial(NSVisualEffectMaterial::hudWindow);
-    vibrancy->setBlendingMode(NSVisualEffectBlendingMode::behindWindow);
-    vibrancy->setState(NSVisualEffectState::active);
     vibrancy->setHidden(Settings::barStyle() != BarStyle::translucent);
     vibrancy->setAutoresizingMask(fillsItsSuperview);
     container->addSubview(vibrancy);

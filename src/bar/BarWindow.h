@@ -8,7 +8,6 @@ public:
     using NSPanel::NSPanel;
 
     bool canBecomeKey() const override { return wantsKey; }
-    bool canBecomeMain() const override { return false; }
 
     bool wantsKey = false;
 };

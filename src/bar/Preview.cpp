@@ -51,7 +51,6 @@ SCStreamConfiguration configurationFor(const SCWindow& window)
     SCStreamConfiguration configuration;
     configuration.setWidth(whole(factor * width));
     configuration.setHeight(whole(factor * height));
-    configuration.setShowsCursor(false);
     return configuration;
 }
 

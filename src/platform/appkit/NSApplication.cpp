@@ -40,9 +40,6 @@ NSApplication& NSApplication::sharedApplication()
     return application;
 }
 
-/// An accessory has no entry among the running applications and no menu bar; the desktops list this program so.
-void NSApplication::setActivationPolicy(int) { }
-
 void NSApplication::run()
 {
     const RunLoopDriver driver;

@@ -18,7 +18,6 @@ public:
     /// standard error and the process ends with status 2 (a fault in what the user gave) or 1.
     static NSApplication& sharedApplication();
 
-    void setActivationPolicy(int policy);
     void setDelegate(NSApplicationDelegate* delegate) { delegate_ = delegate; }
     /// Tells the delegate that launching has finished, then delivers events until `terminate`, which the desktop's end
     /// and signals that ask the process to end amount to.

@@ -18,7 +18,7 @@ host::Surfaces& surfaces()
 
 }
 
-NSWindow::NSWindow(const CGRect& contentRect, unsigned, NSBackingStoreType, bool)
+NSWindow::NSWindow(const CGRect& contentRect)
     : frame_(contentRect)
     , widget_(new QWidget)
 {

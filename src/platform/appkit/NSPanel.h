@@ -11,8 +11,6 @@
 class NSView;
 class QWidget;
 
-enum NSWindowStyleMask : unsigned { NSWindowStyleMaskBorderless = 0, NSWindowStyleMaskNonactivatingPanel = 128 };
-enum NSBackingStoreType : unsigned { NSBackingStoreBuffered = 2 };
 /// What a window is for; the desktop puts each kind in its own way.
 using NSWindowRole = host::SurfaceRole;
 
@@ -20,13 +18,12 @@ using NSWindowRole = host::SurfaceRole;
 /// is settled before it is first ordered in. Main thread.
 class NSWindow {
 public:
-    NSWindow(const CGRect& contentRect, unsigned styleMask, NSBackingStoreType backing, bool defer);
+    explicit NSWindow(const CGRect& contentRect);
     virtual ~NSWindow();
     NSWindow(const NSWindow&) = delete;
     NSWindow& operator=(const NSWindow&) = delete;
 
     virtual bool canBecomeKey() const { return true; }
-    virtual bool canBecomeMain() const { return true; }
 
     const CGRect& frame() const { return frame_; }
     void setFrame(const CGRect& frame, bool display);
@@ -72,9 +69,4 @@ private:
 class NSPanel : public NSWindow {
 public:
     using NSWindow::NSWindow;
-    void setFloatingPanel(bool) { }
-    void setBecomesKeyOnlyIfNeeded(bool) { }
-    void setHidesOnDeactivate(bool) { }
-    void setMovableByWindowBackground(bool) { }
-    void setExcludedFromWindowsMenu(bool) { }
 };

@@ -13,12 +13,11 @@ struct CGImage {
     std::shared_ptr<const IconSource> content;
 };
 
-/// The size of a capture, in pixels. The pointer is never in it, so that is all there is to say of the cursor.
+/// The size of a capture, in pixels. The pointer is never in it.
 class SCStreamConfiguration {
 public:
     void setWidth(int width) { width_ = width; }
     void setHeight(int height) { height_ = height; }
-    void setShowsCursor(bool) { }
 
     int width() const { return width_; }
     int height() const { return height_; }
