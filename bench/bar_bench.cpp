@@ -6,10 +6,10 @@
 #include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "embedded/ScenarioBuilder.h"
 #include "foundation/NSFileManager.h"
 #include "foundation/PreferenceDomain.h"
 #include "settings/Settings.h"
+#include "support/ScenarioBuilder.h"
 #include "system/WindowIndex.h"
 #include "tamer/WindowTamer.h"
 

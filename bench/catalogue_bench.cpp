@@ -8,11 +8,11 @@
 #include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "embedded/ScenarioBuilder.h"
 #include "foundation/PreferenceDomain.h"
 #include "host/Desktop.h"
 #include "search/AppCatalog.h"
 #include "search/Search.h"
+#include "support/ScenarioBuilder.h"
 #include "system/WindowIndex.h"
 #include "x11/X11Desktop.h"
 

@@ -3,7 +3,7 @@
 #include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "embedded/ScenarioBuilder.h"
+#include "support/ScenarioBuilder.h"
 
 #include <unistd.h>
 

@@ -3,9 +3,9 @@
 #include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "embedded/ScenarioBuilder.h"
 #include "foundation/PreferenceDomain.h"
 #include "host/Desktop.h"
+#include "support/ScenarioBuilder.h"
 
 #include <gtest/gtest.h>
 

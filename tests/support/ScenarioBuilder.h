@@ -15,7 +15,7 @@ namespace embedded {
 ///     ScenarioBuilder desk;
 ///     const pid_t mail = desk.app("Mail").pinned().pid();
 ///     desk.window(mail, "Inbox").at({ 100, 80, 800, 600 }).number(11);
-///     desk.window(mail, "Draft").minimised();
+///     desk.window(mail, "Draft")->isMinimised = true;
 ///     desk.app("Browser").installed();
 ///
 /// Windows are listed front first, in the order in which they were written. What the builder has no word for is set on
@@ -58,7 +58,6 @@ private:
 /// An application being described: one that runs, one that is installed, or both.
 class ScenarioBuilder::App {
 public:
-    App& policy(host::ActivationPolicy policy);
     App& hidden();
     /// By default "org.example." and the name in small letters.
     App& identifier(std::optional<std::string> identifier);
@@ -96,13 +95,7 @@ public:
     /// Window space.
     Window& at(const CGRect& bounds);
     Window& number(std::uint32_t number);
-    Window& layer(int layer);
-    Window& untitled();
-    Window& minimised();
-    /// In a space of its own, which is in front at the start.
-    Window& fullScreen();
     Window& on(std::vector<std::uint64_t> spaces);
-    Window& inaccessible();
 
     std::uint32_t number() const { return get().number; }
     Scenario::Window* operator->() { return &get(); }
@@ -128,9 +121,7 @@ public:
     Display& menuBar(double height);
     Display& dockInset(double inset);
     Display& number(std::optional<std::uint32_t> number);
-    Display& uuid(std::optional<std::string> uuid);
     Display& spaces(std::vector<Scenario::Space> spaces);
-    Display& showing(std::uint64_t space);
 
 private:
     friend class ScenarioBuilder;

@@ -1,4 +1,4 @@
-#include "embedded/ScenarioBuilder.h"
+#include "support/ScenarioBuilder.h"
 
 #include "embedded/World.h"
 
@@ -118,12 +118,6 @@ ScenarioBuilder& ScenarioBuilder::trash(std::vector<std::string> names)
     return *this;
 }
 
-ScenarioBuilder::App& ScenarioBuilder::App::policy(host::ActivationPolicy policy)
-{
-    (*this)->policy = policy;
-    return *this;
-}
-
 ScenarioBuilder::App& ScenarioBuilder::App::hidden()
 {
     (*this)->isHidden = true;
@@ -191,39 +185,9 @@ ScenarioBuilder::Window& ScenarioBuilder::Window::number(std::uint32_t number)
     return *this;
 }
 
-ScenarioBuilder::Window& ScenarioBuilder::Window::layer(int layer)
-{
-    get().layer = layer;
-    return *this;
-}
-
-ScenarioBuilder::Window& ScenarioBuilder::Window::untitled()
-{
-    get().title.reset();
-    return *this;
-}
-
-ScenarioBuilder::Window& ScenarioBuilder::Window::minimised()
-{
-    get().isMinimised = true;
-    return *this;
-}
-
-ScenarioBuilder::Window& ScenarioBuilder::Window::fullScreen()
-{
-    get().isFullScreen = true;
-    return *this;
-}
-
 ScenarioBuilder::Window& ScenarioBuilder::Window::on(std::vector<std::uint64_t> spaces)
 {
     get().spaces = std::move(spaces);
-    return *this;
-}
-
-ScenarioBuilder::Window& ScenarioBuilder::Window::inaccessible()
-{
-    get().isAccessible = false;
     return *this;
 }
 
@@ -251,21 +215,9 @@ ScenarioBuilder::Display& ScenarioBuilder::Display::number(std::optional<std::ui
     return *this;
 }
 
-ScenarioBuilder::Display& ScenarioBuilder::Display::uuid(std::optional<std::string> uuid)
-{
-    get().uuid = std::move(uuid);
-    return *this;
-}
-
 ScenarioBuilder::Display& ScenarioBuilder::Display::spaces(std::vector<Scenario::Space> spaces)
 {
     get().spaces = std::move(spaces);
-    return *this;
-}
-
-ScenarioBuilder::Display& ScenarioBuilder::Display::showing(std::uint64_t space)
-{
-    get().currentSpace = space;
     return *this;
 }
 
