@@ -5,7 +5,7 @@
 #include "appkit/NSImage.h"
 #include "base/IconSource.h"
 
-#include <QFile>
+#include <QCache>
 #include <QImageReader>
 #include <QPainter>
 #include <QSvgRenderer>
@@ -13,7 +13,7 @@
 #include <algorithm>
 #include <map>
 #include <string>
-#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -91,64 +91,39 @@ QImage render(const IconSource::Deferred& deferred, QSize size)
     return std::visit([&](const auto& content) { return render(content, size); }, found->content);
 }
 
-template <class Key>
-class Cache {
-public:
-    template <class Make>
-    QPixmap get(const Key& key, const Make& make)
-    {
-        const auto known = pixmaps_.find(key);
-        if (known != pixmaps_.end())
-            return known->second;
-        // Far more than one bar shows at once; starting over is cheaper than keeping account of use.
-        if (bytes_ > mostBytes)
-            clear();
-        QPixmap pixmap = QPixmap::fromImage(make());
-        bytes_ += overhead + pixmap.width() * pixmap.height() * pixmap.depth() / 8;
-        return pixmaps_.emplace(key, std::move(pixmap)).first->second;
-    }
+/// A bundled symbol: one object for one picture, as icons have it.
+std::shared_ptr<const IconSource> symbolSource(const std::string& name)
+{
+    static std::map<std::string, std::shared_ptr<const IconSource>> sources;
+    auto& source = sources[name];
+    if (!source)
+        source = std::make_shared<IconSource>(IconSource { IconSource::File { ":/symbols/" + name + ".svg" } });
+    return source;
+}
 
-private:
-    static constexpr long long mostBytes = 6'000'000;
-    /// What there is to an entry beside its pixels, about: pictures that can't be read count too.
-    static constexpr long long overhead = 200;
-
-    void clear()
-    {
-        pixmaps_.clear();
-        bytes_ = 0;
-    }
-
-    long long bytes_ = 0;
-    std::map<Key, QPixmap> pixmaps_;
+struct Kept {
+    std::weak_ptr<const IconSource> icon;
+    QPixmap pixmap;
 };
 
 QPixmap iconPixmap(const std::shared_ptr<const IconSource>& icon, QSize size)
 {
-    /// The owner is compared, not the address: another icon may come to lie where one has gone.
-    struct Key {
-        std::weak_ptr<const IconSource> icon;
-        int width;
-        int height;
-        bool operator<(const Key& other) const
-        {
-            if (icon.owner_before(other.icon) != other.icon.owner_before(icon))
-                return icon.owner_before(other.icon);
-            return std::tie(width, height) < std::tie(other.width, other.height);
-        }
-    };
-    static Cache<Key> cache;
-    return cache.get({ icon, size.width(), size.height() },
-        [&] { return std::visit([&](const auto& content) { return render(content, size); }, icon->content); });
-}
+    /// Far more than one bar shows at once.
+    constexpr qsizetype mostBytes = 6'000'000;
+    /// What there is to an entry beside its pixels, about: pictures that can't be read count too.
+    constexpr qsizetype overhead = 200;
+    using Key = std::pair<const IconSource*, std::pair<int, int>>;
+    static QCache<Key, Kept> cache(mostBytes);
 
-QPixmap symbolPixmap(const NSImage::Symbol& symbol, QSize size)
-{
-    static Cache<std::tuple<std::string, int, int>> cache;
-    return cache.get({ symbol.name, size.width(), size.height() }, [&] {
-        QSvgRenderer renderer(QString::fromStdString(":/symbols/" + symbol.name + ".svg"));
-        return renderSvg(renderer, size);
-    });
+    const Key key { icon.get(), { size.width(), size.height() } };
+    // Another icon may have come to lie where one has gone.
+    if (const Kept* known = cache.object(key); known && !known->icon.expired())
+        return known->pixmap;
+    const QPixmap pixmap
+        = QPixmap::fromImage(std::visit([&](const auto& content) { return render(content, size); }, icon->content));
+    const qsizetype bytes = pixmap.width() * pixmap.height() * pixmap.depth() / 8;
+    cache.insert(key, new Kept { icon, pixmap }, overhead + bytes);
+    return pixmap;
 }
 
 QPixmap drawingPixmap(const NSImage::Drawing& drawing, QSize size)
@@ -172,6 +147,6 @@ QPixmap ImageCache::pixmap(const NSImage& image, QSize size)
     if (image.icon())
         return iconPixmap(image.icon(), size);
     if (image.symbol())
-        return symbolPixmap(*image.symbol(), size);
+        return iconPixmap(symbolSource(image.symbol()->name), size);
     return image.drawing() ? drawingPixmap(*image.drawing(), size) : QPixmap();
 }
