@@ -1,30 +1,25 @@
 #include "x11/Property.h"
 
-#include <algorithm>
+#include <QString>
+
+#include <glib.h>
+
+#include <memory>
 
 namespace x11 {
 namespace {
 
-/// The length of the character at the start of the text; 0 when it is none.
-std::size_t characterLength(std::string_view text)
+/// The start of it, at most `limit` bytes of whole characters.
+std::string limited(std::string text, std::size_t limit)
 {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned lead = byte(0);
-    const std::size_t length = lead < 0x80 ? 1
-        : lead < 0xC2                      ? 0
-        : lead < 0xE0                      ? 2
-        : lead < 0xF0                      ? 3
-        : lead < 0xF5                      ? 4
-                                           : 0;
-    if (length == 0 || text.size() < length)
-        return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(i) & 0xC0) != 0x80)
-            return 0;
-    }
-    const bool isOverlong = (lead == 0xE0 && byte(1) < 0xA0) || (lead == 0xF0 && byte(1) < 0x90);
-    const bool isOutOfRange = (lead == 0xED && byte(1) >= 0xA0) || (lead == 0xF4 && byte(1) >= 0x90);
-    return isOverlong || isOutOfRange ? 0 : length;
+    if (text.size() > limit)
+        text.erase(g_utf8_find_prev_char(text.c_str(), text.c_str() + limit + 1) - text.c_str());
+    return text;
+}
+
+std::string_view untilNull(std::string_view text)
+{
+    return text.substr(0, text.find('\0'));
 }
 
 /// Compound text without its escape sequences: right for Latin text, harmless for the rest.
@@ -47,35 +42,16 @@ std::string withoutEscapes(std::string_view text)
 
 std::string validUtf8(std::string_view text, std::size_t limit)
 {
-    static constexpr std::string_view replacement = "\xEF\xBF\xBD";
-    std::string result;
-    while (!text.empty() && text.front() != '\0') {
-        const std::size_t length = characterLength(text);
-        const std::string_view character = length == 0 ? replacement : text.substr(0, length);
-        if (result.size() + character.size() > limit)
-            break;
-        result += character;
-        text.remove_prefix(std::max<std::size_t>(length, 1));
-    }
-    return result;
+    text = untilNull(text);
+    const std::unique_ptr<char, decltype(&g_free)> valid(
+        g_utf8_make_valid(text.data(), static_cast<gssize>(text.size())), g_free);
+    return limited(valid.get(), limit);
 }
 
 std::string utf8FromLatin1(std::string_view text, std::size_t limit)
 {
-    std::string result;
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        const std::size_t length = byte < 0x80 ? 1 : 2;
-        if (byte == 0 || result.size() + length > limit)
-            break;
-        if (byte < 0x80) {
-            result += c;
-        } else {
-            result += static_cast<char>(0xC0 | (byte >> 6));
-            result += static_cast<char>(0x80 | (byte & 0x3F));
-        }
-    }
-    return result;
+    text = untilNull(text);
+    return limited(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())).toStdString(), limit);
 }
 
 std::span<const std::uint32_t> Property::numbers(xcb_atom_t type) const
