@@ -73,11 +73,6 @@ bool AXIsProcessTrustedWithOptions(bool prompt)
     return accessibility().isTrusted(prompt);
 }
 
-bool AXIsProcessTrusted()
-{
-    return accessibility().isTrusted(false);
-}
-
 AXUIElement AXUIElementCreateApplication(pid_t pid)
 {
     return AXUIElement({ pid, host::ElementID::Kind::application, 0 });

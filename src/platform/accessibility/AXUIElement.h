@@ -75,7 +75,6 @@ private:
 
 /// Whether this process is trusted for accessibility; with `prompt` the user is asked if it isn't. Main thread.
 bool AXIsProcessTrustedWithOptions(bool prompt);
-bool AXIsProcessTrusted();
 
 AXUIElement AXUIElementCreateApplication(pid_t pid);
 /// How long, in seconds, a call on this element and on what is read from it may block.

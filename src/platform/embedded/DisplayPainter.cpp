@@ -1,13 +1,13 @@
 #include "embedded/DisplayPainter.h"
 
 #include "base/IconSource.h"
+#include "embedded/Art.h"
 #include "embedded/WindowContent.h"
 #include "embedded/WindowParts.h"
 #include "embedded/World.h"
 
 #include <QFont>
 #include <QFontMetricsF>
-#include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 namespace embedded {
 
@@ -63,7 +62,7 @@ QImage DisplayPainter::picture() const
     QImage image(QSizeF(screen_.frame.width, screen_.frame.height).toSize(), QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    paintWallpaper(painter);
+    QSvgRenderer(QByteArray::fromStdString(Art::read("wallpaper.svg").value_or(""))).render(&painter, image.rect());
 
     const auto stack = world_.stack();
     for (auto window = stack.rbegin(); window != stack.rend(); ++window) {
@@ -109,31 +108,6 @@ bool DisplayPainter::shows(const Window& window) const
     const bool isHere
         = std::find(window.spaces.begin(), window.spaces.end(), screen_.currentSpace) != window.spaces.end();
     return isHere && !window.isPartOfDesktop() && world_.isOnScreen(window);
-}
-
-void DisplayPainter::paintWallpaper(QPainter& painter) const
-{
-    const QRectF all(0, 0, screen_.frame.width, screen_.frame.height);
-    QLinearGradient sky(all.topLeft(), all.bottomRight());
-    sky.setColorAt(0, QColor("#23385e"));
-    sky.setColorAt(0.5, QColor("#5c6fa8"));
-    sky.setColorAt(1, QColor("#d99a8f"));
-    painter.fillRect(all, sky);
-
-    // Three ranges of hills, the nearest the darkest.
-    static const std::array<QColor, 3> hills { QColor(92, 86, 138, 150), QColor(62, 62, 112, 170),
-        QColor(36, 42, 82, 200) };
-    for (std::size_t index = 0; index < hills.size(); ++index) {
-        const double base = all.height() * (0.64 + 0.12 * static_cast<double>(index));
-        const double waves = 7.5 - 1.5 * static_cast<double>(index);
-        QPainterPath range(all.bottomLeft());
-        for (double x = 0; x <= all.width() + 8; x += 8) {
-            const double phase = x / all.width() * waves + static_cast<double>(index) * 2.4;
-            range.lineTo(x, base + all.height() * (0.045 * std::sin(phase) + 0.02 * std::sin(phase * 2.3)));
-        }
-        range.lineTo(all.bottomRight());
-        painter.fillPath(range, hills[index]);
-    }
 }
 
 void DisplayPainter::paintWindow(QPainter& painter, const Window& window) const

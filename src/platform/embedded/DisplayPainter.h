@@ -31,7 +31,6 @@ public:
 
 private:
     bool shows(const Window& window) const;
-    void paintWallpaper(QPainter& painter) const;
     void paintWindow(QPainter& painter, const Window& window) const;
     void paintFrame(QPainter& painter, const Window& window, const QRectF& frame) const;
     void paintTyped(QPainter& painter, const Window& window, const QRectF& area) const;

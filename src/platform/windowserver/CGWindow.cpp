@@ -158,11 +158,6 @@ std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
     return entries;
 }
 
-bool CGPreflightScreenCaptureAccess()
-{
-    return host::Desktop::current().capture().isPermitted();
-}
-
 bool CGRequestScreenCaptureAccess()
 {
     return host::Desktop::current().capture().requestPermission();

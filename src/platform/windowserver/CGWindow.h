@@ -47,5 +47,4 @@ inline constexpr const char* kCGWindowAlpha = "kCGWindowAlpha";
 /// which they appeared) or 17 (on screen, without the desktop's own, front first).
 std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t relativeToWindow);
 
-bool CGPreflightScreenCaptureAccess();
 bool CGRequestScreenCaptureAccess();

@@ -94,6 +94,8 @@ std::string_view nameOfPlace(std::uint16_t key)
     return place == std::end(places) ? "?" : place->name;
 }
 
+// By hand, as this is one round trip for two names of modifiers and some of keys; the keymap library reads the whole
+// keyboard, compiles it, and doesn't tell what a virtual modifier is made of but by trial.
 KeyPlaces KeyPlaces::read(const Connection& connection)
 {
     constexpr std::uint16_t device = XCB_XKB_ID_USE_CORE_KBD;
