@@ -8,7 +8,8 @@
 namespace freedesktop {
 
 /// Finds the picture file of a named icon in the user's icon theme, the themes that it inherits, and the shared folders
-/// of pictures. A scalable picture is preferred, else the smallest of at least 64 pixels, else the largest.
+/// of pictures. A scalable picture is preferred, else the smallest of at least 64 pixels, else the largest. By hand, as
+/// the toolkit's finds nothing before the toolkit has started, which is after the running applications were first told.
 class IconTheme {
 public:
     /// `name` is an icon's name or a full path. Absent when there is no such picture.
