@@ -1,8 +1,8 @@
 // The window index over a real X server with 200 real windows of another process. Needs DISPLAY, with a window manager.
 
-#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "host/Desktop.h"
+#include "support/ManualClock.h"
 #include "system/WindowIndex.h"
 #include "tamer/WindowTamer.h"
 #include "x11/X11Desktop.h"

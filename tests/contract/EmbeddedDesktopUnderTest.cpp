@@ -1,8 +1,8 @@
 #include "contract/DesktopUnderTest.h"
 
-#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
+#include "support/ManualClock.h"
 #include "support/ScenarioBuilder.h"
 
 #include <unistd.h>

@@ -1,8 +1,8 @@
 #include "appkit/DrawingList.h"
 #include "appkit/DrawingPainter.h"
 #include "appkit/NSView.h"
-#include "base/Clock.h"
 #include "base/IconSource.h"
+#include "support/ManualClock.h"
 
 #include <gtest/gtest.h>
 

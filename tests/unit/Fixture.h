@@ -1,10 +1,10 @@
 #pragma once
 
-#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
 #include "foundation/PreferenceDomain.h"
 #include "host/Desktop.h"
+#include "support/ManualClock.h"
 #include "support/ScenarioBuilder.h"
 
 #include <gtest/gtest.h>

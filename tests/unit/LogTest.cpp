@@ -1,7 +1,7 @@
 #include "log/Log.h"
-#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "log/Timing.h"
+#include "support/ManualClock.h"
 
 #include <gtest/gtest.h>
 

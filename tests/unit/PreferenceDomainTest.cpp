@@ -1,7 +1,7 @@
 #include "foundation/PreferenceDomain.h"
-#include "base/Clock.h"
 #include "base/PropertyList.h"
 #include "base/RunLoop.h"
+#include "support/ManualClock.h"
 
 #include <QCoreApplication>
 #include <gtest/gtest.h>

@@ -8,6 +8,7 @@
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSTimer.h"
 #include "foundation/PreferenceDomain.h"
+#include "support/ManualClock.h"
 
 #include <QEventLoop>
 #include <QPointer>

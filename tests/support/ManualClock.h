@@ -1,0 +1,17 @@
+#pragma once
+
+#include "base/Clock.h"
+
+/// A clock for tests: time stands still until `advance` steps it.
+class ManualClock final : public Clock {
+public:
+    std::uint64_t nanoseconds() const override { return now_; }
+    bool isManual() const override { return true; }
+
+    /// Lets `seconds` pass: everything due on the main run loop up to then runs in order of its time, each at its time.
+    /// With 0 it runs what is due now.
+    void advance(double seconds);
+
+private:
+    std::uint64_t now_ = 1'000'000'000'000;
+};
