@@ -6,7 +6,6 @@
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
 #include "foundation/NSFileManager.h"
-#include "foundation/PreferenceDomain.h"
 #include "settings/Settings.h"
 #include "support/ManualClock.h"
 #include "support/ScenarioBuilder.h"
@@ -58,7 +57,6 @@ public:
         controller_.reset();
         RunLoop::main().reset();
         host::Desktop::setCurrent(nullptr);
-        PreferenceDomain::forgetAll();
         std::filesystem::remove_all(root_);
     }
 
@@ -101,7 +99,6 @@ void idleTick(benchmark::State& state)
     WindowTamer::start();
     for (auto _ : state)
         bench.advance(0.5);
-    WindowTamer::reset();
 }
 BENCHMARK(idleTick)->Unit(benchmark::kMicrosecond);
 

@@ -7,7 +7,6 @@
 #include "bar/BarMenus.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "foundation/PreferenceDomain.h"
 #include "host/Desktop.h"
 #include "search/AppCatalog.h"
 #include "search/Search.h"
@@ -82,7 +81,6 @@ public:
             std::exit(EXIT_FAILURE);
         }
         host::Desktop::setCurrent(desktop_.get());
-        AppCatalog::reset();
     }
 
     ~X11Session()
@@ -149,7 +147,6 @@ void findHits(benchmark::State& state)
     }
     const auto desktop = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), (home() / "embedded").string());
     host::Desktop::setCurrent(desktop.get());
-    AppCatalog::reset();
     AppCatalog::all();
     const char* const queries[] = { "a", "ap", "application 4", "window of program 39", "no such thing at all" };
     std::size_t next = 0;
@@ -159,7 +156,6 @@ void findHits(benchmark::State& state)
     }
     RunLoop::main().reset();
     host::Desktop::setCurrent(nullptr);
-    PreferenceDomain::forgetAll();
     RunLoop::main().setClock(nullptr);
 }
 BENCHMARK(findHits)->Unit(benchmark::kMicrosecond);

@@ -98,7 +98,6 @@ void idleTick(benchmark::State& state)
     for (auto _ : state)
         clock.advance(0.5);
     state.SetLabel("socket writes: " + std::to_string(writes() - before));
-    WindowTamer::reset();
     RunLoop::main().reset();
     RunLoop::main().setClock(nullptr);
 }

@@ -51,10 +51,6 @@ void AppDelegate::start()
         const auto manager = weak.lock();
         return manager ? manager->primaryItems() : std::vector<BarItem>();
     };
-    Shortcuts::onToggleBar = [weak = std::weak_ptr(manager_)] {
-        if (const auto manager = weak.lock())
-            manager->toggleVisibility();
-    };
     Shortcuts::start();
     Log::debug("launched");
 }

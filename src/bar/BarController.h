@@ -35,7 +35,6 @@ public:
     void refresh();
     /// Puts the window where the settings and the display's screen want it.
     void reposition();
-    void applyVisibility() { refresh(); }
 
     const std::vector<BarItem>& currentItems() const { return view_->items(); }
     const BarWindow& window() const { return *window_; }

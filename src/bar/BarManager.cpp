@@ -3,7 +3,6 @@
 #include "appkit/NSScreen.h"
 #include "foundation/NSNotificationCenter.h"
 #include "log/Log.h"
-#include "settings/Settings.h"
 #include "system/Displays.h"
 
 #include <algorithm>
@@ -60,13 +59,4 @@ std::vector<BarItem> BarManager::primaryItems() const
     const auto found = displayID ? controllers_.find(*displayID) : controllers_.end();
     const auto& controller = found != controllers_.end() ? found->second : controllers_.begin()->second;
     return controller->currentItems();
-}
-
-void BarManager::toggleVisibility()
-{
-    const bool visible = !Settings::barVisible();
-    Settings::barVisible.set(visible);
-    Log::debug("bar visible -> ", visible);
-    for (const auto& [displayID, controller] : controllers_)
-        controller->applyVisibility();
 }

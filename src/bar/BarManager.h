@@ -18,8 +18,6 @@ public:
 
     /// The items of the bar on the screen with the keyboard focus, or else of another bar.
     std::vector<BarItem> primaryItems() const;
-    /// Hides the bars, or shows them again.
-    void toggleVisibility();
 
     const std::map<std::uint32_t, std::shared_ptr<BarController>>& controllers() const { return controllers_; }
 

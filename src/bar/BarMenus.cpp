@@ -1,7 +1,7 @@
 #include "bar/BarMenus.h"
 
 #include "appkit/NSApplication.h"
-#include "controls/Shortcuts.h"
+#include "controls/BarVisibility.h"
 #include "log/Log.h"
 #include "model/ItemCommands.h"
 #include "model/Pinning.h"
@@ -87,8 +87,7 @@ void toggleShowDesktop(const NSMenuItem&)
 
 void hideBar(const NSMenuItem&)
 {
-    if (Shortcuts::onToggleBar)
-        Shortcuts::onToggleBar();
+    BarVisibility::toggle();
 }
 
 void openSettings(const NSMenuItem&)

@@ -1,5 +1,6 @@
 #include "bar/Preview.h"
 
+#include "base/PerDesktop.h"
 #include "capture/SCScreenshotManager.h"
 #include "foundation/NSDate.h"
 #include "log/Log.h"
@@ -7,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <set>
 #include <utility>
 
@@ -21,18 +23,15 @@ struct Thumbnail {
     NSDate taken;
 };
 
-struct State {
+struct State : std::enable_shared_from_this<State> {
     std::map<std::uint32_t, Thumbnail> cache;
     std::set<std::uint32_t> inFlight;
     bool isAvailable = false;
-    /// Grows when everything is forgotten, so that captures that were on their way are too.
-    int generation = 0;
 };
 
 State& state()
 {
-    static State state;
-    return state;
+    return perDesktop<State>();
 }
 
 using Completion = std::function<void(std::optional<NSImage>)>;
@@ -94,14 +93,15 @@ void fetch(std::uint32_t windowID, std::function<void()> onReady)
     if (!state().inFlight.insert(windowID).second)
         return;
     capture(windowID,
-        [windowID, onReady = std::move(onReady), generation = state().generation](std::optional<NSImage> image) {
-            if (generation != state().generation)
+        [windowID, onReady = std::move(onReady), weak = state().weak_from_this()](std::optional<NSImage> image) {
+            const auto state = weak.lock();
+            if (!state)
                 return;
-            state().inFlight.erase(windowID);
-            state().isAvailable = image.has_value();
+            state->inFlight.erase(windowID);
+            state->isAvailable = image.has_value();
             if (!image)
                 return;
-            state().cache.insert_or_assign(windowID, Thumbnail { std::move(*image), NSDate::now() });
+            state->cache.insert_or_assign(windowID, Thumbnail { std::move(*image), NSDate::now() });
             onReady();
         });
 }
@@ -133,11 +133,4 @@ void Preview::check(std::function<void(bool)> completion)
         Log::debug("preview: capture available = ", image.has_value());
         completion(image.has_value());
     });
-}
-
-void Preview::reset()
-{
-    const int generation = state().generation;
-    state() = {};
-    state().generation = generation + 1;
 }

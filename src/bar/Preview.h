@@ -6,7 +6,7 @@
 #include <functional>
 #include <optional>
 
-/// Small pictures of windows, captured in the background and kept for the life of the program. Main thread.
+/// Small pictures of windows, captured in the background and kept for the life of the desktop. Main thread.
 namespace Preview {
 
 /// The picture to show now, if there is one; an old one too. One that is missing or has become 20 seconds old is
@@ -18,8 +18,5 @@ bool isAvailable();
 
 /// Captures some window and tells whether that worked, now or later.
 void check(std::function<void(bool)> completion);
-
-/// Forgets everything: for a new desktop.
-void reset();
 
 }

@@ -1,5 +1,7 @@
 #include "controls/Shortcuts.h"
 
+#include "base/PerDesktop.h"
+#include "controls/BarVisibility.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSProcessInfo.h"
 #include "foundation/NSTimer.h"
@@ -26,7 +28,15 @@ constexpr CGEventFlags control = kCGEventFlagMaskControl;
 
 constexpr double monitorSeconds = 1.0;
 
-CFMachPort tap;
+struct Watch {
+    /// Null until the keyboard is watched.
+    CFMachPort tap;
+};
+
+CFMachPort& tap()
+{
+    return perDesktop<Watch>().tap;
+}
 
 bool hasOptionAndCommand(CGEventFlags flags)
 {
@@ -65,12 +75,6 @@ void actOnButton(std::size_t index)
     DockModel::handleClick(items[index]);
 }
 
-void toggleBar()
-{
-    if (Shortcuts::onToggleBar)
-        Shortcuts::onToggleBar();
-}
-
 void toggleShowDesktop()
 {
     ShowDesktop::forgetIfStale();
@@ -86,7 +90,7 @@ CGEventRef handle(CGEventType type, const CGEventRef& event)
     const CGEventFlags flags = CGEventGetFlags(event);
     const std::int64_t key = CGEventGetIntegerValueField(event, kCGKeyboardEventKeycode);
     if (key == keyB && hasOptionAndCommand(flags)) {
-        DispatchQueue::main().async(toggleBar);
+        DispatchQueue::main().async(BarVisibility::toggle);
         return nullptr;
     }
     if (key == keyD && hasOptionAndCommand(flags)) {
@@ -111,11 +115,10 @@ void startMonitor()
 namespace Shortcuts {
 
 std::function<std::vector<BarItem>()> itemsProvider;
-std::function<void()> onToggleBar;
 
 void start()
 {
-    if (tap)
+    if (tap())
         return;
     const CFMachPort created = CGEventTapCreate(kCGSessionEventTap, kCGHeadInsertEventTap, kCGEventTapOptionDefault,
         kCGEventMaskKeyDown, claimableKeys(), handle);
@@ -123,9 +126,9 @@ void start()
         Log::debug("shortcuts: could not create event tap");
         return;
     }
-    tap = created;
-    CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMachPortCreateRunLoopSource(tap), kCFRunLoopCommonModes);
-    CGEventTapEnable(tap, true);
+    tap() = created;
+    CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMachPortCreateRunLoopSource(tap()), kCFRunLoopCommonModes);
+    CGEventTapEnable(tap(), true);
     Log::debug("shortcuts: event tap installed");
     if (NSProcessInfo::environment("BAR_PROBE_TAP") == "1")
         startMonitor();
@@ -133,22 +136,15 @@ void start()
 
 bool isTapEnabled()
 {
-    return tap && CGEventTapIsEnabled(tap);
+    return tap() && CGEventTapIsEnabled(tap());
 }
 
 void reenableTap(std::string_view reason)
 {
-    if (!tap)
+    if (!tap())
         return;
-    CGEventTapEnable(tap, true);
+    CGEventTapEnable(tap(), true);
     Log::debug("shortcuts: tap re-enabled after ", reason);
-}
-
-void reset()
-{
-    tap = nullptr;
-    itemsProvider = nullptr;
-    onToggleBar = nullptr;
 }
 
 }

@@ -13,8 +13,6 @@ namespace Shortcuts {
 
 /// The items of the bar that the digits count on.
 extern std::function<std::vector<BarItem>()> itemsProvider;
-/// Hides or shows the bar.
-extern std::function<void()> onToggleBar;
 
 /// Begins to watch the keyboard; does so once. Without the right to, there are no shortcuts until the next launch.
 void start();
@@ -22,7 +20,5 @@ void start();
 bool isTapEnabled();
 /// Has it watched again; `reason` is for the log. Nothing before `start` has succeeded.
 void reenableTap(std::string_view reason);
-/// Forgets everything: between tests.
-void reset();
 
 }

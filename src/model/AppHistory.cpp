@@ -1,6 +1,7 @@
 #include "model/AppHistory.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/PerDesktop.h"
 #include "foundation/NSProcessInfo.h"
 #include "log/Log.h"
 
@@ -16,8 +17,7 @@ struct History {
 
 History& history()
 {
-    static History history;
-    return history;
+    return perDesktop<History>();
 }
 
 void noteActivation(const NSNotification& notification)

@@ -3,6 +3,7 @@
 #include "appkit/NSWorkspace.h"
 #include "log/Log.h"
 #include "system/Attribute.h"
+#include "system/WindowElement.h"
 
 namespace {
 
@@ -33,9 +34,7 @@ std::vector<ListedElement> windowList(const BarItem& item)
 void raise(const AXUIElement& window, pid_t pid)
 {
     AXUIElementSetAttributeValue(AXUIElementCreateApplication(pid), "AXFrontmost", true);
-    AXUIElementSetAttributeValue(window, "AXMinimized", false);
-    AXUIElementSetAttributeValue(window, "AXMain", true);
-    AXUIElementPerformAction(window, "AXRaise");
+    WindowElement::bringForward(window);
 }
 
 void newWindow(const BarItem& item)

@@ -1,10 +1,12 @@
 #include "model/Raise.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/PerDesktop.h"
 #include "foundation/DispatchQueue.h"
 #include "log/Log.h"
 #include "log/Timing.h"
 #include "system/Attribute.h"
+#include "system/WindowElement.h"
 
 #include <algorithm>
 #include <atomic>
@@ -26,20 +28,13 @@ constexpr double messagingTimeout = 0.35;
 /// In square points: a smaller window is a panel or a notice that comes and goes.
 constexpr double leastSubstantialArea = 120'000;
 
-std::atomic<std::uint64_t> clickStarted = 0;
-
 struct State {
+    std::atomic<std::uint64_t> clickStarted = 0;
     /// The processes on which "AXManualAccessibility" was set. Raise queue only.
     std::unordered_set<pid_t> manualAccessibilityDone;
     /// Last, so that it ends its thread before the rest goes.
     std::unique_ptr<DispatchQueue> queue = DispatchQueue::serial("com.merrowen.vantry.raise");
 };
-
-State& state()
-{
-    static State state;
-    return state;
-}
 
 bool isMinimised(const AXUIElement& window)
 {
@@ -77,25 +72,23 @@ AXUIElement pickWindow(const AXUIElement& application, const Elements& windows)
 }
 
 /// Has the application report its windows and come forward.
-void prepare(const AXUIElement& application, pid_t pid)
+void prepare(State& state, const AXUIElement& application, pid_t pid)
 {
-    if (state().manualAccessibilityDone.insert(pid).second)
+    if (state.manualAccessibilityDone.insert(pid).second)
         Timing::measure("raise: AXManualAccessibility",
             [&] { AXUIElementSetAttributeValue(application, "AXManualAccessibility", true); });
     Timing::measure("raise: AXFrontmost", [&] { AXUIElementSetAttributeValue(application, "AXFrontmost", true); });
 }
 
-bool raise(const AXUIElement& window, const Target& target, std::size_t windowCount)
+bool raise(const State& state, const AXUIElement& window, const Target& target, std::size_t windowCount)
 {
-    if (isMinimised(window)) {
+    const bool wasMinimised = isMinimised(window);
+    if (wasMinimised)
         Log::debug("raise: un-minimising ", target.name);
-        AXUIElementSetAttributeValue(window, "AXMinimized", false);
-    }
-    AXUIElementSetAttributeValue(window, "AXMain", true);
-    if (AXUIElementPerformAction(window, "AXRaise") != kAXErrorSuccess)
+    if (!(wasMinimised ? WindowElement::bringForward(window) : WindowElement::raise(window)))
         return false;
     Log::debug("raise: ", target.name, " ok (", windowCount, " windows)");
-    Timing::since(clickStarted, "CLICK TOTAL (" + target.name + ")");
+    Timing::since(state.clickStarted, "CLICK TOTAL (" + target.name + ")");
     return true;
 }
 
@@ -112,10 +105,10 @@ void reopen(const Target& target)
 
 enum class Outcome { raised, onlyTransientWindows, nothingYet };
 
-Outcome attempt(const Target& target)
+Outcome attempt(State& state, const Target& target)
 {
     const AXUIElement application = Attribute::application(target.pid, messagingTimeout);
-    prepare(application, target.pid);
+    prepare(state, application, target.pid);
     const auto windows
         = Timing::measure("raise: AXWindows", [&] { return Attribute::elements(application, "AXWindows"); });
     if (!windows || windows->empty())
@@ -123,16 +116,16 @@ Outcome attempt(const Target& target)
     if (!Timing::measure("raise: isSubstantial scan", [&] { return std::ranges::any_of(*windows, isSubstantial); }))
         return Outcome::onlyTransientWindows;
     const AXUIElement window = Timing::measure("raise: pickWindow", [&] { return pickWindow(application, *windows); });
-    return raise(window, target, windows->size()) ? Outcome::raised : Outcome::nothingYet;
+    return raise(state, window, target, windows->size()) ? Outcome::raised : Outcome::nothingYet;
 }
 
-void raiseAWindow(const Target& target, int attemptsLeft)
+void raiseAWindow(State& state, const Target& target, int attemptsLeft)
 {
     if (attemptsLeft < 1) {
         reopen(target);
         return;
     }
-    switch (attempt(target)) {
+    switch (attempt(state, target)) {
     case Outcome::raised:
         return;
     case Outcome::onlyTransientWindows:
@@ -140,8 +133,8 @@ void raiseAWindow(const Target& target, int attemptsLeft)
         reopen(target);
         return;
     case Outcome::nothingYet:
-        state().queue->asyncAfter(
-            secondsBetweenAttempts, [target, attemptsLeft] { raiseAWindow(target, attemptsLeft - 1); });
+        state.queue->asyncAfter(
+            secondsBetweenAttempts, [&state, target, attemptsLeft] { raiseAWindow(state, target, attemptsLeft - 1); });
         return;
     }
 }
@@ -152,17 +145,13 @@ namespace Raise {
 
 void start(Target target)
 {
-    state().queue->async([target = std::move(target)] { raiseAWindow(target, mostAttempts); });
+    State& state = perDesktop<State>();
+    state.queue->async([&state, target = std::move(target)] { raiseAWindow(state, target, mostAttempts); });
 }
 
 void noteClick()
 {
-    clickStarted = Timing::now();
-}
-
-void reset()
-{
-    state().manualAccessibilityDone.clear();
+    perDesktop<State>().clickStarted = Timing::now();
 }
 
 }

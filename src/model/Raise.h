@@ -24,7 +24,4 @@ void start(Target target);
 /// The moment from which the time to the raised window is measured, of whichever attempt succeeds next.
 void noteClick();
 
-/// Forgets which processes were told to report their windows: for a new desktop, where process identifiers begin anew.
-void reset();
-
 }

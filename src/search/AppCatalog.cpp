@@ -1,6 +1,7 @@
 #include "search/AppCatalog.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/PerDesktop.h"
 #include "foundation/NSFileManager.h"
 #include "foundation/NSString.h"
 #include "log/Log.h"
@@ -22,8 +23,7 @@ struct Catalogue {
 
 Catalogue& catalogue()
 {
-    static Catalogue catalogue;
-    return catalogue;
+    return perDesktop<Catalogue>();
 }
 
 AppEntry entryAt(const std::string& path, std::string_view fileName)
@@ -123,11 +123,6 @@ std::shared_ptr<NSMenu> buildMenu(const NSMenuItem::Action& action)
         item.setImage(std::move(icon));
     }
     return menu;
-}
-
-void reset()
-{
-    catalogue() = {};
 }
 
 }

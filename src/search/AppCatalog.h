@@ -39,7 +39,4 @@ void open(const NSURL& url);
 /// One entry for each application, which carries its `NSURL`.
 std::shared_ptr<NSMenu> buildMenu(const NSMenuItem::Action& action);
 
-/// Forgets what was listed: between tests.
-void reset();
-
 }

@@ -1,6 +1,7 @@
 #include "system/DockBadges.h"
 
 #include "appkit/NSRunningApplication.h"
+#include "base/PerDesktop.h"
 #include "base/Value.h"
 #include "foundation/NSDate.h"
 #include "log/Log.h"
@@ -21,8 +22,7 @@ struct Reading {
 
 Reading& last()
 {
-    static Reading reading;
-    return reading;
+    return perDesktop<Reading>();
 }
 
 void addBadge(const AXUIElement& tile, DockBadges::Map& badges)
@@ -82,10 +82,4 @@ Map current()
     }
     return last().badges;
 }
-
-void reset()
-{
-    last() = {};
-}
-
 }

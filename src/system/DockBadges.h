@@ -13,7 +13,4 @@ using Map = std::map<std::string, std::string, std::less<>>;
 /// read at most once a second, and a reading that fails leaves the last one in force.
 Map current();
 
-/// Forgets the last reading and when it was: for a new desktop.
-void reset();
-
 }

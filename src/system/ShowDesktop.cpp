@@ -1,6 +1,7 @@
 #include "system/ShowDesktop.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/PerDesktop.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSBundle.h"
 #include "log/Log.h"
@@ -26,8 +27,7 @@ struct Cleared {
 
 Cleared& cleared()
 {
-    static Cleared cleared;
-    return cleared;
+    return perDesktop<Cleared>();
 }
 
 Applications applicationsToHide()

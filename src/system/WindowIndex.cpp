@@ -1,6 +1,7 @@
 #include "system/WindowIndex.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/PerDesktop.h"
 #include "foundation/NSDate.h"
 #include "log/Log.h"
 #include "system/Attribute.h"
@@ -26,8 +27,7 @@ struct Cache {
 
 Cache& cache()
 {
-    static Cache cache;
-    return cache;
+    return perDesktop<Cache>();
 }
 
 std::optional<CGRect> bounds(const Value& entry)

@@ -1,21 +1,21 @@
 #include "system/WindowRaise.h"
 
+#include "base/PerDesktop.h"
 #include "foundation/DispatchQueue.h"
 #include "log/Log.h"
 #include "log/Timing.h"
 #include "system/Attribute.h"
+#include "system/WindowElement.h"
 
-#include <algorithm>
+#include <memory>
 
 namespace {
 
 constexpr double messagingTimeout = 0.35;
 
-DispatchQueue& raiseQueue()
-{
-    static const auto queue = DispatchQueue::serial("com.merrowen.vantry.window-raise");
-    return *queue;
-}
+struct State {
+    std::unique_ptr<DispatchQueue> queue = DispatchQueue::serial("com.merrowen.vantry.window-raise");
+};
 
 /// On the raise queue.
 void raiseOnce(std::uint32_t windowID, pid_t pid)
@@ -29,14 +29,12 @@ void raiseOnce(std::uint32_t windowID, pid_t pid)
         Log::debug("raise: no AX window list for pid ", pid);
         return;
     }
-    const auto window = std::ranges::find(*windows, std::optional(windowID), Attribute::windowNumber);
-    if (window == windows->end()) {
+    const auto window = WindowElement::find(*windows, windowID);
+    if (!window) {
         Log::debug("raise: window ", windowID, " not in pid ", pid, "'s AX list of ", windows->size());
         return;
     }
-    AXUIElementSetAttributeValue(*window, "AXMinimized", false);
-    AXUIElementSetAttributeValue(*window, "AXMain", true);
-    AXUIElementPerformAction(*window, "AXRaise");
+    WindowElement::bringForward(*window);
     Log::debug("raise: raised window ", windowID, " of pid ", pid);
 }
 
@@ -44,7 +42,7 @@ void raiseOnce(std::uint32_t windowID, pid_t pid)
 
 void WindowIndex::raise(std::uint32_t windowID, pid_t pid)
 {
-    raiseQueue().async([windowID, pid, start = Timing::now()] {
+    perDesktop<State>().queue->async([windowID, pid, start = Timing::now()] {
         raiseOnce(windowID, pid);
         Timing::since(start, "window raise");
     });

@@ -6,11 +6,10 @@
 #include "system/Dictionaries.h"
 #include "system/Displays.h"
 #include "system/ListedWindow.h"
+#include "system/WindowElement.h"
 #include "tamer/Placement.h"
 #include "tamer/TargetGeometry.h"
 #include "windowserver/CGWindow.h"
-
-#include <algorithm>
 
 namespace {
 
@@ -51,8 +50,8 @@ void move(const Placement::WindowName& name, const CGRect& rect, bool resize)
     const auto windows = Attribute::elements(application, "AXWindows");
     if (!windows)
         return;
-    const auto window = std::ranges::find(*windows, std::optional(name.number), Attribute::windowNumber);
-    if (window == windows->end())
+    const auto window = WindowElement::find(*windows, name.number);
+    if (!window)
         return;
     if (resize)
         Placement::setFrame(*window, rect);

@@ -1,5 +1,6 @@
 #include "tamer/Placement.h"
 
+#include "base/PerDesktop.h"
 #include "log/Log.h"
 #include "system/Attribute.h"
 
@@ -11,19 +12,21 @@ namespace {
 
 constexpr double samePlaceTolerance = 2;
 
-std::uint64_t requests = 0;
+struct State {
+    std::uint64_t requests = 0;
+    /// Never shrinks: a window that comes back is known.
+    std::map<Placement::WindowName, CGRect> placedWindows;
+};
+
+State& state()
+{
+    return perDesktop<State>();
+}
 
 AXError request(const AXUIElement& window, std::string_view attribute, const AXValue& value)
 {
-    ++requests;
+    ++state().requests;
     return AXUIElementSetAttributeValue(window, attribute, value);
-}
-
-/// Never shrinks: a window that comes back is known.
-std::map<Placement::WindowName, CGRect>& placedWindows()
-{
-    static std::map<Placement::WindowName, CGRect> windows;
-    return windows;
 }
 
 }
@@ -32,18 +35,14 @@ namespace Placement {
 
 std::optional<CGRect> placed(const WindowName& window)
 {
-    const auto found = placedWindows().find(window);
-    return found == placedWindows().end() ? std::nullopt : std::optional(found->second);
+    const auto& windows = state().placedWindows;
+    const auto found = windows.find(window);
+    return found == windows.end() ? std::nullopt : std::optional(found->second);
 }
 
 void remember(const WindowName& window, const CGRect& rect)
 {
-    placedWindows().insert_or_assign(window, rect);
-}
-
-void forget()
-{
-    placedWindows().clear();
+    state().placedWindows.insert_or_assign(window, rect);
 }
 
 bool isSamePlace(const CGRect& a, const CGRect& b)
@@ -53,7 +52,7 @@ bool isSamePlace(const CGRect& a, const CGRect& b)
 
 std::uint64_t requestCount()
 {
-    return requests;
+    return state().requests;
 }
 
 void setPosition(const AXUIElement& window, CGPoint position)

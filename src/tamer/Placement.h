@@ -27,8 +27,6 @@ std::optional<CGRect> placed(const WindowName& window);
 void remember(const WindowName& window, const CGRect& rect);
 /// Counts what was asked of windows.
 std::uint64_t requestCount();
-/// Forgets all of them: between tests.
-void forget();
 /// Whether two rectangles are within 2 points of each other in y and in height.
 bool isSamePlace(const CGRect& a, const CGRect& b);
 

@@ -4,11 +4,9 @@
 /// and the focused window is resized, moved, or brought back from full screen. Nothing else is touched. Main thread.
 namespace WindowTamer {
 
-/// Begins to tick, for the life of the process.
+/// Begins to tick, for the life of the desktop.
 void start();
 /// Whether the focused window is looked after.
 bool isEnabled();
-/// Forgets everything: between tests.
-void reset();
 
 }

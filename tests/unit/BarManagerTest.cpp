@@ -3,6 +3,7 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWorkspace.h"
 #include "bar/BarManager.h"
+#include "controls/BarVisibility.h"
 #include "foundation/NSNotificationCenter.h"
 #include "host/Displays.h"
 #include "settings/Settings.h"
@@ -209,11 +210,11 @@ TEST_F(BarManagerTest, AHiddenBarStaysHiddenAndCostsNoItems)
     EXPECT_EQ(refreshes(), 0u);
     EXPECT_TRUE(bar(1)->currentItems().empty());
 
-    manager_->toggleVisibility();
+    BarVisibility::toggle();
     EXPECT_TRUE(bar(1)->window().isVisible());
     EXPECT_TRUE(panel(2).isVisible);
     EXPECT_FALSE(bar(1)->currentItems().empty());
-    manager_->toggleVisibility();
+    BarVisibility::toggle();
     EXPECT_FALSE(bar(1)->window().isVisible());
     EXPECT_FALSE(bar(2)->window().isVisible());
     EXPECT_FALSE(Settings::barVisible());

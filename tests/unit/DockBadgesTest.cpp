@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "settings/Settings.h"
+#include "system/DockBadges.h"
 
 namespace {
 

@@ -2,7 +2,6 @@
 
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
-#include "foundation/PreferenceDomain.h"
 #include "host/Desktop.h"
 #include "support/ManualClock.h"
 #include "support/ScenarioBuilder.h"
@@ -59,7 +58,6 @@ protected:
     {
         host::Desktop::setCurrent(nullptr);
         desktop_.reset();
-        PreferenceDomain::forgetAll();
     }
 
     embedded::EmbeddedDesktop& desktop() { return *desktop_; }

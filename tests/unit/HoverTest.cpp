@@ -28,7 +28,6 @@ protected:
     void SetUp() override
     {
         ModelTest::SetUp();
-        Preview::reset();
         Settings::barSize.set(BarSize::medium);
         mail_ = run("Mail");
         inbox_ = openWindow(mail_, { 100, 100, 800, 600 }, "Inbox");
@@ -45,7 +44,6 @@ protected:
     void TearDown() override
     {
         controller_.reset();
-        Preview::reset();
         ModelTest::TearDown();
     }
 
@@ -140,6 +138,7 @@ TEST_F(HoverTest, EachPlaceTellsWhatItIs)
     Settings::showWindowPreviews.set(true);
     Settings::grouping.set(WindowGrouping::never);
     settle();
+    hover({ 1300, 20 });
     hover(button("Mail"));
     EXPECT_EQ(shown(), "Mail") << "the button of one window";
 }
@@ -270,11 +269,9 @@ TEST_F(HoverTest, APressWithoutItsReleaseIsForgotten)
         world().activate(world().processNamed("org.Notes")->pid());
         press(mail), drag(next);
         ASSERT_EQ(view().displayItems()[1].name, "Mail");
-        ASSERT_TRUE(std::ranges::count(described(view().record()), "save"));
         test.act();
         settle();
         EXPECT_EQ(view().displayItems()[0].name, "Mail");
-        EXPECT_FALSE(std::ranges::count(described(view().record()), "save")) << "no icon flies";
         calls().clear();
         drag(next), release(next);
         EXPECT_EQ(count("activate"), 0u) << "its release comes late";

@@ -5,18 +5,14 @@
 #include "base/Value.h"
 #include "log/Log.h"
 #include "model/BarItem.h"
-#include "model/Raise.h"
-#include "system/DockBadges.h"
 #include "system/ShowDesktop.h"
 #include "system/WindowIndex.h"
-#include "windowserver/Damage.h"
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
-/// A desktop for the program's model: the builder's one unless a test describes another, every log line kept, and
-/// nothing left over from the test before.
+/// A desktop for the program's model: the builder's one unless a test describes another, and every log line kept.
 class ModelTest : public DesktopTest {
 protected:
     using Texts = std::vector<std::string>;
@@ -25,11 +21,6 @@ protected:
     {
         describe();
         start();
-        WindowIndex::invalidate();
-        DockBadges::reset();
-        Raise::reset();
-        windowServerDamage() = {};
-        ShowDesktop::forgetIfStale();
         Log::setSink([this](std::string_view line) {
             constexpr std::string_view prefix = "[bar] ";
             log_.emplace_back(line.substr(prefix.size(), line.size() - prefix.size() - 1));

@@ -1,6 +1,7 @@
 #include "ModelTest.h"
 
 #include "accessibility/AXUIElement.h"
+#include "model/Raise.h"
 
 namespace {
 

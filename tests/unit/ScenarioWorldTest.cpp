@@ -1,3 +1,4 @@
+#include "foundation/PreferenceDomain.h"
 #include "unit/Fixture.h"
 
 #include <atomic>

@@ -22,7 +22,6 @@ protected:
     void SetUp() override
     {
         ModelTest::SetUp();
-        AppCatalog::reset();
         Settings::barSize.set(BarSize::medium);
         mail_ = run("Mail");
         for (const char* title :
@@ -38,7 +37,6 @@ protected:
     void TearDown() override
     {
         controller_.reset();
-        AppCatalog::reset();
         ModelTest::TearDown();
     }
 

@@ -10,18 +10,6 @@ namespace {
 /// Applications in the folders of an embedded session. Paths below its root, "Home" being the user's.
 class SearchTest : public ModelTest {
 protected:
-    void SetUp() override
-    {
-        ModelTest::SetUp();
-        AppCatalog::reset();
-    }
-
-    void TearDown() override
-    {
-        AppCatalog::reset();
-        ModelTest::TearDown();
-    }
-
     void put(const Texts& paths)
     {
         for (const std::string& each : paths)

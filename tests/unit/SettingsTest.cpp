@@ -2,6 +2,7 @@
 
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSUserDefaults.h"
+#include "foundation/PreferenceDomain.h"
 #include "settings/Settings.h"
 
 namespace {

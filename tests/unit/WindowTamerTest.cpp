@@ -17,7 +17,6 @@ protected:
     void SetUp() override
     {
         ModelTest::SetUp();
-        WindowTamer::reset();
         app_ = run("Mail");
         world().activate(app_);
         WindowTamer::start();
@@ -25,8 +24,6 @@ protected:
 
     void TearDown() override
     {
-        WindowTamer::reset();
-        RunLoop::main().reset();
         background_.reset();
         ModelTest::TearDown();
     }

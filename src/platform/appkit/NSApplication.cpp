@@ -4,6 +4,7 @@
 #include "appkit/NSWorkspace.h"
 #include "appkit/RunLoopDriver.h"
 #include "appkit/Signals.h"
+#include "base/PerDesktop.h"
 #include "base/RunLoop.h"
 #include "foundation/NSFileHandle.h"
 #include "host/Desktop.h"
@@ -15,7 +16,9 @@
 
 namespace {
 
-bool isApplicationActive = false;
+struct Activity {
+    bool isActive = false;
+};
 
 }
 
@@ -63,16 +66,16 @@ void NSApplication::terminate()
 
 bool NSApplication::isActive()
 {
-    return isApplicationActive;
+    return perDesktop<Activity>().isActive;
 }
 
 void NSApplication::activate()
 {
-    isApplicationActive = true;
+    perDesktop<Activity>().isActive = true;
 }
 
 void NSApplication::deactivate()
 {
-    isApplicationActive = false;
+    perDesktop<Activity>().isActive = false;
     host::Desktop::current().surfaces().giveBackKeyboard();
 }

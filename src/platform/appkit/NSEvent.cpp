@@ -1,5 +1,6 @@
 #include "appkit/NSEvent.h"
 
+#include "base/PerDesktop.h"
 #include "host/Desktop.h"
 #include "host/Pointer.h"
 
@@ -15,10 +16,9 @@ struct GlobalMonitor {
     std::function<void()> handler;
 };
 
-std::vector<std::shared_ptr<const GlobalMonitor>>& monitors()
+auto& monitors()
 {
-    static std::vector<std::shared_ptr<const GlobalMonitor>> all;
-    return all;
+    return perDesktop<std::vector<std::shared_ptr<const GlobalMonitor>>>();
 }
 
 void pointerMoved(bool buttonDown)

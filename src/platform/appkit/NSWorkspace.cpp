@@ -1,5 +1,6 @@
 #include "appkit/NSWorkspace.h"
 
+#include "base/PerDesktop.h"
 #include "host/Applications.h"
 #include "host/Desktop.h"
 #include "host/Processes.h"
@@ -36,18 +37,17 @@ const char* notificationName(host::ProcessEvent event)
 
 NSWorkspace& NSWorkspace::sharedWorkspace()
 {
-    static NSWorkspace workspace;
-    return workspace;
+    return perDesktop<NSWorkspace>();
 }
 
 void NSWorkspace::followDesktop()
 {
     host::Desktop& desktop = host::Desktop::current();
-    desktop.processes().onEvent = [this](
-                                      host::ProcessEvent event, const std::shared_ptr<const host::Process>& process) {
-        center_.post({ notificationName(event), { { NSWorkspaceApplicationKey, NSRunningApplication(process) } } });
+    desktop.processes().onEvent = [](host::ProcessEvent event, const std::shared_ptr<const host::Process>& process) {
+        sharedWorkspace().center_.post(
+            { notificationName(event), { { NSWorkspaceApplicationKey, NSRunningApplication(process) } } });
     };
-    desktop.windows().onChange = [this] { center_.post(NSWorkspaceActiveSpaceDidChangeNotification); };
+    desktop.windows().onChange = [] { sharedWorkspace().center_.post(NSWorkspaceActiveSpaceDidChangeNotification); };
 }
 
 std::vector<NSRunningApplication> NSWorkspace::runningApplications() const

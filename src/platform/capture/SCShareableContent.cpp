@@ -1,19 +1,20 @@
 #include "capture/SCShareableContent.h"
 
+#include "base/PerDesktop.h"
 #include "base/RunLoop.h"
 #include "host/Capture.h"
 #include "host/Desktop.h"
 #include "windowserver/CGWindow.h"
 
+#include <map>
 #include <memory>
 #include <utility>
 
 namespace {
 
-/// Those who asked in the same way in this turn. The block that will answer them owns it.
-struct Askers {
-    unsigned option;
-    std::vector<SCShareableContent::CompletionHandler> handlers;
+/// Those who asked in this turn, by what they asked for. A desktop that has gone answers nobody.
+struct Askers : std::enable_shared_from_this<Askers> {
+    std::map<unsigned, std::vector<SCShareableContent::CompletionHandler>> byOption;
 };
 
 std::vector<SCWindow> listedWindows(unsigned option)
@@ -40,22 +41,22 @@ void SCShareableContent::getShareableContent(
 {
     const unsigned option = (onScreenWindowsOnly ? kCGWindowListOptionOnScreenOnly : kCGWindowListOptionAll)
         | (excludingDesktopWindows ? kCGWindowListExcludeDesktopElements : 0);
-    static std::weak_ptr<Askers> last;
-    if (const auto askers = last.lock(); askers && askers->option == option) {
-        askers->handlers.push_back(std::move(completionHandler));
+    auto& waiting = perDesktop<Askers>().byOption[option];
+    waiting.push_back(std::move(completionHandler));
+    if (waiting.size() > 1)
         return;
-    }
-    auto askers = std::make_shared<Askers>(Askers { option, { std::move(completionHandler) } });
-    last = askers;
-    RunLoop::main().perform([askers = std::move(askers)] {
-        last.reset();
+    RunLoop::main().perform([weak = perDesktop<Askers>().weak_from_this(), option] {
+        const auto askers = weak.lock();
+        if (!askers)
+            return;
+        const auto handlers = std::move(askers->byOption.extract(option).mapped());
         SCShareableContent content;
         std::optional<NSError> error;
         if (host::Desktop::current().capture().isPermitted())
-            content.windows_ = listedWindows(askers->option);
+            content.windows_ = listedWindows(option);
         else
             error = NSError { "the user doesn't permit screen recording" };
-        for (const CompletionHandler& handler : askers->handlers)
+        for (const CompletionHandler& handler : handlers)
             handler(error ? nullptr : &content, error);
     });
 }

@@ -41,7 +41,10 @@ public:
     void asyncAfter(double seconds, Block block) override
     {
         if (RunLoop::main().clock().isManual()) {
-            RunLoop::main().schedule(seconds, std::move(block));
+            RunLoop::main().schedule(seconds, [queue = std::weak_ptr(alive_), run = std::move(block)] {
+                if (!queue.expired())
+                    run();
+            });
             return;
         }
         const auto delay = std::chrono::duration_cast<Moment::duration>(std::chrono::duration<double>(seconds));
@@ -85,6 +88,8 @@ private:
     }
 
     std::string label_;
+    /// Under a manual clock, where blocks wait in the main run loop, what ends them.
+    std::shared_ptr<void> alive_ = std::make_shared<char>();
     std::mutex mutex_;
     std::condition_variable changed_;
     std::multimap<Moment, Block> blocks_;

@@ -1,5 +1,6 @@
 #include "foundation/PreferenceDomain.h"
 
+#include "base/PerDesktop.h"
 #include "base/PropertyList.h"
 #include "foundation/NSFileHandle.h"
 #include "host/Desktop.h"
@@ -27,11 +28,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::map<std::string, std::shared_ptr<PreferenceDomain>>& domains()
-{
-    static std::map<std::string, std::shared_ptr<PreferenceDomain>> byName;
-    return byName;
-}
+using Domains = std::map<std::string, std::shared_ptr<PreferenceDomain>>;
 
 /// A file descriptor that closes itself.
 class Descriptor {
@@ -96,16 +93,11 @@ std::string replaceFile(const std::string& file, std::string_view bytes)
 
 std::shared_ptr<PreferenceDomain> PreferenceDomain::named(const std::string& name)
 {
-    auto& domain = domains()[name];
+    auto& domain = perDesktop<Domains>()[name];
     if (!domain)
         domain = std::make_shared<PreferenceDomain>(
             host::Desktop::current().session().preferencesFolder() + "/" + name + ".plist");
     return domain;
-}
-
-void PreferenceDomain::forgetAll()
-{
-    domains().clear();
 }
 
 PreferenceDomain::PreferenceDomain(std::string file)

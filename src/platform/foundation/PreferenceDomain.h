@@ -27,8 +27,6 @@ public:
 
     /// The one object for a domain in the session's preference folder.
     static std::shared_ptr<PreferenceDomain> named(const std::string& name);
-    /// Forgets all of them: between tests.
-    static void forgetAll();
 
     explicit PreferenceDomain(std::string file);
     ~PreferenceDomain();

@@ -1,5 +1,7 @@
 #include "host/Desktop.h"
 
+#include "base/PerDesktop.h"
+
 #include <cassert>
 
 namespace {
@@ -19,5 +21,7 @@ bool host::Desktop::hasCurrent()
 
 void host::Desktop::setCurrent(Desktop* desktop)
 {
+    if (desktop != currentDesktop)
+        PerDesktop::endAll();
     currentDesktop = desktop;
 }

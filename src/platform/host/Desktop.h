@@ -41,7 +41,7 @@ public:
     /// The desktop in force; one must have been set.
     static Desktop& current();
     static bool hasCurrent();
-    /// Not owned. Null takes it away.
+    /// Not owned. Null takes it away. What was remembered of another desktop is dropped first (`perDesktop`).
     static void setCurrent(Desktop* desktop);
 };
 

@@ -1,5 +1,6 @@
 #include "windowserver/CGWindow.h"
 
+#include "base/PerDesktop.h"
 #include "host/Capture.h"
 #include "host/Desktop.h"
 #include "host/Displays.h"
@@ -101,8 +102,7 @@ Value dictionaryOf(const host::DisplaySpaces& display)
 
 WindowServerDamage& windowServerDamage()
 {
-    static WindowServerDamage damage;
-    return damage;
+    return perDesktop<WindowServerDamage>();
 }
 
 /// There is one window server, so any number names the connection to it.
