@@ -1,5 +1,6 @@
 #include "bar/BarHover.h"
 
+#include "capture/SCScreenshotManager.h"
 #include "controls/Trash.h"
 #include "log/Log.h"
 #include "settings/Settings.h"
@@ -35,7 +36,7 @@ std::string listed(std::initializer_list<double> numbers)
 /// The windows that a button previews: those of its application, unless it stands for a single one.
 std::vector<WindowEntry> previewedWindows(const BarItem& item)
 {
-    if (!Settings::showWindowPreviews() || !item.pid || item.windowID)
+    if (!Settings::showWindowPreviews() || !SCScreenshotManager::isSupported() || !item.pid || item.windowID)
         return {};
     const auto windows = WindowIndex::byPID();
     const auto own = windows->find(*item.pid);

@@ -211,10 +211,12 @@ TEST_F(BarManagerTest, AHiddenBarStaysHiddenAndCostsNoItems)
     EXPECT_TRUE(bar(1)->currentItems().empty());
 
     BarVisibility::toggle();
+    settle();
     EXPECT_TRUE(bar(1)->window().isVisible());
     EXPECT_TRUE(panel(2).isVisible);
     EXPECT_FALSE(bar(1)->currentItems().empty());
     BarVisibility::toggle();
+    settle();
     EXPECT_FALSE(bar(1)->window().isVisible());
     EXPECT_FALSE(bar(2)->window().isVisible());
     EXPECT_FALSE(Settings::barVisible());

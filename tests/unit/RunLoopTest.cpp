@@ -127,7 +127,7 @@ TEST(NestedLoopTest, ALoopThatAnEventBeginsGoesOnWithEverythingAndOutlivesThePan
     PreferenceDomain settings(folder.filePath("settings.plist").toStdString());
     const auto edge = [&] { return settings.find("edge") ? *settings.find("edge")->string() : "none"; };
     auto view = std::make_shared<PressedView>(CGRect {});
-    auto panel = std::make_unique<NSPanel>(CGRect { 0, 0, 90, 60 }, 0, NSBackingStoreBuffered, false);
+    auto panel = std::make_unique<NSPanel>(CGRect { 0, 0, 90, 60 });
     panel->setContentView(view);
     panel->widget()->show();
     const QPointer<QWidget> window = panel->widget();

@@ -1,5 +1,6 @@
 #include "accessibility/DockTree.h"
 
+#include "base/PerDesktop.h"
 #include "host/Badges.h"
 #include "host/Desktop.h"
 
@@ -21,8 +22,10 @@ host::Badges& badges()
 /// The tiles as they were when the application was last asked for its list: a tile is named by its place in them.
 std::vector<host::Badge>& tiles()
 {
-    static std::vector<host::Badge> tiles;
-    return tiles;
+    struct Tiles {
+        std::vector<host::Badge> badges;
+    };
+    return perDesktop<Tiles>().badges;
 }
 
 AXError readList(pid_t dock, double timeout, AttributeValue& value)

@@ -5,6 +5,11 @@
 
 #include <utility>
 
+bool SCScreenshotManager::isSupported()
+{
+    return host::Desktop::current().capture().isSupported();
+}
+
 void SCScreenshotManager::captureImage(
     const SCContentFilter& filter, const SCStreamConfiguration& configuration, CompletionHandler completionHandler)
 {

@@ -48,6 +48,9 @@ private:
 
 namespace SCScreenshotManager {
 
+/// Whether the desktop can give pictures of windows at all, whatever the user permits.
+bool isSupported();
+
 using CompletionHandler = std::function<void(const CGImage*, const std::optional<NSError>&)>;
 
 /// Captures off the main thread and calls the handler on the main run loop, with the image or else an error. Main

@@ -17,6 +17,7 @@ public:
     {
     }
 
+    bool isSupported() override { return true; }
     bool isPermitted() override { return world_.isScreenCapturePermitted(); }
     bool requestPermission() override
     {

@@ -27,7 +27,7 @@ struct TappedKey {
     }
 };
 
-/// The keyboard, before any program sees it. Main thread.
+/// The keyboard, before any program sees it; here, of a desktop that shows it to nobody. Main thread.
 class Keyboard {
 public:
     virtual ~Keyboard() = default;
@@ -35,9 +35,9 @@ public:
     /// Has presses of these keys shown to `onPress`, while the tap is enabled; in place of those that were shown
     /// before. A key that another program has for itself is left out, with a line on standard error. False when no key
     /// can be watched at all.
-    virtual bool tap(const std::vector<TappedKey>& keys) = 0;
-    virtual void enableTap(bool on) = 0;
-    virtual bool isTapEnabled() = 0;
+    virtual bool tap(const std::vector<TappedKey>& /*keys*/) { return false; }
+    virtual void enableTap(bool /*on*/) { }
+    virtual bool isTapEnabled() { return false; }
 
     /// Set by the layer: a tapped key went down, or repeats. True swallows it: no other program sees it. False lets it
     /// pass: the focused program sees it once, as if nobody had watched. The keyboard waits for the answer.
@@ -48,9 +48,9 @@ public:
     std::function<void(TapEnd)> onTapDisabled;
 
     /// Whether `post` can press this key.
-    virtual bool canPost(std::uint16_t key) = 0;
+    virtual bool canPost(std::uint16_t /*key*/) { return false; }
     /// Presses or releases a key as if the user did, with the Option and Command keys of `press.flags` around it.
-    virtual void post(const KeyPress& press, bool isDown) = 0;
+    virtual void post(const KeyPress& /*press*/, bool /*isDown*/) { }
 };
 
 }

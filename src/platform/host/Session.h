@@ -18,7 +18,7 @@ public:
     /// Where a path of the platform ("HOME/.Trash") lies on this machine; other paths come back as they are.
     virtual std::string locate(const std::string& path) = 0;
     /// The user's accent colour as 0xRRGGBB; absent when the desktop has none.
-    virtual std::optional<std::uint32_t> accentColor() = 0;
+    virtual std::optional<std::uint32_t> accentColor() { return std::nullopt; }
 };
 
 }

@@ -52,9 +52,9 @@ public:
 
     /// Paints nothing by itself; asks the desktop to blur what is behind `rect` (widget coordinates, y down), or stops
     /// asking with an empty one.
-    virtual void setBackdrop(QWidget& widget, const CGRect& rect) = 0;
+    virtual void setBackdrop(QWidget& /*widget*/, const CGRect& /*rect*/) { }
     /// Whether a panel that isn't opaque shows what is behind it.
-    virtual bool canBlend() = 0;
+    virtual bool canBlend() { return false; }
 };
 
 }

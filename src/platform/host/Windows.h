@@ -65,12 +65,12 @@ public:
 
     /// Counts what has happened to windows, processes and displays: the same count twice means that whatever is asked
     /// of them gets the same answer. Absent where the desktop can't tell.
-    virtual std::optional<std::uint64_t> changeCount() = 0;
+    virtual std::optional<std::uint64_t> changeCount() { return std::nullopt; }
 
     /// The space in front; of several displays, that of the one with the focus. Absent where the desktop has no spaces.
-    virtual std::optional<std::uint64_t> activeSpace() = 0;
+    virtual std::optional<std::uint64_t> activeSpace() { return std::nullopt; }
     /// An entry a display; empty where the desktop has no spaces.
-    virtual std::vector<DisplaySpaces> displaySpaces() = 0;
+    virtual std::vector<DisplaySpaces> displaySpaces() { return {}; }
 
     /// Set by the layer: another space came to the front, or windows opened, closed or changed their space.
     std::function<void()> onChange;

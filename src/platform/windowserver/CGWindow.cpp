@@ -147,7 +147,7 @@ std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
 {
     if (windowServerDamage().listMissing)
         return std::nullopt;
-    static WindowDictionaries dictionaries;
+    auto& dictionaries = perDesktop<WindowDictionaries>();
     const bool onScreenOnly = (option & kCGWindowListOptionOnScreenOnly) != 0;
     const host::Windows::List list = onScreenOnly ? windows().onScreen() : windows().all();
     Value::Array entries = windowServerDamage().listEntries;

@@ -14,6 +14,7 @@ public:
     {
     }
 
+    bool isSupported() override { return true; }
     bool isPermitted() override { return true; }
     bool requestPermission() override { return true; }
     void capture(std::uint32_t window, int width, int height, std::function<void(host::Captured)> done) override;
