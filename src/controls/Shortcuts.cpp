@@ -104,6 +104,15 @@ CGEventRef handle(CGEventType type, const CGEventRef& event)
     return nullptr;
 }
 
+void logTap()
+{
+    const std::vector<std::string> taken = CGEventTapTakenKeys(tap);
+    if (taken.empty())
+        Log::debug("shortcuts: event tap installed");
+    for (const std::string& key : taken)
+        Log::debug("shortcuts: event tap lacks ", key, ", which another program has");
+}
+
 void startMonitor()
 {
     NSTimer::scheduledTimer(
@@ -129,7 +138,7 @@ void start()
     tap() = created;
     CFRunLoopAddSource(CFRunLoopGetCurrent(), CFMachPortCreateRunLoopSource(tap()), kCFRunLoopCommonModes);
     CGEventTapEnable(tap(), true);
-    Log::debug("shortcuts: event tap installed");
+    logTap();
     if (NSProcessInfo::environment("BAR_PROBE_TAP") == "1")
         startMonitor();
 }

@@ -135,6 +135,16 @@ TEST_F(ShortcutsTest, WithoutTheRightToWatchTheKeyboardThereAreNoShortcuts)
     EXPECT_EQ(press(11, option | command), "passed");
 }
 
+TEST_F(ShortcutsTest, KeysThatAnotherProgramHasAreNamed)
+{
+    world().faults().takenKeys = { "Alt+One", "Alt+Two" };
+    Shortcuts::start();
+    EXPECT_EQ(logged("shortcuts: "),
+        (Texts { "shortcuts: event tap lacks Alt+One, which another program has",
+            "shortcuts: event tap lacks Alt+Two, which another program has" }));
+    EXPECT_TRUE(Shortcuts::isTapEnabled());
+}
+
 TEST_F(ShortcutsTest, TheLaunchersKeysArePosted)
 {
     NativeLauncher::openSpotlight();

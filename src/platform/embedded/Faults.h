@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace embedded {
 
@@ -45,6 +46,8 @@ struct ProcessFaults {
 struct DesktopFaults {
     /// No program may watch the keyboard.
     bool keyTapMissing = false;
+    /// The names of keys that another program has for itself.
+    std::vector<std::string> takenKeys;
     /// The Dock doesn't run and isn't relaunched.
     bool dockMissing = false;
     /// How long, in seconds, a window takes to enter or leave full screen.

@@ -19,6 +19,7 @@ public:
     bool tap(const std::vector<host::TappedKey>& keys) override;
     void enableTap(bool on) override { isEnabled_ = on; }
     bool isTapEnabled() override { return isEnabled_; }
+    std::vector<std::string> takenKeys() override { return world_.faults().takenKeys; }
     bool canPost(std::uint16_t key) override { return key < keyCount; }
     void post(const host::KeyPress& press, bool isDown) override;
 

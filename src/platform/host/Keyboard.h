@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace host {
@@ -38,6 +39,8 @@ public:
     virtual bool tap(const std::vector<TappedKey>& /*keys*/) { return false; }
     virtual void enableTap(bool /*on*/) { }
     virtual bool isTapEnabled() { return false; }
+    /// The names of the tapped keys that are left out, as far as the enabled tap has found.
+    virtual std::vector<std::string> takenKeys() { return {}; }
 
     /// Set by the layer: a tapped key went down, or repeats. True swallows it: no other program sees it. False lets it
     /// pass: the focused program sees it once, as if nobody had watched. The keyboard waits for the answer.

@@ -82,6 +82,11 @@ bool CGEventTapIsEnabled(const CFMachPort&)
     return keyboard().isTapEnabled();
 }
 
+std::vector<std::string> CGEventTapTakenKeys(const CFMachPort&)
+{
+    return keyboard().takenKeys();
+}
+
 CFRunLoopSource CFMachPortCreateRunLoopSource(const CFMachPort& tap)
 {
     return { tap };

@@ -58,6 +58,8 @@ CFMachPort CGEventTapCreate(int location, int placement, int options, std::uint6
     const std::vector<CGTappedKey>& keysOfInterest, CGEventTapCallBack callback);
 void CGEventTapEnable(const CFMachPort& tap, bool enable);
 bool CGEventTapIsEnabled(const CFMachPort& tap);
+/// The names of the keys that the enabled tap isn't shown, as another program has them for itself.
+std::vector<std::string> CGEventTapTakenKeys(const CFMachPort& tap);
 
 /// What has a tap's events delivered, once it is added to a run loop; until then they pass.
 struct CFRunLoopSource {

@@ -114,14 +114,48 @@ void Keyboard::grabAll()
                 xcb_grab_key_checked(
                     connection_, 0, connection_.root(), state, code->second, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC));
     }
-    // Of one key many grabs can fail; it is named once.
-    const host::TappedKey* refused = nullptr;
+    taken_.clear();
     for (const auto& [key, cookie] : asked) {
-        const Reply<xcb_generic_error_t> error(xcb_request_check(connection_, cookie));
-        if (error && std::exchange(refused, key) != key)
-            std::fprintf(stderr, "vantry: another program has %s for itself\n", nameOf(*key).c_str());
+        if (const Reply<xcb_generic_error_t> error { xcb_request_check(connection_, cookie) })
+            noteTaken(*key);
+    }
+    const std::uint64_t modifiers = takenModifiers();
+    for (const host::TappedKey& key : tapped_) {
+        if ((key.down & modifiers) != 0)
+            noteTaken(key);
     }
     drainSoon_();
+}
+
+/// Of one key many grabs can fail; it is named once.
+void Keyboard::noteTaken(const host::TappedKey& key)
+{
+    const std::string name = nameOf(key);
+    if (std::ranges::find(taken_, name) != taken_.end())
+        return;
+    std::fprintf(stderr, "vantry: another program has %s for itself\n", name.c_str());
+    taken_.push_back(name);
+}
+
+/// Whether another program has a modifier's own key. From when that goes down, the keyboard is that program's.
+bool Keyboard::isTaken(xcb_keycode_t modifierKey) const
+{
+    if (modifierKey == 0)
+        return false;
+    const auto request = xcb_grab_key_checked(
+        connection_, 0, connection_.root(), XCB_MOD_MASK_ANY, modifierKey, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_generic_error_t> error(xcb_request_check(connection_, request));
+    if (!error)
+        xcb_ungrab_key(connection_, modifierKey, connection_.root(), XCB_MOD_MASK_ANY);
+    return error != nullptr;
+}
+
+/// The flags of Option and Command where another program has the key.
+std::uint64_t Keyboard::takenModifiers() const
+{
+    const unsigned taken
+        = (isTaken(places_.optionKey) ? places_.option : 0U) | (isTaken(places_.commandKey) ? places_.command : 0U);
+    return places_.flags(static_cast<std::uint16_t>(taken));
 }
 
 void Keyboard::ungrabAll() const

@@ -19,6 +19,7 @@ public:
     bool tap(const std::vector<host::TappedKey>& keys) override;
     void enableTap(bool on) override;
     bool isTapEnabled() override { return isEnabled_; }
+    std::vector<std::string> takenKeys() override { return taken_; }
     bool canPost(std::uint16_t key) override;
     void post(const host::KeyPress& press, bool isDown) override;
 
@@ -30,6 +31,9 @@ private:
     bool learnPlaces();
     void handlePress(const xcb_key_press_event_t& event);
     void grabAll();
+    void noteTaken(const host::TappedKey& key);
+    bool isTaken(xcb_keycode_t modifierKey) const;
+    std::uint64_t takenModifiers() const;
     void ungrabAll() const;
     std::vector<std::uint16_t> statesOf(const host::TappedKey& key) const;
     const host::TappedKey* tappedKey(xcb_keycode_t code, std::uint64_t flags) const;
@@ -45,6 +49,8 @@ private:
 
     std::vector<host::TappedKey> tapped_;
     bool isEnabled_ = false;
+    /// The names of those that other programs have.
+    std::vector<std::string> taken_;
     /// The modifier keys that are held for a key that was posted.
     std::vector<xcb_keycode_t> held_;
 };
