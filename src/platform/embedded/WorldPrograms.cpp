@@ -198,6 +198,8 @@ void World::setFrontmost(std::optional<pid_t> pid)
     frontmost_ = pid;
     if (pid)
         notices_.process(host::ProcessEvent::activated, find(*pid)->record);
+    else
+        notices_.windowsChanged();
     notices_.sceneChanged();
 }
 

@@ -1,6 +1,7 @@
 #include "embedded/World.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace embedded {
 
@@ -85,7 +86,8 @@ void World::setMain(std::uint32_t number)
     RunningProcess* owner = main ? find(main->owner) : nullptr;
     if (!owner)
         return;
-    owner->mainWindow = number;
+    if (std::exchange(owner->mainWindow, number) != number && frontmost_ == owner->pid())
+        notices_.windowsChanged();
     notices_.sceneChanged();
 }
 
@@ -118,8 +120,10 @@ void World::setMinimised(std::uint32_t number, bool minimised)
         raise(number);
         return;
     }
-    if (RunningProcess* owner = find(window->owner); owner && owner->mainWindow == number)
+    if (RunningProcess* owner = find(window->owner); owner && owner->mainWindow == number) {
         owner->mainWindow.reset();
+        notices_.windowsChanged();
+    }
 }
 
 void World::setFullScreen(std::uint32_t number, bool fullScreen)

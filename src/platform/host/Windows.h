@@ -72,7 +72,8 @@ public:
     /// An entry a display; empty where the desktop has no spaces.
     virtual std::vector<DisplaySpaces> displaySpaces() { return {}; }
 
-    /// Set by the layer: another space came to the front, or windows opened, closed or changed their space.
+    /// Set by the layer: another space came to the front, windows opened, closed or changed their space, or the focus
+    /// went to another window without another application being activated, or to none.
     std::function<void()> onChange;
 };
 

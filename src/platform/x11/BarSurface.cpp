@@ -32,12 +32,12 @@ QRect geometry(const Rect& rect)
 
 }
 
-BarSurface::BarSurface(
-    Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager)
+BarSurface::BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, WindowManager& manager)
     : connection_(connection)
     , mirror_(mirror)
     , monitors_(monitors)
-    , keyboard_(manager)
+    , manager_(manager)
+    , keyboard_(mirror, manager)
 {
 }
 
@@ -126,6 +126,16 @@ void BarSurface::displaysChanged()
     }
 }
 
+void BarSurface::windowsMoved()
+{
+    for (Panel& panel : panels_) {
+        if (panel.obstacle != XCB_WINDOW_NONE && obstacleOf(panel) != panel.obstacle)
+            panel.obstacle = XCB_WINDOW_NONE;
+        if (panel.strayedTo && placeOf(panel) != panel.strayedTo)
+            panel.strayedTo.reset();
+    }
+}
+
 void BarSurface::orderFront(QWidget& widget)
 {
     Panel* panel = find(widget);
@@ -140,6 +150,7 @@ void BarSurface::orderFront(QWidget& widget)
         return;
     }
     insist(*panel, true);
+    putBack(*panel);
     // Asked once for each window in the way: against one that the window manager keeps in front, asking doesn't help.
     const xcb_window_t obstacle = obstacleOf(*panel);
     const bool isNew = obstacle != std::exchange(panel->obstacle, obstacle);
@@ -202,7 +213,7 @@ void BarSurface::giveBackFrom(const QWidget& widget)
 /// Raises a panel, and again those of ours that belong in front of it.
 void BarSurface::raise(const Panel& panel)
 {
-    panel.widget->raise();
+    raiseAlone(panel);
     std::vector<const Panel*> higher;
     for (const Panel& other : panels_) {
         if (other.style.level > panel.style.level && other.widget->isVisible()
@@ -211,7 +222,41 @@ void BarSurface::raise(const Panel& panel)
     }
     std::ranges::stable_sort(higher, {}, [](const Panel* each) { return each->style.level; });
     for (const Panel* other : higher)
-        other->widget->raise();
+        raiseAlone(*other);
+}
+
+void BarSurface::raiseAlone(const Panel& panel)
+{
+    const bool isManaged = manager_.with(
+        panel.window, [](WindowRequests& ask, const DesktopState&, const WindowRecord& window) { ask.raise(window); });
+    if (isManaged)
+        return;
+    panel.widget->raise();
+    if (xcb_connection_t* connection = toolkitConnection())
+        xcb_flush(connection);
+}
+
+/// Another program may have moved it. Asked once for each place where it is found: where the window manager has put it
+/// there, asking doesn't help.
+void BarSurface::putBack(Panel& panel)
+{
+    const auto place = placeOf(panel);
+    if (!host::isBar(panel.style.role) || !place || *place == panel.frame || place == panel.strayedTo)
+        return;
+    panel.strayedTo = place;
+    const auto word = [](int value) { return static_cast<std::uint32_t>(value); };
+    const std::uint32_t values[]
+        = { word(panel.frame.x), word(panel.frame.y), word(panel.frame.width), word(panel.frame.height) };
+    xcb_configure_window(connection_, panel.window,
+        XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT, values);
+    connection_.flush();
+}
+
+/// Absent while the desktop hasn't heard of its window.
+std::optional<Rect> BarSurface::placeOf(const Panel& panel) const
+{
+    const RootChild* child = mirror_.state().rootChildren.find(rootChildOf(panel.window));
+    return child && child->isMapped ? std::optional(child->outer) : std::nullopt;
 }
 
 /// The window of another program that covers a part of the panel and isn't meant to; none in the usual case.
@@ -223,7 +268,7 @@ xcb_window_t BarSurface::obstacleOf(const Panel& panel) const
     if (self == children.end())
         return XCB_WINDOW_NONE;
     const auto mayCover = [&](const RootChild& child) {
-        if (!child.isMapped || child.isOverrideRedirect || owns(child.id) || overlapArea(child.outer, panel.frame) == 0)
+        if (!child.isMapped || owns(child.id) || overlapArea(child.outer, panel.frame) == 0)
             return true;
         const auto client
             = std::ranges::find_if(state.windows, [&](const auto& each) { return each.second.frame == child.id; });
@@ -277,6 +322,8 @@ void BarSurface::describe(const Panel& panel) const
             { isTooltip ? atoms.netWmWindowTypeTooltip : atoms.netWmWindowTypePopupMenu });
         return;
     }
+    // The toolkit's list also says that the window can have the focus, and some window managers would give it that.
+    setProperty(panel, atoms.wmProtocols, XCB_ATOM_ATOM, { atoms.wmDeleteWindow });
     // Written here rather than asked of the toolkit, which leaves it out for a window without a frame.
     setProperty(panel, atoms.netWmWindowType, XCB_ATOM_ATOM, { atoms.netWmWindowTypeDock });
     setProperty(panel, atoms.netWmDesktop, XCB_ATOM_CARDINAL, { allDesktops });

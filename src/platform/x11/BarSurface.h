@@ -17,7 +17,7 @@ namespace x11 {
 /// otherwise.
 class BarSurface final : public host::Surfaces {
 public:
-    BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, const WindowManager& manager);
+    BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, WindowManager& manager);
 
     void adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame) override;
     void release(QWidget& widget) override;
@@ -32,6 +32,8 @@ public:
 
     /// The displays have changed: what a bar reserves depends on what lies beyond it.
     void displaysChanged();
+    /// Windows may have moved, or changed their order.
+    void windowsMoved();
 
     /// Whether a child of the root is a window of this program, or the window manager's frame of one.
     bool owns(xcb_window_t rootChild) const;
@@ -48,6 +50,8 @@ private:
         QSize cutOut {};
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
+        /// Where it lay when it was last asked to come back, and hasn't.
+        std::optional<Rect> strayedTo {};
         /// When its window was last asked to be mapped or unmapped, in nanoseconds of the clock.
         std::uint64_t askedAt = 0;
     };
@@ -62,12 +66,16 @@ private:
     void giveBackFrom(const QWidget& widget);
     void insist(Panel& panel, bool isShown);
     void raise(const Panel& panel);
+    void raiseAlone(const Panel& panel);
+    void putBack(Panel& panel);
+    std::optional<Rect> placeOf(const Panel& panel) const;
     xcb_window_t obstacleOf(const Panel& panel) const;
     xcb_window_t rootChildOf(xcb_window_t window) const;
 
     Connection& connection_;
     const WindowMirror& mirror_;
     Monitors& monitors_;
+    WindowManager& manager_;
     std::vector<Panel> panels_;
     KeyboardFocus keyboard_;
 };

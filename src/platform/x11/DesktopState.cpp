@@ -90,6 +90,16 @@ std::vector<const WindowRecord*> DesktopState::frontToBack() const
     };
     if (isManaged()) {
         std::ranges::for_each(managedStacking | std::views::reverse, add);
+        const auto& children = rootChildren.bottomToTop();
+        std::unordered_map<xcb_window_t, std::size_t> heights;
+        for (std::size_t height = 0; height < children.size(); ++height)
+            heights.emplace(children[height].id, height);
+        // A frame that isn't known yet is a new one.
+        const auto height = [&](const WindowRecord* window) {
+            const auto found = heights.find(window->frame);
+            return found == heights.end() ? children.size() : found->second;
+        };
+        std::ranges::stable_sort(result, std::ranges::greater(), height);
     } else {
         std::ranges::for_each(
             rootChildren.bottomToTop() | std::views::reverse | std::views::transform(&RootChild::id), add);

@@ -22,11 +22,14 @@ struct DesktopState {
     std::unordered_map<xcb_window_t, WindowRecord> windows;
     /// In the order in which they were first mapped.
     std::vector<xcb_window_t> appearance;
-    /// Bottom to top, as the window manager lists them; without one the order of the root's children holds.
+    /// Bottom to top, as the window manager lists them. Not every one follows with that what it does with its frames:
+    /// it decides only among windows that share one.
     std::vector<xcb_window_t> managedStacking;
     RootChildren rootChildren;
 
     xcb_window_t active = XCB_WINDOW_NONE;
+    /// Counts the changes of it.
+    std::uint64_t activeChanges = 0;
     /// Windows that were active, the latest last.
     std::vector<xcb_window_t> activations;
 

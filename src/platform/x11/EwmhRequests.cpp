@@ -1,8 +1,5 @@
 #include "x11/WindowRequests.h"
 
-#include "base/Clock.h"
-#include "base/RunLoop.h"
-
 namespace x11 {
 namespace {
 
@@ -11,20 +8,11 @@ constexpr std::uint32_t fromPager = 2;
 
 }
 
-/// Whether the window manager has just been asked to bring the window forward and hasn't answered. Asking again, or to
-/// raise it, would only make it do the same work again ahead of its answer.
-bool EwmhRequests::isComingForward(const WindowRecord& window) const
+void EwmhRequests::activate(const WindowRecord& window)
 {
-    constexpr std::uint64_t patience = 250'000'000;
-    return asked_.window == window.id && asked_.activeBefore == state_.active
-        && RunLoop::main().clock().nanoseconds() - asked_.at < patience;
-}
-
-void EwmhRequests::activate(const WindowRecord& window) const
-{
-    if (isComingForward(window))
+    if (comingForward_.isOf(window.id, state_))
         return;
-    asked_ = { window.id, state_.active, RunLoop::main().clock().nanoseconds() };
+    comingForward_.note(window.id, state_);
     // Some window managers would bring the window here; what was asked for is to go to it.
     const std::uint32_t desktop = state_.desktopOf(window);
     if (state_.desktopCount > 0 && desktop != allDesktops && desktop != state_.currentDesktop)
@@ -34,9 +22,9 @@ void EwmhRequests::activate(const WindowRecord& window) const
         window.id, connection_.atoms().netActiveWindow, { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
 }
 
-void EwmhRequests::raise(const WindowRecord& window) const
+void EwmhRequests::raise(const WindowRecord& window)
 {
-    if (isComingForward(window))
+    if (comingForward_.isOf(window.id, state_))
         return;
     if (state_.supported.contains(connection_.atoms().netRestackWindow)) {
         connection_.tellManager(
@@ -47,16 +35,16 @@ void EwmhRequests::raise(const WindowRecord& window) const
     xcb_configure_window(connection_, window.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
 }
 
-void EwmhRequests::iconify(const WindowRecord& window) const
+void EwmhRequests::iconify(const WindowRecord& window)
 {
-    asked_ = {};
+    comingForward_.forget();
     connection_.tellManager(
         window.id, connection_.atoms().wmChangeState, { static_cast<std::uint32_t>(WmState::iconic) });
 }
 
-void EwmhRequests::deiconify(const WindowRecord& window) const
+void EwmhRequests::deiconify(const WindowRecord& window)
 {
-    asked_ = {};
+    comingForward_.forget();
     if (!window.isMapped) {
         xcb_map_window(connection_, window.id);
         return;
@@ -67,12 +55,12 @@ void EwmhRequests::deiconify(const WindowRecord& window) const
         window.id, connection_.atoms().netActiveWindow, { fromPager, XCB_CURRENT_TIME, XCB_WINDOW_NONE });
 }
 
-void EwmhRequests::close(const WindowRecord& window) const
+void EwmhRequests::close(const WindowRecord& window)
 {
     connection_.tellManager(window.id, connection_.atoms().netCloseWindow, { XCB_CURRENT_TIME, fromPager });
 }
 
-void EwmhRequests::moveResize(const WindowRecord& window, std::optional<Point> corner, std::optional<Point> size) const
+void EwmhRequests::moveResize(const WindowRecord& window, std::optional<Point> corner, std::optional<Point> size)
 {
     // A maximised window keeps its place until it no longer is.
     if (window.facts.states.maximized)
@@ -88,12 +76,12 @@ void EwmhRequests::moveResize(const WindowRecord& window, std::optional<Point> c
             static_cast<std::uint32_t>(size.value_or(Point {}).y) });
 }
 
-void EwmhRequests::setFullScreen(const WindowRecord& window, bool isFullScreen) const
+void EwmhRequests::setFullScreen(const WindowRecord& window, bool isFullScreen)
 {
     changeStates(window, isFullScreen, connection_.atoms().netWmStateFullscreen, XCB_ATOM_NONE);
 }
 
-void EwmhRequests::setDesktop(const WindowRecord& window, std::uint32_t desktop) const
+void EwmhRequests::setDesktop(const WindowRecord& window, std::uint32_t desktop)
 {
     connection_.tellManager(window.id, connection_.atoms().netWmDesktop, { desktop, fromPager });
 }

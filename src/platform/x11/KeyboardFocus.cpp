@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QInputEvent>
+#include <QWindow>
 
 #include <algorithm>
 #include <array>
@@ -39,10 +40,19 @@ xcb_window_t focusedWindow(xcb_connection_t* connection)
 
 }
 
-/// The server's time of the last key or button, in its milliseconds.
-class KeyboardFocus::UserTime final : public QObject {
+/// Knows when the user last did something, by the server's time in milliseconds, and has the panel say that it takes
+/// input just while it really has the focus. A window manager that looks for the next window to focus may do so before
+/// the panel has been told that its time is over.
+class KeyboardFocus::Watch final : public QObject {
 public:
-    UserTime() { qGuiApp->installEventFilter(this); }
+    explicit Watch(xcb_window_t panel)
+    {
+        qGuiApp->installEventFilter(this);
+        connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, [panel](const QWindow* focused) {
+            if (xcb_connection_t* connection = toolkitConnection())
+                setTakesInput(connection, panel, focused && focused->winId() == panel);
+        });
+    }
     xcb_timestamp_t latest() const { return latest_; }
 
 private:
@@ -65,8 +75,9 @@ private:
     xcb_timestamp_t latest_ = XCB_CURRENT_TIME;
 };
 
-KeyboardFocus::KeyboardFocus(const WindowManager& manager)
-    : manager_(manager)
+KeyboardFocus::KeyboardFocus(const WindowMirror& mirror, WindowManager& manager)
+    : mirror_(mirror)
+    , manager_(manager)
 {
 }
 
@@ -83,7 +94,7 @@ void KeyboardFocus::take(xcb_window_t panel)
     if (focused != panel && focused != holder_)
         previous_ = focused;
     holder_ = panel;
-    userTime_ = std::make_unique<UserTime>();
+    watch_ = std::make_unique<Watch>(panel);
     setTakesInput(connection, panel, true);
     xcb_set_input_focus(connection, XCB_INPUT_FOCUS_POINTER_ROOT, panel, XCB_CURRENT_TIME);
     xcb_flush(connection);
@@ -96,11 +107,18 @@ void KeyboardFocus::giveBack()
 {
     xcb_connection_t* connection = toolkitConnection();
     const xcb_window_t holder = std::exchange(holder_, XCB_WINDOW_NONE);
-    const auto userTime = std::exchange(userTime_, nullptr);
+    const auto watch = std::exchange(watch_, nullptr);
     if (!connection || holder == XCB_WINDOW_NONE)
         return;
     setTakesInput(connection, holder, false);
-    const xcb_timestamp_t latest = userTime->latest();
+    // A window manager that counts the panel as the active window wants to be asked for another one.
+    if (mirror_.state().active == holder) {
+        xcb_flush(connection);
+        if (!manager_.isBringingForward())
+            manager_.activateLast();
+        return;
+    }
+    const xcb_timestamp_t latest = watch->latest();
     for (const xcb_timestamp_t time :
         { latest == XCB_CURRENT_TIME ? latest : latest - 1, xcb_timestamp_t(XCB_CURRENT_TIME) }) {
         if (focusedWindow(connection) != holder)

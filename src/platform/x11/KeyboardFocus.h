@@ -7,8 +7,6 @@
 #include <cstdint>
 #include <memory>
 
-class QObject;
-
 namespace x11 {
 
 /// The input focus, while a panel of ours has it. A panel takes it by itself rather than through the window manager, of
@@ -16,7 +14,7 @@ namespace x11 {
 /// it any unasked. Main thread.
 class KeyboardFocus {
 public:
-    explicit KeyboardFocus(const WindowManager& manager);
+    KeyboardFocus(const WindowMirror& mirror, WindowManager& manager);
     ~KeyboardFocus();
 
     /// The window must be mapped.
@@ -26,13 +24,14 @@ public:
     xcb_window_t holder() const { return holder_; }
 
 private:
-    const WindowManager& manager_;
+    const WindowMirror& mirror_;
+    WindowManager& manager_;
     xcb_window_t holder_ = XCB_WINDOW_NONE;
     /// The window that had the focus before.
     xcb_window_t previous_ = XCB_WINDOW_NONE;
-    /// Knows when the user last did something. There while a panel has the focus.
-    class UserTime;
-    std::unique_ptr<UserTime> userTime_;
+    /// There while a panel has taken the focus.
+    class Watch;
+    std::unique_ptr<Watch> watch_;
 };
 
 }

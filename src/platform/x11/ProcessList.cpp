@@ -44,7 +44,7 @@ const std::string& firstNonEmpty(std::initializer_list<const std::string*> texts
 
 }
 
-ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, const WindowManager& manager,
+ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, WindowManager& manager,
     freedesktop::InstalledApplications& applications, std::optional<pid_t> otherInstance,
     std::function<void()> updateSoon)
     : connection_(connection)
@@ -75,7 +75,7 @@ bool ProcessList::hide(pid_t pid)
         return false;
     updateSoon_();
     Taken& taken = taken_[pid];
-    return manager_.withEach(pid, [&](const auto& ask, const DesktopState& state, const WindowRecord& window) {
+    return manager_.withEach(pid, [&](auto& ask, const DesktopState& state, const WindowRecord& window) {
         if (state.isIconic(window))
             return;
         taken.try_emplace(window.id, state.desktopOf(window));
@@ -96,7 +96,7 @@ bool ProcessList::unhide(pid_t pid)
         const auto place = taken.mapped().find(each->id);
         if (place == taken.mapped().end())
             continue;
-        manager_.with(each->id, [&](const auto& ask, const DesktopState&, const WindowRecord& window) {
+        manager_.with(each->id, [&](auto& ask, const DesktopState&, const WindowRecord& window) {
             ask.deiconify(window);
             // Deiconifying can bring a window to the desktop in front.
             ask.setDesktop(window, place->second);
@@ -108,7 +108,7 @@ bool ProcessList::unhide(pid_t pid)
 bool ProcessList::terminate(pid_t pid)
 {
     return manager_.withEach(
-        pid, [](const auto& ask, const DesktopState&, const WindowRecord& window) { ask.close(window); });
+        pid, [](auto& ask, const DesktopState&, const WindowRecord& window) { ask.close(window); });
 }
 
 bool ProcessList::forceTerminate(pid_t pid)

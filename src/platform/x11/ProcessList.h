@@ -15,7 +15,7 @@ class ProcessList final : public host::Processes {
 public:
     /// `otherInstance` is the process of this program that was there before. `updateSoon` has `update` called from the
     /// run loop.
-    ProcessList(Connection& connection, const WindowMirror& mirror, const WindowManager& manager,
+    ProcessList(Connection& connection, const WindowMirror& mirror, WindowManager& manager,
         freedesktop::InstalledApplications& applications, std::optional<pid_t> otherInstance,
         std::function<void()> updateSoon);
 
@@ -59,7 +59,7 @@ private:
 
     Connection& connection_;
     const WindowMirror& mirror_;
-    const WindowManager& manager_;
+    WindowManager& manager_;
     freedesktop::InstalledApplications& applications_;
     std::optional<pid_t> otherInstance_;
     std::function<void()> updateSoon_;

@@ -41,13 +41,13 @@ AXError readAttribute(const DesktopState& state, const WindowRecord& window, Att
     }
 }
 
-void makeMain(const WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isMain)
+void makeMain(WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isMain)
 {
     if (isMain)
         ask.activate(window);
 }
 
-void setMinimized(const WindowRequests& ask, const DesktopState& state, const WindowRecord& window, bool isMinimized)
+void setMinimized(WindowRequests& ask, const DesktopState& state, const WindowRecord& window, bool isMinimized)
 {
     // A window on another desktop may be unmapped without being iconified; mapping it would bring it here.
     if (isMinimized == state.isIconic(window))
@@ -58,7 +58,7 @@ void setMinimized(const WindowRequests& ask, const DesktopState& state, const Wi
     ask.activate(window);
 }
 
-void setFullScreen(const WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isFullScreen)
+void setFullScreen(WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isFullScreen)
 {
     ask.setFullScreen(window, isFullScreen);
 }
@@ -197,7 +197,7 @@ AXError WindowElements::writeWindow(xcb_window_t window, Attribute attribute, co
         return kAXErrorIllegalArgument;
     }
 
-    using Order = void (*)(const WindowRequests&, const DesktopState&, const WindowRecord&, bool);
+    using Order = void (*)(WindowRequests&, const DesktopState&, const WindowRecord&, bool);
     static constexpr std::pair<Attribute, Order> orders[] = {
         { Attribute::main, makeMain },
         { Attribute::minimized, setMinimized },
@@ -209,17 +209,16 @@ AXError WindowElements::writeWindow(xcb_window_t window, Attribute attribute, co
     const bool* isOn = std::get_if<bool>(&value);
     if (!isOn)
         return kAXErrorIllegalArgument;
-    return outcome(manager_.with(window, [&](const auto& ask, const auto& state, const WindowRecord& record) {
-        order->second(ask, state, record, *isOn);
-    }));
+    return outcome(manager_.with(window,
+        [&](auto& ask, const auto& state, const WindowRecord& record) { order->second(ask, state, record, *isOn); }));
 }
 
 AXError WindowElements::perform(const ElementID& element, host::Action, double)
 {
     if (element.kind != Kind::window)
         return kAXErrorActionUnsupported;
-    const bool exists = manager_.with(static_cast<xcb_window_t>(element.id),
-        [](const auto& ask, const DesktopState& state, const WindowRecord& window) {
+    const bool exists = manager_.with(
+        static_cast<xcb_window_t>(element.id), [](auto& ask, const DesktopState& state, const WindowRecord& window) {
             const WindowRecord* active = state.find(state.active);
             if (active && active->pid == window.pid)
                 ask.activate(window);

@@ -10,7 +10,7 @@ namespace x11 {
 /// application can hang it.
 class WindowElements final : public host::Accessibility {
 public:
-    WindowElements(const WindowMirror& mirror, const WindowManager& manager, const ProcessList& processes)
+    WindowElements(const WindowMirror& mirror, WindowManager& manager, const ProcessList& processes)
         : mirror_(mirror)
         , manager_(manager)
         , processes_(processes)
@@ -34,7 +34,7 @@ private:
     bool isApplication(pid_t pid) const;
 
     const WindowMirror& mirror_;
-    const WindowManager& manager_;
+    WindowManager& manager_;
     const ProcessList& processes_;
 };
 

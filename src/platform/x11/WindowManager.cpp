@@ -32,14 +32,14 @@ WindowManager::WindowManager(Connection& connection, const WindowMirror& mirror)
 {
 }
 
-const WindowRequests& WindowManager::requests(const DesktopState& state) const
+WindowRequests& WindowManager::requests(const DesktopState& state)
 {
     if (state.isManaged())
         return ewmh_;
     return bare_;
 }
 
-bool WindowManager::with(xcb_window_t window, const Act& act) const
+bool WindowManager::with(xcb_window_t window, const Act& act)
 {
     const bool exists = mirror_.read([&](const DesktopState& state) {
         const WindowRecord* record = state.find(window);
@@ -51,7 +51,7 @@ bool WindowManager::with(xcb_window_t window, const Act& act) const
     return exists;
 }
 
-bool WindowManager::withEach(pid_t pid, const Act& act) const
+bool WindowManager::withEach(pid_t pid, const Act& act)
 {
     const bool hasAny = mirror_.read([&](const DesktopState& state) {
         const auto windows = state.windowsOf(pid);
@@ -63,7 +63,7 @@ bool WindowManager::withEach(pid_t pid, const Act& act) const
     return hasAny;
 }
 
-bool WindowManager::activate(pid_t pid) const
+bool WindowManager::activate(pid_t pid)
 {
     const bool hasAny = mirror_.read([&](const DesktopState& state) {
         if (const WindowRecord* window = leadingWindow(state, pid))
@@ -74,7 +74,7 @@ bool WindowManager::activate(pid_t pid) const
     return hasAny;
 }
 
-void WindowManager::activateLast() const
+void WindowManager::activateLast()
 {
     mirror_.read([&](const DesktopState& state) {
         for (const xcb_window_t id : state.activations | std::views::reverse) {
@@ -86,9 +86,14 @@ void WindowManager::activateLast() const
     connection_.flush();
 }
 
-bool WindowManager::setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size) const
+bool WindowManager::isBringingForward() const
 {
-    return with(window, [&](const WindowRequests& ask, const DesktopState& state, const WindowRecord& record) {
+    return mirror_.read([this](const DesktopState&) { return ewmh_.isBringingForward(); });
+}
+
+bool WindowManager::setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size)
+{
+    return with(window, [&](WindowRequests& ask, const DesktopState& state, const WindowRecord& record) {
         // The window manager counts a client's own shadows as part of it.
         const Insets shadows = record.shadows.value_or(Insets {});
         const Rect outer = state.outer(record);
@@ -103,9 +108,9 @@ bool WindowManager::setOuter(xcb_window_t window, std::optional<Point> corner, s
     });
 }
 
-bool WindowManager::cutOff(pid_t pid) const
+bool WindowManager::cutOff(pid_t pid)
 {
-    return withEach(pid, [this](const WindowRequests&, const DesktopState&, const WindowRecord& window) {
+    return withEach(pid, [this](WindowRequests&, const DesktopState&, const WindowRecord& window) {
         xcb_kill_client(connection_, window.id);
     });
 }

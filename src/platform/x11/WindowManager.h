@@ -14,22 +14,24 @@ public:
 
     /// Runs `act` with the window and the way to ask something of it, and sends what it asked. False when there is no
     /// such window.
-    using Act = std::function<void(const WindowRequests&, const DesktopState&, const WindowRecord&)>;
-    bool with(xcb_window_t window, const Act& act) const;
+    using Act = std::function<void(WindowRequests&, const DesktopState&, const WindowRecord&)>;
+    bool with(xcb_window_t window, const Act& act);
     /// The same for a process's windows, front first. False when it has none.
-    bool withEach(pid_t pid, const Act& act) const;
+    bool withEach(pid_t pid, const Act& act);
 
     /// Makes the process's last active window that isn't iconified the active one. False when it has no window.
-    bool activate(pid_t pid) const;
+    bool activate(pid_t pid);
     /// Activates whichever other program's window was active last and can be.
-    void activateLast() const;
+    void activateLast();
+    /// Whether a window has been asked to come forward and hasn't come yet.
+    bool isBringingForward() const;
     /// Moves or resizes a window by its outer bounds; root coordinates.
-    bool setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size) const;
+    bool setOuter(xcb_window_t window, std::optional<Point> corner, std::optional<Point> size);
     /// Cuts the connections of the programs that own the process's windows. False when it has none.
-    bool cutOff(pid_t pid) const;
+    bool cutOff(pid_t pid);
 
 private:
-    const WindowRequests& requests(const DesktopState& state) const;
+    WindowRequests& requests(const DesktopState& state);
 
     Connection& connection_;
     const WindowMirror& mirror_;

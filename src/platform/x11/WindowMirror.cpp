@@ -162,6 +162,7 @@ void WindowMirror::setActive(xcb_window_t window)
     if (active == state_.active)
         return;
     state_.active = active;
+    ++state_.activeChanges;
     changes_.active = true;
     if (active == XCB_WINDOW_NONE)
         return;

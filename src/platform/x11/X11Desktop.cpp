@@ -141,6 +141,7 @@ private:
         if (connection_->isLost())
             return lose();
         const bool hasTold = tell();
+        surfaces_.windowsMoved();
         pointer_.report([this](const PointerWatch::Place& place) {
             return surfaces_.owns(place.over) ? !place.isButtonDown : !surfaces_.isAnyAt(place.point);
         });
@@ -197,15 +198,17 @@ private:
             surfaces_.displaysChanged();
 
         const bool hasNewProcesses = std::exchange(areProcessesStale_, false) || changes.listing || changes.active;
+        bool hasActivated = false;
         if (hasNewProcesses) {
             for (const auto& [event, process] : processes_.update()) {
+                hasActivated |= event == host::ProcessEvent::activated;
                 if (processes_.onEvent)
                     processes_.onEvent(event, process);
             }
             // An icon may have been asked for, and events may have come with it.
             drainSoon();
         }
-        const bool hasNewWindows = changes.listing || changes.desktops;
+        const bool hasNewWindows = changes.listing || changes.desktops || (changes.active && !hasActivated);
         if (hasNewWindows && windows_.onChange)
             windows_.onChange();
         return hasNewDisplays || hasNewProcesses || hasNewWindows;
