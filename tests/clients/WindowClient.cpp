@@ -3,6 +3,7 @@
 //
 //   create X Y WIDTH HEIGHT             makes a window and answers its number
 //   map WINDOW                          shows it
+//   raise WINDOW                        puts it in front
 //   destroy WINDOW
 //   iconify WINDOW
 //   fullscreen WINDOW
@@ -101,6 +102,8 @@ private:
         constexpr std::uint32_t fromApplication = 1;
         if (verb == "map")
             xcb_map_window(connection_, window);
+        else if (verb == "raise")
+            raise(window);
         else if (verb == "destroy")
             destroy(window);
         else if (verb == "iconify")
@@ -161,6 +164,12 @@ private:
             { userPositionAndSize, place(x), place(y), width, height, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0 });
         windows_.insert(window);
         return window;
+    }
+
+    void raise(xcb_window_t window)
+    {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     }
 
     void destroy(xcb_window_t window)

@@ -76,6 +76,22 @@ protected:
         return program;
     }
 
+    /// A bar on which the user has just clicked: who wasn't touched may be refused the keyboard.
+    void showBar(QWidget& panel)
+    {
+        surfaces().adopt(panel, { .role = host::SurfaceRole::bottomBar, .level = 101 },
+            { 0, 0, displays().all().front().frame.width, 40 });
+        surfaces().orderFront(panel);
+        ASSERT_TRUE(settle([&] { return under_->shows(panel); }));
+        clickOnBar();
+    }
+
+    void clickOnBar()
+    {
+        under_->click({ 20, 20 });
+        settle([turns = 0]() mutable { return ++turns > 20; });
+    }
+
     void focus(const Program& program)
     {
         under_->focus(program.window);
@@ -270,6 +286,29 @@ TEST_P(Contract, TheListIsFrontFirst)
         focus(program);
 
     EXPECT_TRUE(settle([&] { return isInFrontOf(b.window, a.window) && isInFrontOf(a.window, c.window); }));
+}
+
+TEST_P(Contract, FocusThatMovesWithinAProgramOrToNoneIsTold)
+{
+    const auto program = start("alpha");
+    const Program second { program.pid, under_->openWindow(program.pid, "second", upRight) };
+    ASSERT_TRUE(settle([&] { return isListed(second.window); }));
+    const auto isFocused = [&](const Program& one) {
+        return read<ElementID>(application(one.pid), Attribute::focusedWindow) == element(one.pid, one.window);
+    };
+    const auto isTold = [&] { return windowChanges_ + events_.size() > 0; };
+    for (const Program& next : { program, second, program }) {
+        forgetPosted();
+        under_->focus(next.window);
+        EXPECT_TRUE(settle([&] { return isFocused(next) && isTold(); })) << next.window;
+    }
+
+    QWidget panel;
+    showBar(panel);
+    forgetPosted();
+    surfaces().takeKeyboard(panel);
+    EXPECT_TRUE(settle([&] { return processes().frontmost() != program.pid && isTold(); }));
+    surfaces().release(panel);
 }
 
 // Hiding
@@ -470,6 +509,13 @@ TEST_P(Contract, AKeyThatTheTapSwallowsReachesNobodyAndOneThatPassesTheFocusedPr
     EXPECT_TRUE(settle([&] { return seen(swallowed) == 1; })) << "no tap yet";
     keyboard.enableTap(true);
     EXPECT_TRUE(keyboard.isTapEnabled());
+    // A window manager that has one of the modifiers for itself gets the keys after it; then they are named.
+    if (const auto taken = keyboard.takenKeys(); !taken.empty()) {
+        EXPECT_EQ(taken.size(), 1u);
+        type(passed, option, 1);
+        EXPECT_TRUE(settle([&] { return seen(passed) == 1; }));
+        GTEST_SKIP() << "another program has " << taken.front();
+    }
     type(swallowed, option | command, 1);
     type(swallowed, option | command | control, 2);
     type(passed, option, 3);
@@ -536,10 +582,7 @@ TEST_P(Contract, APanelHasTheKeyboardUntilItIsGivenBackTakenOrGone)
     const auto first = start("alpha");
     const auto second = start("beta");
     QWidget panel;
-    surfaces().adopt(panel, { .role = host::SurfaceRole::bottomBar, .level = 101 },
-        { 0, 0, displays().all().front().frame.width, 40 });
-    surfaces().orderFront(panel);
-    ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
+    showBar(panel);
 
     const auto isInFront = [&](pid_t pid) { return settle([&] { return processes().frontmost() == pid; }); };
     const struct {
@@ -555,6 +598,7 @@ TEST_P(Contract, APanelHasTheKeyboardUntilItIsGivenBackTakenOrGone)
         SCOPED_TRACE(each.how);
         focus(first);
         ASSERT_TRUE(isInFront(first.pid));
+        clickOnBar();
         // The window manager may have nothing to say of a panel that takes the focus by itself, but of who lost it.
         surfaces().takeKeyboard(panel);
         EXPECT_TRUE(settle([&] { return processes().frontmost() != first.pid; }));

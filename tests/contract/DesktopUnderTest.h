@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+class QWidget;
+
 /// A desktop, and the means to act on it from outside as a user or another program would. The contract suite knows no
 /// more than this of the desktop that it runs on.
 class DesktopUnderTest {
@@ -40,8 +42,13 @@ public:
     /// How often the window's program has seen that key go down.
     virtual std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) = 0;
 
+    /// Whether a panel of ours is really on the screen.
+    virtual bool shows(const QWidget& panel) = 0;
+
     /// Moves the pointer, screen space.
     virtual void movePointer(CGPoint point) = 0;
+    /// The user clicks there with the first button, screen space.
+    virtual void click(CGPoint point) = 0;
     /// The user goes to the nth desktop, from 0; there are at least two.
     virtual void switchToSpace(std::size_t index) = 0;
 };

@@ -5,6 +5,8 @@
 #include "support/ManualClock.h"
 #include "support/ScenarioBuilder.h"
 
+#include <QWidget>
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -82,7 +84,9 @@ public:
         }));
     }
 
+    bool shows(const QWidget& panel) override { return panel.isVisible(); }
     void movePointer(CGPoint point) override { desktop_->pointer().move(point); }
+    void click(CGPoint point) override { desktop_->pointer().move(point); }
     void switchToSpace(std::size_t index) override
     {
         world().showSpace(world().screens().all().front().spaces.at(index).id);

@@ -6,6 +6,8 @@
 #include "x11/X11Desktop.h"
 
 #include <QCoreApplication>
+#include <QWidget>
+#include <QWindow>
 
 #include <xcb/xtest.h>
 
@@ -141,6 +143,7 @@ X11DesktopUnderTest::X11DesktopUnderTest()
     , screen_(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data)
 {
     signal(SIGPIPE, SIG_IGN);
+    haveTwoSpaces();
     switchToSpace(0);
     std::string reason;
     desktop_ = x11::openX11Desktop(reason);
@@ -238,19 +241,24 @@ void X11DesktopUnderTest::enterFullScreen(std::uint32_t window)
 
 void X11DesktopUnderTest::focus(std::uint32_t window)
 {
-    constexpr std::uint32_t fromPager = 2;
     const auto isActive = [&] { return activeWindow() == window; };
     // A window manager that is about to focus a window that just came forgets this; a user would click again.
     for (int tries = 0; tries < 10 && !isActive(); ++tries) {
-        tellManager(window, "_NET_ACTIVE_WINDOW", { fromPager, XCB_CURRENT_TIME, 0 });
+        bringForward(window);
         settle(isActive, 0.5);
     }
+}
+
+void X11DesktopUnderTest::bringForward(std::uint32_t window)
+{
+    constexpr std::uint32_t fromPager = 2;
+    tellManager(window, "_NET_ACTIVE_WINDOW", { fromPager, XCB_CURRENT_TIME, 0 });
 }
 
 /// Whether the window manager or the desktop still lists a window of the programs.
 bool X11DesktopUnderTest::isAnyListed()
 {
-    const auto managed = managerLists("_NET_CLIENT_LIST");
+    const auto managed = rootNumbers("_NET_CLIENT_LIST");
     return std::ranges::any_of(owners_, [&](const auto& owner) {
         return std::ranges::find(managed, owner.first) != managed.end() || desktop_->windows().find(owner.first);
     });
@@ -258,21 +266,21 @@ bool X11DesktopUnderTest::isAnyListed()
 
 xcb_window_t X11DesktopUnderTest::activeWindow()
 {
-    const auto active = managerLists("_NET_ACTIVE_WINDOW");
+    const auto active = rootNumbers("_NET_ACTIVE_WINDOW");
     return active.empty() ? xcb_window_t(XCB_WINDOW_NONE) : active.front();
 }
 
-std::vector<xcb_window_t> X11DesktopUnderTest::managerLists(const std::string& property)
+std::vector<std::uint32_t> X11DesktopUnderTest::rootNumbers(const std::string& property)
 {
     auto* reply = xcb_get_property_reply(
-        connection_, xcb_get_property(connection_, 0, root(), atom(property), XCB_ATOM_WINDOW, 0, 1000), nullptr);
-    std::vector<xcb_window_t> windows;
+        connection_, xcb_get_property(connection_, 0, root(), atom(property), XCB_ATOM_ANY, 0, 1000), nullptr);
+    std::vector<std::uint32_t> numbers;
     if (reply) {
-        const auto* values = static_cast<const xcb_window_t*>(xcb_get_property_value(reply));
-        windows.assign(values, values + reply->value_len);
+        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply));
+        numbers.assign(values, values + reply->value_len);
     }
     std::free(reply);
-    return windows;
+    return numbers;
 }
 
 void X11DesktopUnderTest::typeKey(std::uint16_t key, std::uint64_t flags)
@@ -299,12 +307,35 @@ std::size_t X11DesktopUnderTest::pressesSeen(std::uint32_t window, std::uint16_t
     return program(owners_.at(window)).tell("presses " + std::to_string(serverCode(key)));
 }
 
+bool X11DesktopUnderTest::shows(const QWidget& panel)
+{
+    const QWindow* window = panel.windowHandle();
+    return window && window->isExposed();
+}
+
 void X11DesktopUnderTest::movePointer(CGPoint point)
 {
     const double height = desktop_->displays().all().front().frame.height;
     xcb_warp_pointer(connection_, XCB_WINDOW_NONE, root(), 0, 0, 0, 0, static_cast<std::int16_t>(point.x),
         static_cast<std::int16_t>(height - point.y - 1));
     xcb_flush(connection_);
+}
+
+void X11DesktopUnderTest::click(CGPoint point)
+{
+    movePointer(point);
+    for (const int type : { XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE })
+        xcb_test_fake_input(
+            connection_, static_cast<std::uint8_t>(type), 1, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(connection_);
+}
+
+void X11DesktopUnderTest::haveTwoSpaces()
+{
+    const auto count = [this] { return rootNumbers("_NET_NUMBER_OF_DESKTOPS"); };
+    if (count() == std::vector<std::uint32_t> { 1 })
+        tellManager(root(), "_NET_NUMBER_OF_DESKTOPS", { 2 });
+    settle([&] { return count() != std::vector<std::uint32_t> { 1 }; });
 }
 
 void X11DesktopUnderTest::switchToSpace(std::size_t index)

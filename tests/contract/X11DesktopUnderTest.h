@@ -44,8 +44,13 @@ public:
     void enterFullScreen(std::uint32_t window) override;
     void typeKey(std::uint16_t key, std::uint64_t flags) override;
     std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) override;
+    bool shows(const QWidget& panel) override;
     void movePointer(CGPoint point) override;
+    void click(CGPoint point) override;
     void switchToSpace(std::size_t index) override;
+
+    /// As a pager would, also a window that counts as active though it is iconified.
+    void bringForward(std::uint32_t window);
 
     ClientProgram& program(pid_t pid) { return *programs_.at(pid); }
     /// Tells a window's program to do something with it: "VERB WINDOW REST".
@@ -60,9 +65,10 @@ public:
 private:
     bool settle(const std::function<bool()>& condition, double seconds);
     bool isAnyListed();
+    void haveTwoSpaces();
     xcb_window_t activeWindow();
-    /// The windows in a property of the root.
-    std::vector<xcb_window_t> managerLists(const std::string& property);
+    /// The windows, or other numbers, in a property of the root.
+    std::vector<std::uint32_t> rootNumbers(const std::string& property);
     void tellManager(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& data);
 
     /// The tests' own, by which they act as a pager or a user would.

@@ -85,7 +85,7 @@ TEST_F(X11, AMaximisedWindowCanBePlaced)
         GTEST_SKIP() << "nobody maximises";
     const auto program = start(
         "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
-    ASSERT_TRUE(settle([&] { return bounds(program.window).width == displays().all().front().frame.width; }));
+    ASSERT_TRUE(settle([&] { return bounds(program.window).width >= displays().all().front().frame.width; }));
 
     // The first request ends the maximised state, and with it goes its decoration; who wants it exact asks again.
     const CGRect goal { 100, 120, 640, 480 };
@@ -116,7 +116,7 @@ TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
     processes().hide(program.pid);
     ASSERT_TRUE(settle([&] { return processes().find(program.pid)->isHidden; }));
 
-    under_->tell(second, "map");
+    under_->bringForward(second);
 
     EXPECT_TRUE(settle([&] { return !processes().find(program.pid)->isHidden; }));
     EXPECT_EQ(read<bool>(element(program.pid, program.window), Attribute::minimized), true);
@@ -275,6 +275,10 @@ TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
     const CGRect frame = displays().all().front().frame;
     const auto program = start(
         "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
+    ASSERT_TRUE(settle([&] { return bounds(program.window).width >= frame.width; }));
+    // A window manager may have a panel of its own, or put the borders of a maximised window outside of its place.
+    const CGRect before = bounds(program.window);
+    const double border = -before.y;
     QWidget bar;
     surfaces().adopt(
         bar, { .role = host::SurfaceRole::bottomBar, .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
@@ -283,7 +287,9 @@ TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
     for (const bool isTop : { false, true }) {
         surfaces().setRole(bar, isTop ? host::SurfaceRole::topBar : host::SurfaceRole::bottomBar);
         surfaces().setFrame(bar, { 0, isTop ? frame.height - 48 : 0, frame.width, 48 });
-        const CGRect left { 0, isTop ? 53.0 : 0, frame.width, frame.height - 53 };
+        const double top = isTop ? 53 - border : before.y;
+        const double bottom = isTop ? before.maxY() : std::min(before.maxY(), frame.height - 53 + border);
+        const CGRect left { before.x, top, before.width, bottom - top };
         EXPECT_TRUE(settle([&] { return bounds(program.window) == left; })) << description(bounds(program.window));
         EXPECT_EQ(displays().all().front().visibleFrame, frame);
     }

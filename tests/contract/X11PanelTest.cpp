@@ -79,6 +79,53 @@ protected:
         return reply && reply->override_redirect && reply->map_state == XCB_MAP_STATE_VIEWABLE;
     }
 
+    /// A bar along the lower edge, shown.
+    void showBar(QWidget& bar)
+    {
+        const CGRect frame = displays().all().front().frame;
+        surfaces().adopt(bar, { .role = host::SurfaceRole::bottomBar, .level = 101 }, { 0, 0, frame.width, barHeight });
+        surfaces().orderFront(bar);
+        ASSERT_TRUE(settle([&] { return under_->shows(bar); }));
+        ASSERT_TRUE(settle([&] { return !hasWindowManager() || isManaged(static_cast<xcb_window_t>(bar.winId())); }));
+    }
+
+    /// The child of the root that a window lies in, and its place among them from the bottom.
+    std::ptrdiff_t height(xcb_window_t window)
+    {
+        for (;;) {
+            const Answer<xcb_query_tree_reply_t> tree(
+                xcb_query_tree_reply(under_->connection(), xcb_query_tree(under_->connection(), window), nullptr),
+                &std::free);
+            if (!tree || tree->parent == XCB_WINDOW_NONE)
+                return -1;
+            if (tree->parent == under_->root())
+                break;
+            window = tree->parent;
+        }
+        const Answer<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(under_->connection(), xcb_query_tree(under_->connection(), under_->root()), nullptr),
+            &std::free);
+        const auto* children = xcb_query_tree_children(tree.get());
+        return std::find(children, children + xcb_query_tree_children_length(tree.get()), window) - children;
+    }
+
+    CGPoint corner(xcb_window_t window)
+    {
+        const Answer<xcb_translate_coordinates_reply_t> reply(
+            xcb_translate_coordinates_reply(under_->connection(),
+                xcb_translate_coordinates(under_->connection(), window, under_->root(), 0, 0), nullptr),
+            &std::free);
+        return { double(reply->dst_x), double(reply->dst_y) };
+    }
+
+    /// Lets the desktop hear of what has happened.
+    void hear()
+    {
+        settle([turns = 0]() mutable { return ++turns > 20; });
+    }
+
+    static constexpr double barHeight = 48;
+
     int shapeArea(xcb_window_t window)
     {
         const Answer<xcb_shape_get_rectangles_reply_t> reply(
@@ -118,4 +165,61 @@ TEST_F(X11Panel, WhereNothingIsBlendedAPopupHasTheShapeOfItsPaint)
     Notched popup;
     popup.show(surfaces(), { 300, 300, 200, 100 });
     EXPECT_TRUE(settle([&] { return shapeArea(popup.number()) == 200 * 100 * 3 / 4; })) << shapeArea(popup.number());
+}
+
+TEST_F(X11Panel, ABarThatIsCoveredComesBackEachTime)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody minds a bar";
+    const CGRect frame = displays().all().front().frame;
+    QWidget bar;
+    showBar(bar);
+    const auto panel = static_cast<xcb_window_t>(bar.winId());
+    const auto above
+        = start("above", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_ABOVE" } }, { 200, frame.height - 300, 400, 200 });
+    const bool canOverlap = settle([&] {
+        write(element(above.pid, above.window), host::Attribute::position, CGPoint { 200, frame.height - 150 });
+        return bounds(above.window).maxY() > frame.height - barHeight;
+    });
+    if (!canOverlap)
+        GTEST_SKIP() << "windows are kept off bars here";
+    const std::uint32_t front = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(under_->connection(), panel, XCB_CONFIG_WINDOW_STACK_MODE, &front);
+    xcb_flush(under_->connection());
+    if (!settle([&] { return height(panel) > height(above.window); }))
+        GTEST_SKIP() << "such windows are in front of bars here";
+    for (int round = 0; round < 3; ++round) {
+        // More often than the bar looks, so that it finds the same window in the way each time.
+        under_->focus(above.window);
+        under_->tell(above.window, "raise");
+        if (!settle([&] { return height(above.window) > height(panel); }))
+            GTEST_SKIP() << "bars are in front of all windows here";
+        hear();
+        surfaces().orderFront(bar);
+        EXPECT_TRUE(settle([&] { return height(panel) > height(above.window); })) << round;
+        hear();
+    }
+    surfaces().release(bar);
+}
+
+TEST_F(X11Panel, ABarThatAnotherProgramMovesIsPutBack)
+{
+    const CGRect frame = displays().all().front().frame;
+    QWidget bar;
+    showBar(bar);
+    const auto panel = static_cast<xcb_window_t>(bar.winId());
+    const CGPoint home { 0, frame.height - barHeight };
+    EXPECT_TRUE(settle([&] { return corner(panel) == home; }));
+    for (int round = 0; round < 2; ++round) {
+        const std::uint32_t y = 400;
+        xcb_configure_window(under_->connection(), panel, XCB_CONFIG_WINDOW_Y, &y);
+        xcb_flush(under_->connection());
+        if (!settle([&] { return corner(panel).y == y; }))
+            GTEST_SKIP() << "bars can't be moved here";
+        hear();
+        surfaces().orderFront(bar);
+        EXPECT_TRUE(settle([&] { return corner(panel) == home; })) << round << ' ' << corner(panel).y;
+        hear();
+    }
+    surfaces().release(bar);
 }
