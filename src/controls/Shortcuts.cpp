@@ -106,7 +106,7 @@ CGEventRef handle(CGEventType type, const CGEventRef& event)
 
 void logTap()
 {
-    const std::vector<std::string> taken = CGEventTapTakenKeys(tap);
+    const std::vector<std::string> taken = CGEventTapTakenKeys(tap());
     if (taken.empty())
         Log::debug("shortcuts: event tap installed");
     for (const std::string& key : taken)
