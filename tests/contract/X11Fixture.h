@@ -59,6 +59,12 @@ protected:
         return program;
     }
 
+    /// Lets the window manager end what it is about, and the desktop hear of it.
+    void hear()
+    {
+        settle([turns = 0]() mutable { return ++turns > 100; });
+    }
+
     /// Ends a program and waits until the desktop knows.
     void stop(const Program& program)
     {

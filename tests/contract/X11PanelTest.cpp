@@ -118,12 +118,6 @@ protected:
         return { double(reply->dst_x), double(reply->dst_y) };
     }
 
-    /// Lets the desktop hear of what has happened.
-    void hear()
-    {
-        settle([turns = 0]() mutable { return ++turns > 20; });
-    }
-
     static constexpr double barHeight = 48;
 
     int shapeArea(xcb_window_t window)
