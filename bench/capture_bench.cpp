@@ -112,7 +112,7 @@ public:
         xcb_free_pixmap(connection_, pixmap);
         xcb_free_gc(connection_, context);
         xcb_flush(connection_);
-        runUntil([&] { return host::Desktop::current().windows().spaces(window).has_value(); });
+        runUntil([&] { return host::Desktop::current().windows().find(window) != nullptr; });
         return window;
     }
 

@@ -21,8 +21,8 @@ Windows::List Windows::all()
 {
     log_.add({ .name = "windowList", .value = {} });
     List list;
-    for (const std::uint32_t number : world_.appearance())
-        list.push_back(record(*world_.window(number)));
+    for (const Window* window : world_.byAppearance())
+        list.push_back(record(*window));
     if (records_.size() > 2 * list.size())
         std::erase_if(records_, [&](const auto& each) { return !world_.window(each.first); });
     return list;
@@ -46,11 +46,15 @@ std::shared_ptr<const host::Window> Windows::find(std::uint32_t number)
 
 std::shared_ptr<const host::Window> Windows::record(const Window& window)
 {
-    host::Window now { window.number, window.owner, world_.isScreenCapturePermitted() ? window.title : std::nullopt,
-        window.layer, window.bounds, window.spaces, world_.isOnScreen(window) };
+    const bool isOnScreen = world_.isOnScreen(window);
+    const bool tellsTitle = world_.isScreenCapturePermitted();
     auto& known = records_[window.number];
-    if (!known || *known != now)
-        known = std::make_shared<const host::Window>(std::move(now));
+    const bool isCurrent = known && known->owner == window.owner && known->layer == window.layer
+        && known->bounds == window.bounds && known->spaces == window.spaces && known->isOnScreen == isOnScreen
+        && (tellsTitle ? known->title == window.title : !known->title);
+    if (!isCurrent)
+        known = std::make_shared<const host::Window>(host::Window { window.number, window.owner,
+            tellsTitle ? window.title : std::nullopt, window.layer, window.bounds, window.spaces, isOnScreen });
     return known;
 }
 

@@ -24,7 +24,9 @@ World::World(const Scenario& scenario, const std::string& dockPreferences, Notic
     startOwnPrograms();
     for (auto window = scenario.windows.rbegin(); window != scenario.windows.rend(); ++window)
         open(*window);
-    std::ranges::reverse(appearance_);
+    // They were opened from the last to the first.
+    for (Window& window : windows_)
+        window.appearance = -window.appearance;
     frontmost_ = scenario.frontmost ? scenario.frontmost : nextFrontmost(0);
 }
 
@@ -37,6 +39,15 @@ std::vector<const Window*> World::stack() const
         stack.push_back(&window);
     std::stable_sort(stack.begin(), stack.end(), [](const Window* a, const Window* b) { return a->layer > b->layer; });
     return stack;
+}
+
+std::vector<const Window*> World::byAppearance() const
+{
+    std::vector<const Window*> windows;
+    for (const Window& window : windows_)
+        windows.push_back(&window);
+    std::ranges::sort(windows, {}, &Window::appearance);
+    return windows;
 }
 
 const RunningProcess* World::process(pid_t pid) const

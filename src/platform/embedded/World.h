@@ -25,6 +25,8 @@ inline constexpr pid_t firstPid = 5'000'000;
 
 struct Window {
     std::uint32_t number = 0;
+    /// Grows from window to window.
+    std::int64_t appearance = 0;
     pid_t owner = 0;
     std::optional<std::string> title;
     int layer = 0;
@@ -78,8 +80,8 @@ public:
     const std::vector<RunningProcess>& processes() const { return processes_; }
     /// Front first. Windows of a higher layer are in front of all of a lower one, wherever they stand here.
     const std::vector<Window>& windows() const { return windows_; }
-    /// Their numbers in the order in which they were opened; those of the scenario as they stand in it.
-    const std::vector<std::uint32_t>& appearance() const { return appearance_; }
+    /// In the order in which they were opened; those of the scenario as they stand in it.
+    std::vector<const Window*> byAppearance() const;
     /// The windows as they lie on the screens, front first.
     std::vector<const Window*> stack() const;
     const std::vector<Scenario::Application>& applications() const { return applications_; }
@@ -195,7 +197,7 @@ private:
     std::vector<Scenario::Application> applications_;
     std::vector<RunningProcess> processes_;
     std::vector<Window> windows_;
-    std::vector<std::uint32_t> appearance_;
+    std::int64_t lastAppearance_ = 0;
     std::optional<pid_t> frontmost_;
     bool accessibilityPermitted_;
     bool screenCapturePermitted_;

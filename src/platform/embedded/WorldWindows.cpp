@@ -9,6 +9,7 @@ std::uint32_t World::open(Scenario::Window described)
 {
     Window window;
     window.number = described.number ? described.number : newNumber();
+    window.appearance = ++lastAppearance_;
     window.owner = described.owner;
     window.title = std::move(described.title);
     window.layer = described.layer;
@@ -23,7 +24,6 @@ std::uint32_t World::open(Scenario::Window described)
 
     const std::uint32_t number = window.number;
     windows_.insert(windows_.begin(), std::move(window));
-    appearance_.push_back(number);
     if (described.isFullScreen)
         setFullScreen(number, true);
     notices_.windowsChanged();
@@ -41,7 +41,6 @@ void World::close(std::uint32_t number)
     if (RunningProcess* owner = find(closing->owner); owner && owner->mainWindow == number)
         owner->mainWindow.reset();
     std::erase_if(windows_, [&](const Window& window) { return window.number == number; });
-    std::erase(appearance_, number);
     notices_.windowsChanged();
     notices_.sceneChanged();
 }
