@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,20 @@ protected:
     {
         const char* manager = std::getenv("VANTRY_WM");
         return !manager || std::string_view(manager) != "none";
+    }
+
+    /// A property of 32-bit numbers.
+    std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property)
+    {
+        const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
+            xcb_get_property_reply(under_->connection(),
+                xcb_get_property(under_->connection(), 0, window, under_->atom(property), XCB_ATOM_ANY, 0, 64),
+                nullptr),
+            &std::free);
+        if (!reply)
+            return {};
+        const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+        return { first, first + xcb_get_property_value_length(reply.get()) / 4 };
     }
 
     /// A program of that class with a window that has the given properties ("VERB REST") before it is shown.

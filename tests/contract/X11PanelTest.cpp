@@ -51,19 +51,6 @@ using Answer = std::unique_ptr<T, decltype(&std::free)>;
 
 class X11Panel : public X11 {
 protected:
-    std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property)
-    {
-        const Answer<xcb_get_property_reply_t> reply(
-            xcb_get_property_reply(under_->connection(),
-                xcb_get_property(under_->connection(), 0, window, under_->atom(property), XCB_ATOM_ANY, 0, 64),
-                nullptr),
-            &std::free);
-        if (!reply)
-            return {};
-        const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        return { first, first + xcb_get_property_value_length(reply.get()) / 4 };
-    }
-
     bool isManaged(xcb_window_t window)
     {
         const auto clients = numbers(under_->root(), "_NET_CLIENT_LIST");

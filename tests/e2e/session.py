@@ -43,15 +43,17 @@ def eventually(condition, what, timeout=10.0):
 
 
 class Bar:
-    """The bar's places at the default size, worked out from its published measures; x and y from the upper left."""
+    """The bar's places at the default size, worked out from its published measures, in points from the upper left; what
+    the methods give is in pixels, of which a point has `scale`."""
 
     SCALE = 1.22
 
     SETTINGS = {"launcher": "showLauncher", "search": "showSearch", "showDesktop": "showDesktopButton",
                 "finder": "showFinderButton"}
 
-    def __init__(self, window_x, window_y, settings):
+    def __init__(self, window_x, window_y, settings, scale=1):
         size = lambda base: int(base * self.SCALE + 0.5)
+        self.scale = scale
         self.x, self.y, self.height = window_x, window_y, size(52)
         self.pad, self.item, self.icon = size(8), size(46), size(26)
         widths = {"launcher": self.item, "search": size(160), "showDesktop": self.item, "finder": self.item}
@@ -65,13 +67,16 @@ class Bar:
 
     def middle(self, name):
         x, width = self.places[name]
-        return self.x + x + width // 2, self.y + self.height // 2
+        return self._pixel(x + width // 2)
+
+    def _pixel(self, x):
+        return self.x + int(x * self.scale), self.y + int(self.height // 2 * self.scale)
 
     def button(self, index):
-        return self.x + self.apps + index * self.item + self.item // 2, self.y + self.height // 2
+        return self._pixel(self.apps + index * self.item + self.item // 2)
 
     def trash(self, buttons):
-        return self.x + self.apps + max(1, buttons) * self.item + self.pad + self.item // 2, self.y + self.height // 2
+        return self._pixel(self.apps + max(1, buttons) * self.item + self.pad + self.item // 2)
 
 
 class SessionTest(unittest.TestCase):
@@ -154,6 +159,7 @@ class Session(World):
         super().__init__(**world)
         self.window_manager_name = window_manager
         self.size = size
+        self.scale = 1
         self.processes = []
         self.log_file = None
 
@@ -191,6 +197,11 @@ class Session(World):
                                        stdout=output, stderr=output, start_new_session=True)
         self.processes.append(process)
         return process
+
+    def set_scale(self, scale):
+        """So many pixels to a point, as a session of that resolution says it."""
+        self.scale = scale
+        subprocess.run(["xrdb", "-merge"], input=f"Xft.dpi: {round(96 * scale)}\n".encode(), env=self.environment, check=True)
 
     def _start_server(self):
         # A number of our own choice takes the server's lock file; one that the server chooses takes none, and two
@@ -320,7 +331,7 @@ class Session(World):
 
     def bar(self, index=0):
         x, y, _, _ = self.geometry(self.bars()[index])
-        return Bar(x, y, self.settings_or_none() or {})
+        return Bar(x, y, self.settings_or_none() or {}, self.scale)
 
     def windows_of(self, wm_class):
         return [window for window in self.clients() if wm_class in self.class_of(window)]

@@ -54,8 +54,30 @@ QImage blurredShape(const QPixmap& picture, const QColor& color, int margin)
 DrawingPainter::DrawingPainter(QPainter& painter, CGSize size, bool flipped)
     : painter_(painter)
     , size_(size)
+    , scale_(painter.worldTransform().m11())
     , flipped_(flipped)
 {
+}
+
+/// Has the body paint in pixels instead of points.
+template <class Body>
+void DrawingPainter::inPixels(const Body& body)
+{
+    const QTransform points = painter_.worldTransform();
+    painter_.setWorldTransform({});
+    body();
+    painter_.setWorldTransform(points);
+}
+
+/// The box moved to the nearest whole pixels, and as many of them large: two that are alike remain so. It doesn't
+/// vanish.
+QRectF DrawingPainter::onPixels(const QRectF& box) const
+{
+    const auto place = [this](double points) { return std::round(points * scale_) / scale_; };
+    const auto length = [this](double points) { return std::max(1.0, std::round(points * scale_)) / scale_; };
+    if (box.isEmpty())
+        return box;
+    return { place(box.x()), place(box.y()), length(box.width()), length(box.height()) };
 }
 
 QRectF DrawingPainter::toPainter(const CGRect& rect) const
@@ -68,20 +90,22 @@ void DrawingPainter::fill(const NSBezierPath& path, const NSColor& fillColor, NS
     painter_.setCompositionMode(mode(operation));
     painter_.setPen(Qt::NoPen);
     painter_.setBrush(toolkitColor(fillColor));
-    drawRounded(painter_, toPainter(path.bounds()), path);
+    drawRounded(painter_, onPixels(toPainter(path.bounds())), path);
     painter_.setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
 void DrawingPainter::stroke(const NSBezierPath& path, const NSColor& strokeColor)
 {
-    painter_.setPen(QPen(toolkitColor(strokeColor), path.lineWidth()));
+    const double pixels = path.lineWidth() * scale_;
+    const double width = (pixels < 1 ? pixels : std::round(pixels)) / scale_;
+    painter_.setPen(QPen(toolkitColor(strokeColor), width));
     painter_.setBrush(Qt::NoBrush);
-    drawRounded(painter_, toPainter(path.bounds()), path);
+    drawRounded(painter_, onPixels(toPainter(path.bounds())), path);
 }
 
 void DrawingPainter::fillGradient(const NSBezierPath& path, const NSColor& start, const NSColor& end, double angle)
 {
-    const QRectF box = toPainter(path.bounds());
+    const QRectF box = onPixels(toPainter(path.bounds()));
     // The gradient's line runs through the middle of the box and ends where the box's farthest corners lie across it.
     const double radians = angle * std::numbers::pi / 180;
     const double dx = std::cos(radians);
@@ -98,43 +122,48 @@ void DrawingPainter::fillGradient(const NSBezierPath& path, const NSColor& start
 
 void DrawingPainter::drawImage(const NSImage& image, const CGRect& rect, double fraction)
 {
-    QRectF box = toPainter(rect);
-    // Pictures lie on whole device pixels: half a pixel off, every edge in them blurs.
-    const QTransform& transform = painter_.transform();
-    const double scale = transform.m11();
-    box.moveTopLeft({ std::round(box.x() * scale) / scale, std::round(box.y() * scale) / scale });
-    const QSize pixels = (box.size() * scale * painter_.device()->devicePixelRatio()).toSize();
-    const QPixmap picture = ImageCache::pixmap(image, pixels);
+    // Half a pixel off, every edge in a picture blurs.
+    const QRectF box = toPainter(rect);
+    const QPointF corner(std::round(box.x() * scale_), std::round(box.y() * scale_));
+    const QSize size = (box.size() * scale_).toSize();
+    const QPixmap picture = ImageCache::pixmap(image, size);
     if (picture.isNull())
         return;
 
-    if (shadows_.back())
-        drawShadow(image, box);
-    painter_.setOpacity(fraction);
-    painter_.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter_.drawPixmap(QRectF(box.topLeft(), QSizeF(pixels) / (scale * painter_.device()->devicePixelRatio())),
-        picture, QRectF(picture.rect()));
-    painter_.setOpacity(1.0);
+    inPixels([&] {
+        if (shadows_.back())
+            drawShadow(image, { corner, size });
+        painter_.setOpacity(fraction);
+        painter_.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter_.drawPixmap(QRectF(corner, size), picture, QRectF(picture.rect()));
+        painter_.setOpacity(1.0);
+    });
 }
 
-void DrawingPainter::drawShadow(const NSImage& image, const QRectF& box)
+void DrawingPainter::drawShadow(const NSImage& image, const QRectF& pixels)
 {
     const NSShadow& shadow = *shadows_.back();
-    const int margin = static_cast<int>(std::ceil(shadow.blurRadius));
+    const int margin = static_cast<int>(std::ceil(shadow.blurRadius * scale_));
     const QImage shape
-        = blurredShape(ImageCache::pixmap(image, box.size().toSize()), toolkitColor(shadow.color), margin);
+        = blurredShape(ImageCache::pixmap(image, pixels.size().toSize()), toolkitColor(shadow.color), margin);
     const double down = flipped_ ? shadow.offset.height : -shadow.offset.height;
-    painter_.drawImage(box.topLeft() + QPointF(shadow.offset.width - margin, down - margin), shape);
+    const QPointF offset = QPointF(shadow.offset.width, down) * scale_;
+    painter_.drawImage(pixels.topLeft() + offset - QPointF(margin, margin), shape);
 }
 
+/// Text has the shapes and widths of a font of its size in pixels; another size enlarged would be blurred.
 void DrawingPainter::drawText(std::string_view text, CGPoint point, const NSFont& font, const NSColor& textColor)
 {
-    const QFont& toolkit = toolkitFont(font);
+    const QFont& toolkit = toolkitFont(font, scale_);
     const QFontMetricsF metrics(toolkit);
-    const double baseline = flipped_ ? point.y + metrics.ascent() : size_.height - point.y - metrics.descent();
+    const double baseline
+        = flipped_ ? point.y * scale_ + metrics.ascent() : (size_.height - point.y) * scale_ - metrics.descent();
     painter_.setFont(toolkit);
     painter_.setPen(toolkitColor(textColor));
-    painter_.drawText(QPointF(point.x, baseline), QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    inPixels([&] {
+        painter_.drawText(
+            QPointF(point.x * scale_, baseline), QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    });
 }
 
 void DrawingPainter::saveGraphicsState()
@@ -158,6 +187,6 @@ void DrawingPainter::setShadow(const NSShadow& shadow)
 void DrawingPainter::addClip(const NSBezierPath& path)
 {
     QPainterPath shape;
-    shape.addRoundedRect(toPainter(path.bounds()), path.xRadius(), path.yRadius());
+    shape.addRoundedRect(onPixels(toPainter(path.bounds())), path.xRadius(), path.yRadius());
     painter_.setClipPath(shape, Qt::IntersectClip);
 }

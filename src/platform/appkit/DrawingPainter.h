@@ -11,7 +11,8 @@ class QRectF;
 /// The context that paints, with the toolkit's painter. For the layer's own use.
 class DrawingPainter final : public NSGraphicsContext {
 public:
-    /// `size` is that of the view or picture; the painter's origin is its upper left corner.
+    /// `size` is that of the view or picture in points; the painter's origin is its upper left corner, and its
+    /// transform says how many pixels a point has. Edges, lines, pictures and text are fitted to whole pixels.
     DrawingPainter(QPainter& painter, CGSize size, bool flipped);
 
     void fill(const NSBezierPath& path, const NSColor& color, NSCompositingOperation operation) override;
@@ -26,10 +27,15 @@ public:
 
 private:
     QRectF toPainter(const CGRect& rect) const;
-    void drawShadow(const NSImage& image, const QRectF& box);
+    QRectF onPixels(const QRectF& box) const;
+    void drawShadow(const NSImage& image, const QRectF& pixels);
+    template <class Body>
+    void inPixels(const Body& body);
 
     QPainter& painter_;
     CGSize size_;
+    /// Pixels to a point.
+    double scale_;
     bool flipped_;
     std::vector<std::optional<NSShadow>> shadows_ { std::nullopt };
 };

@@ -6,6 +6,7 @@
 #include "appkit/NSMenu.h"
 #include "appkit/NSPanel.h"
 #include "appkit/NSView.h"
+#include "appkit/Pixels.h"
 #include "base/RunLoop.h"
 
 #include <QElapsedTimer>
@@ -16,6 +17,7 @@
 #include <QMenu>
 #include <QPainter>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QScreen>
 
 #include <algorithm>
@@ -24,24 +26,34 @@
 namespace {
 
 constexpr double fontSize = 13;
-/// No entry is wider than this, in pixels.
-constexpr int greatestTextWidth = 420;
+/// No entry is wider than this, in points.
+constexpr double greatestTextWidth = 420;
 /// More of a title than this is never seen, in characters.
 constexpr int greatestTextLength = 400;
 
 const QColor backgroundColor(0x26, 0x28, 0x2E);
 const QColor textColor(0xF2, 0xF3, 0xF5);
 
-/// Dark whatever the user's theme, as the bars are.
+/// Dark whatever the user's theme, as the bars are. In points, each length written "NUMBERpt".
 constexpr const char* style = R"(
-QMenu { background: #26282e; color: #f2f3f5; border: 1px solid #4a4d55; padding: 5px; menu-scrollable: 1; }
-QMenu::item { padding: 5px 26px 5px 12px; border-radius: 5px; background: transparent; }
+QMenu { background: #26282e; color: #f2f3f5; border: 1pt solid #4a4d55; padding: 5pt; menu-scrollable: 1; icon-size: 16pt; }
+QMenu::item { padding: 5pt 26pt 5pt 12pt; border-radius: 5pt; background: transparent; }
 QMenu::item:selected { background: #3d6fd9; color: #ffffff; }
 QMenu::item:disabled { color: #8d9099; }
 QMenu::item:disabled:selected { background: transparent; }
-QMenu::icon { padding-left: 7px; }
-QMenu::separator { height: 1px; background: #43464e; margin: 5px 8px; }
+QMenu::icon { padding-left: 7pt; }
+QMenu::separator { height: 1pt; background: #43464e; margin: 5pt 8pt; }
 )";
+
+QString styleInPixels()
+{
+    static const QRegularExpression length(QStringLiteral("(\\d+)pt"));
+    QString text = QString::fromLatin1(style);
+    for (auto found = length.match(text); found.hasMatch(); found = length.match(text, found.capturedStart()))
+        text.replace(found.capturedStart(), found.capturedLength(),
+            QString::number(Pixels::from(found.captured(1).toInt())) + QStringLiteral("px"));
+    return text;
+}
 
 /// How long one painting of a menu spends on pictures that have to be read first. The others come with the next one, so
 /// that the menu is there at once whatever its pictures are.
@@ -77,7 +89,7 @@ public:
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override
     {
-        painter->drawPixmap(rect, pixmap(rect.size() * painter->device()->devicePixelRatio(), mode, state));
+        painter->drawPixmap(rect, pixmap(rect.size(), mode, state));
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode, QIcon::State) override
@@ -101,7 +113,7 @@ QString label(const NSMenuItem& item, const QFontMetrics& metrics)
     QString text = QString::fromStdString(item.title()).left(greatestTextLength);
     std::replace_if(
         text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
-    text = metrics.elidedText(text, Qt::ElideMiddle, greatestTextWidth);
+    text = metrics.elidedText(text, Qt::ElideMiddle, Pixels::from(greatestTextWidth));
     text.replace(QStringLiteral("&"), QStringLiteral("&&"));
     if (!item.keyEquivalent().empty())
         text += QStringLiteral("\tSuper+") + QString::fromStdString(item.keyEquivalent()).toUpper();
@@ -267,7 +279,7 @@ void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& v
 {
     close();
     auto* widget = new MenuWidget(menu, view.widget());
-    widget->setStyleSheet(style);
+    widget->setStyleSheet(styleInPixels());
     openMenu() = widget;
     QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
     QWidget& panel = view.window() ? *view.window()->widget() : *view.widget();
@@ -275,7 +287,7 @@ void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& v
 
     const CGPoint inView = view.convertFromWindow(point);
     const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;
-    const QPoint anchor = view.widget()->mapToGlobal(QPointF(inView.x, down)).toPoint();
+    const QPoint anchor = view.widget()->mapToGlobal(QPoint(Pixels::from(inView.x), Pixels::from(down)));
     widget->popUp(anchor, roomBeside(panel, anchor));
 }
 

@@ -1,5 +1,6 @@
 #include "appkit/NSApplication.h"
 
+#include "appkit/NSPanel.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSWorkspace.h"
 #include "appkit/RunLoopDriver.h"
@@ -30,6 +31,8 @@ NSApplication::NSApplication()
     host::Desktop& desktop = host::Desktop::current();
     desktop.displays().onChange
         = [] { NSNotificationCenter::defaultCenter().post(NSApplicationDidChangeScreenParametersNotification); };
+    // Not while whoever tells of it holds on to a panel's window.
+    desktop.surfaces().onChange = [] { RunLoop::main().perform(NSWindow::remakeAll); };
     desktop.onLost = [this](const std::string& reason) {
         NSFileHandle::writeToStandardError("vantry: " + reason + "\n");
         terminate();

@@ -8,6 +8,7 @@
 #include <QWidget>
 
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -16,17 +17,24 @@ host::Surfaces& surfaces()
     return host::Desktop::current().surfaces();
 }
 
+std::vector<NSWindow*>& windows()
+{
+    static std::vector<NSWindow*> all;
+    return all;
+}
+
 }
 
 NSWindow::NSWindow(const CGRect& contentRect)
     : frame_(contentRect)
-    , widget_(new QWidget)
 {
-    widget_->setWindowTitle(QStringLiteral("Vantry"));
+    makeWidget();
+    windows().push_back(this);
 }
 
 NSWindow::~NSWindow()
 {
+    std::erase(windows(), this);
     if (adopted_ && host::Desktop::hasCurrent())
         surfaces().release(*widget_);
     if (contentView_) {
@@ -68,16 +76,57 @@ void NSWindow::setRole(NSWindowRole role)
 
 void NSWindow::setBackgroundColor(const NSColor& color)
 {
-    widget_->setAttribute(Qt::WA_NoSystemBackground, color.alphaComponent() == 0);
+    hasBackground_ = color.alphaComponent() > 0;
+    widget_->setAttribute(Qt::WA_NoSystemBackground, !hasBackground_);
+}
+
+void NSWindow::makeWidget()
+{
+    widget_.reset(new QWidget);
+    widget_->setWindowTitle(QStringLiteral("Vantry"));
+    widget_->setAttribute(Qt::WA_NoSystemBackground, !hasBackground_);
+}
+
+void NSWindow::remakeAll()
+{
+    const std::vector<NSWindow*> all = windows();
+    for (NSWindow* window : all)
+        window->remake();
+}
+
+void NSWindow::remake()
+{
+    if (std::exchange(adopted_, false)) {
+        surfaces().orderOut(*widget_);
+        surfaces().release(*widget_);
+    }
+    const auto old = std::move(widget_);
+    makeWidget();
+    if (contentView_) {
+        contentView_->widget()->setParent(widget_.get());
+        contentView_->rescale();
+        contentView_->widget()->show();
+    }
+    if (visible_)
+        putUp();
 }
 
 void NSWindow::orderFrontRegardless()
+{
+    if (visible_ && adopted_)
+        surfaces().orderFront(*widget_);
+    else
+        putUp();
+}
+
+void NSWindow::putUp()
 {
     if (!adopted_)
         surfaces().adopt(*widget_, style_, frame_);
     adopted_ = true;
     // What is seen first, and gives a popup its shape, is how the views are now.
-    if (!std::exchange(visible_, true) && contentView_)
+    visible_ = true;
+    if (contentView_)
         contentView_->displayIfNeeded();
     surfaces().orderFront(*widget_);
 }

@@ -51,12 +51,19 @@ public:
     CGRect convertToScreen(const CGRect& rect) const;
     CGPoint convertPointFromScreen(CGPoint point) const { return { point.x - frame_.x, point.y - frame_.y }; }
 
-    /// The toolkit's widget behind the window, for the layer's own use.
+    /// The toolkit's widget behind the window, for the layer's own use. Another one after `remakeAll`.
     QWidget* widget() const { return widget_.get(); }
+    /// The desktop puts panels up in another way than before: every window becomes one of that way.
+    static void remakeAll();
 
 private:
+    void makeWidget();
+    void remake();
+    void putUp();
+
     CGRect frame_;
     host::SurfaceStyle style_;
+    bool hasBackground_ = true;
     bool adopted_ = false;
     bool visible_ = false;
     std::shared_ptr<NSView> contentView_;

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// What the toolkit keeps free of text inside a line edit, in points to each side.
+/// What the toolkit keeps free of text inside a line edit, in pixels to each side.
 constexpr int lineEditMargin = 2;
 
 void setColor(QWidget& widget, QPalette::ColorRole role, const QColor& color)
@@ -125,6 +125,13 @@ void NSTextField::setFont(const NSFont& font)
 {
     font_ = font;
     edit_->setFont(toolkitFont(font));
+}
+
+void NSTextField::rescale()
+{
+    NSView::rescale();
+    setFrame(frame());
+    setFont(font_);
 }
 
 void NSTextField::setTextColor(const NSColor& color)

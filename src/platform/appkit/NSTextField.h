@@ -50,6 +50,7 @@ public:
     virtual bool becomeFirstResponder();
 
     void setFrame(const CGRect& frame) override;
+    void rescale() override;
 
 private:
     class Editing;

@@ -3,7 +3,10 @@
 #include "appkit/DrawingList.h"
 #include "appkit/DrawingPainter.h"
 #include "appkit/NSPanel.h"
+#include "appkit/Pixels.h"
 #include "base/RunLoop.h"
+#include "host/Desktop.h"
+#include "host/Surfaces.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -43,8 +46,9 @@ namespace {
 NSEvent eventAt(const NSView& view, QPointF position)
 {
     // A pixel is told by the corner that has the smallest coordinates, so that it is in the view that it belongs to.
-    const double y = view.isFlipped() ? position.y() : view.frame().height - position.y() - 1;
-    return { view.convertToWindow(CGPoint { position.x(), y }) };
+    const double scale = Pixels::scale();
+    const double y = view.isFlipped() ? position.y() / scale : view.frame().height - (position.y() + 1) / scale;
+    return { view.convertToWindow(CGPoint { position.x() / scale, y }) };
 }
 
 }
@@ -67,6 +71,7 @@ void ViewWidget::paintEvent(QPaintEvent* event)
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setClipRegion(event->region());
+        painter.scale(Pixels::scale(), Pixels::scale());
         DrawingPainter context(painter, view.frame().size(), view.isFlipped());
         view.painted().replay(context);
     });
@@ -210,6 +215,8 @@ void NSView::display()
         return;
     painted_ = std::move(now);
     widget_->update();
+    if (window())
+        host::Desktop::current().surfaces().contentChanged(*window()->widget());
 }
 
 const DrawingList& NSView::painted()
@@ -227,12 +234,21 @@ DrawingList NSView::record()
     return std::move(recorder.list);
 }
 
-/// Puts the widget where the frame says, in the toolkit's coordinates: whole pixels, y down.
+/// Puts the widget where the frame says, in the toolkit's coordinates: y down.
 void NSView::place()
 {
     const bool turned = superview_ && !superview_->isFlipped();
     const double top = turned ? superview_->frame_.height - frame_.maxY() : frame_.y;
-    widget_->setGeometry(QRectF(frame_.x, top, frame_.width, frame_.height).toRect());
+    widget_->setGeometry(Pixels::from(CGRect { frame_.x, top, frame_.width, frame_.height }));
+}
+
+void NSView::rescale()
+{
+    place();
+    for (const auto& view : subviews_)
+        view->rescale();
+    setNeedsDisplay();
+    widget_->update();
 }
 
 CGPoint NSView::convertToWindow(CGPoint point) const

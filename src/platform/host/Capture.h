@@ -28,7 +28,7 @@ public:
     /// Asks the user where it isn't; true when it is held afterwards.
     virtual bool requestPermission() { return false; }
 
-    /// A picture of the window itself, decorations included, whatever lies over it, scaled down to that many pixels.
+    /// A picture of the window itself, decorations included, whatever lies over it, scaled down to that many points.
     /// Returns at once and costs the main thread nothing more; `done` is called on the main run loop, not before this
     /// returns, and once, or never where the desktop goes first. Fails without permission, for a window that isn't
     /// there, and for one whose pixels the desktop doesn't keep. Not called where it isn't supported.

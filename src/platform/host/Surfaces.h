@@ -3,6 +3,7 @@
 #include "base/CGGeometry.h"
 
 #include <cstdint>
+#include <functional>
 
 class QWidget;
 
@@ -43,6 +44,8 @@ public:
     /// Shows the panel in front of its level without taking the keyboard. Costs nothing when it is there already.
     virtual void orderFront(QWidget& widget) = 0;
     virtual void orderOut(QWidget& widget) = 0;
+    /// The panel is about to paint something else than before.
+    virtual void contentChanged(QWidget& /*widget*/) { }
 
     /// Has a panel that shows get what is typed, until it is given back, it goes, or the user turns to another window.
     virtual void takeKeyboard(QWidget& widget) = 0;
@@ -55,6 +58,12 @@ public:
     virtual void setBackdrop(QWidget& /*widget*/, const CGRect& /*rect*/) { }
     /// Whether a panel that isn't opaque shows what is behind it.
     virtual bool canBlend() { return false; }
+    /// The toolkit's pixels to a point.
+    virtual double scale() { return 1; }
+
+    /// Set by the layer: `canBlend` or `scale` has another answer. Panels keep to the one that they were adopted under,
+    /// so each is to be made anew.
+    std::function<void()> onChange;
 };
 
 }

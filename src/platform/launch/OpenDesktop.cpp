@@ -44,8 +44,10 @@ void startToolkit(const char* platform)
     if (platform)
         qputenv("QT_QPA_PLATFORM", platform);
     qputenv("QT_XCB_GL_INTEGRATION", "none");
-    // A point of the program is a pixel of the display.
+    // Its pixels are the display's; the layer fits points to them itself.
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    for (const char* factor : { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS" })
+        qunsetenv(factor);
     static int count = 1;
     static char name[] = "vantry";
     static char* arguments[] = { name, nullptr };

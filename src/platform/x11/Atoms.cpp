@@ -70,6 +70,7 @@ constexpr Name names[] = {
     { &Atoms::netWmWindowTypeDnd, "_NET_WM_WINDOW_TYPE_DND" },
     { &Atoms::netWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK" },
     { &Atoms::netWmWindowTypeDesktop, "_NET_WM_WINDOW_TYPE_DESKTOP" },
+    { &Atoms::settings, "_XSETTINGS_SETTINGS" },
     { &Atoms::xkbAlt, "Alt" },
     { &Atoms::xkbSuper, "Super" },
 };
@@ -93,11 +94,13 @@ Atoms internAtoms(xcb_connection_t* connection, int screenNumber)
     for (std::size_t i = 0; i < cookies.size(); ++i)
         cookies[i] = request(connection, names[i].second);
     const auto compositor = request(connection, "_NET_WM_CM_S" + std::to_string(screenNumber));
+    const auto settingsManager = request(connection, "_XSETTINGS_S" + std::to_string(screenNumber));
 
     Atoms atoms {};
     for (std::size_t i = 0; i < cookies.size(); ++i)
         atoms.*names[i].first = answer(connection, cookies[i]);
     atoms.compositor = answer(connection, compositor);
+    atoms.settingsManager = answer(connection, settingsManager);
     return atoms;
 }
 

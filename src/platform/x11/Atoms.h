@@ -74,6 +74,9 @@ struct Atoms {
 
     /// The selection that a compositing manager of the screen owns.
     xcb_atom_t compositor;
+    /// The selection that the screen's settings manager owns, and the property of its window.
+    xcb_atom_t settingsManager;
+    xcb_atom_t settings;
 };
 
 /// All names in one round trip.

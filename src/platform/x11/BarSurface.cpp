@@ -17,8 +17,8 @@
 namespace x11 {
 namespace {
 
-/// The pixels between a bar and the windows that the window manager keeps off it.
-constexpr int keptFree = 5;
+/// What is left between a bar and the windows that the window manager keeps off it, in points.
+constexpr double keptFree = 5;
 
 std::uint64_t now()
 {
@@ -28,6 +28,48 @@ std::uint64_t now()
 QRect geometry(const Rect& rect)
 {
     return { rect.x, rect.y, rect.width, rect.height };
+}
+
+/// What is painted half through lies on a dark ground where nothing is behind it.
+void layGround(QWidget& widget)
+{
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::Window, QColor(0x18, 0x1A, 0x1E));
+    widget.setPalette(palette);
+    widget.setAttribute(Qt::WA_NoSystemBackground, false);
+}
+
+/// What a part of a panel paints, without a ground.
+QImage painted(QWidget& widget, const QRect& part)
+{
+    QImage picture(part.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    widget.render(&picture, {}, part, QWidget::DrawChildren);
+    return picture;
+}
+
+/// Half of what the palest panel has: the edge of a round corner lies there.
+constexpr int leastAlpha = 64;
+
+QImage shape(const QImage& picture)
+{
+    QImage mask(picture.size(), QImage::Format_MonoLSB);
+    mask.setColorTable({ QColor(Qt::white).rgb(), QColor(Qt::black).rgb() });
+    mask.fill(0);
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        for (int x = 0; x < picture.width(); ++x) {
+            if (qAlpha(line[x]) >= leastAlpha)
+                mask.setPixel(x, y, 1);
+        }
+    }
+    return mask;
+}
+
+/// Whether what is painted begins at the left edge, in the middle of it.
+bool reachesEdges(QWidget& widget)
+{
+    return qAlpha(painted(widget, { 0, widget.height() / 2, 1, 1 }).pixel(0, 0)) >= leastAlpha;
 }
 
 }
@@ -49,7 +91,7 @@ BarSurface::Panel* BarSurface::find(const QWidget& widget)
 
 void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
 {
-    const Rect rect = monitors_.toRoot(frame);
+    const Rect rect = monitors_.points().fromScreenSpace(frame);
     Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
     // Not the toolkit's own kind for tooltips: that gets another window when it is shown.
     flags.setFlag(Qt::BypassWindowManagerHint, !host::isBar(style.role));
@@ -57,6 +99,8 @@ void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const C
     widget.setWindowFlags(flags);
     widget.setAttribute(Qt::WA_ShowWithoutActivating);
     widget.setAttribute(Qt::WA_TranslucentBackground, !style.isOpaque && canBlend());
+    if (!style.isOpaque && !canBlend())
+        layGround(widget);
     widget.setGeometry(geometry(rect));
     panels_.push_back(
         { .widget = &widget, .window = static_cast<xcb_window_t>(widget.winId()), .style = style, .frame = rect });
@@ -87,7 +131,7 @@ void BarSurface::setRole(QWidget& widget, host::SurfaceRole role)
 void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 {
     Panel* panel = find(widget);
-    const Rect rect = monitors_.toRoot(frame);
+    const Rect rect = monitors_.points().fromScreenSpace(frame);
     if (!panel || panel->frame == rect)
         return;
     panel->frame = rect;
@@ -99,27 +143,36 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
         cutOut(*panel);
 }
 
-/// Nothing shows through a window that isn't blended with what is behind it. A popup that isn't opaque is cut to the
-/// shape of what it paints, so that its round corners aren't black. That shape follows from its size.
+/// Nothing shows through a window that isn't blended with what is behind it. One that isn't opaque is cut to the shape
+/// of what it paints, so that what is left free of it isn't dark. That shape follows from its size, and whether it
+/// reaches the edges.
 void BarSurface::cutOut(Panel& panel)
 {
-    if (host::isBar(panel.style.role) || panel.style.isOpaque)
+    if (panel.style.isOpaque || canBlend())
         return;
-    if (canBlend()) {
-        if (std::exchange(panel.cutOut, {}).isValid())
-            panel.widget->clearMask();
+    const Cut cut { panel.widget->size(), reachesEdges(*panel.widget) };
+    if (std::exchange(panel.cut, cut) == cut)
         return;
-    }
-    if (std::exchange(panel.cutOut, panel.widget->size()) == panel.widget->size())
-        return;
-    QImage picture(panel.widget->size(), QImage::Format_ARGB32_Premultiplied);
-    picture.fill(Qt::transparent);
-    panel.widget->render(&picture, {}, {}, QWidget::DrawChildren);
-    panel.widget->setMask(QRegion(QBitmap::fromImage(picture.createAlphaMask())));
+    QImage picture = painted(*panel.widget, panel.widget->rect());
+    panel.widget->setMask(QRegion(QBitmap::fromImage(shape(picture))));
 }
 
-void BarSurface::displaysChanged()
+void BarSurface::contentChanged(QWidget& widget)
 {
+    Panel* panel = find(widget);
+    if (panel && widget.isVisible())
+        cutOut(*panel);
+}
+
+void BarSurface::followDesktop(bool hasNewDisplays)
+{
+    const Look look { canBlend(), scale() };
+    const auto before = std::exchange(look_, look);
+    if (before && before != look && onChange)
+        onChange();
+    if (!hasNewDisplays)
+        return;
+    // What a bar reserves depends on what lies beyond it.
     for (const Panel& panel : panels_) {
         if (host::isBar(panel.style.role))
             setStrut(panel);
@@ -334,11 +387,12 @@ void BarSurface::describe(const Panel& panel) const
 
 void BarSurface::setStrut(const Panel& panel) const
 {
+    const int gap = monitors_.points().pixels(keptFree);
     std::optional<Strut> strut;
     if (panel.style.role == host::SurfaceRole::topBar)
-        strut = topStrut(grown(panel.frame, { 0, 0, 0, keptFree }), monitors_);
+        strut = topStrut(grown(panel.frame, { 0, 0, 0, gap }), monitors_);
     if (panel.style.role == host::SurfaceRole::bottomBar)
-        strut = bottomStrut(grown(panel.frame, { 0, 0, keptFree, 0 }), monitors_);
+        strut = bottomStrut(grown(panel.frame, { 0, 0, gap, 0 }), monitors_);
     const Strut values = strut.value_or(Strut {});
     const Atoms& atoms = connection_.atoms();
     setProperty(panel, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL, { values.begin(), values.end() });
@@ -350,7 +404,8 @@ void BarSurface::setBackdrop(QWidget& widget, const CGRect& rect)
     const Panel* panel = find(widget);
     if (!panel)
         return;
-    const auto part = [](double value) { return static_cast<std::uint32_t>(std::max(0.0, value)); };
+    const auto part
+        = [this](double length) { return static_cast<std::uint32_t>(std::max(0, monitors_.points().pixels(length))); };
     if (rect.width > 0 && rect.height > 0)
         setProperty(*panel, connection_.atoms().kdeBlurBehindRegion, XCB_ATOM_CARDINAL,
             { part(rect.x), part(rect.y), part(rect.width), part(rect.height) });

@@ -25,13 +25,15 @@ public:
     void setFrame(QWidget& widget, const CGRect& frame) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
+    void contentChanged(QWidget& widget) override;
     void takeKeyboard(QWidget& widget) override;
     void giveBackKeyboard() override;
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return mirror_.state().isComposited; }
+    double scale() override { return monitors_.points().scale; }
 
-    /// The displays have changed: what a bar reserves depends on what lies beyond it.
-    void displaysChanged();
+    /// What the desktop's panels depend on may have changed.
+    void followDesktop(bool hasNewDisplays);
     /// Windows may have moved, or changed their order.
     void windowsMoved();
 
@@ -41,19 +43,32 @@ public:
     bool isAnyAt(Point point) const;
 
 private:
+    struct Cut {
+        QSize size;
+        bool reachesEdges;
+        bool operator==(const Cut&) const = default;
+    };
+
     struct Panel {
         QWidget* widget;
         xcb_window_t window;
         host::SurfaceStyle style;
         Rect frame;
-        /// The size for which it was cut to its shape; invalid while it is whole.
-        QSize cutOut {};
+        /// What it was cut to its shape for.
+        std::optional<Cut> cut {};
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
         /// Where it lay when it was last asked to come back, and hasn't.
         std::optional<Rect> strayedTo {};
         /// When its window was last asked to be mapped or unmapped, in nanoseconds of the clock.
         std::uint64_t askedAt = 0;
+    };
+
+    /// What all panels are made for.
+    struct Look {
+        bool canBlend;
+        double scale;
+        bool operator==(const Look&) const = default;
     };
 
     Panel* find(const QWidget& widget);
@@ -77,6 +92,7 @@ private:
     Monitors& monitors_;
     WindowManager& manager_;
     std::vector<Panel> panels_;
+    std::optional<Look> look_;
     KeyboardFocus keyboard_;
 };
 

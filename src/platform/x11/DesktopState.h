@@ -36,8 +36,7 @@ struct DesktopState {
     /// 0 where the window manager has no desktops.
     std::uint32_t desktopCount = 0;
     std::uint32_t currentDesktop = 0;
-    /// The top left corner of the primary monitor: the origin of window space.
-    Point primary;
+    Points points;
     /// Whether a compositing manager runs.
     bool isComposited = false;
 

@@ -6,7 +6,7 @@
 
 namespace x11 {
 
-/// Pixels of the root window, from its top left corner, y down. One pixel is one point.
+/// Pixels of the root window, from its top left corner, y down.
 struct Rect {
     int x = 0;
     int y = 0;
@@ -59,10 +59,28 @@ inline long long overlapArea(const Rect& a, const Rect& b)
     return static_cast<long long>(overlap(a.x, a.right(), b.x, b.right())) * overlap(a.y, a.bottom(), b.y, b.bottom());
 }
 
-/// Window space: pixels of the root, from the top left corner of the primary monitor.
-inline CGRect windowSpace(const Rect& rect, Point primary)
-{
-    return { double(rect.x - primary.x), double(rect.y - primary.y), double(rect.width), double(rect.height) };
-}
+/// How points lie on the root's pixels. Nowhere else is one made of the other.
+struct Points {
+    /// Pixels to a point.
+    double scale = 1;
+    /// The primary monitor: window space begins at its top left corner, screen space at its bottom left one.
+    Rect primary;
+
+    /// A length, to the nearest pixel.
+    int pixels(double points) const;
+    double points(int pixels) const { return pixels / scale; }
+
+    CGRect windowSpace(const Rect& rect) const;
+    /// The pixel at a point of window space.
+    Point fromWindowSpace(CGPoint point) const;
+
+    CGRect screenSpace(const Rect& rect) const;
+    /// Of a pixel: its lower left corner.
+    CGPoint screenSpace(Point pixel) const;
+    /// A rectangle of screen space. One that is moved by whole pixels keeps its size in pixels.
+    Rect fromScreenSpace(const CGRect& rect) const;
+
+    bool operator==(const Points&) const = default;
+};
 
 }

@@ -6,7 +6,6 @@
 #include <xcb/randr.h>
 
 #include <algorithm>
-#include <cmath>
 
 namespace x11 {
 namespace {
@@ -62,8 +61,20 @@ bool Monitors::refresh()
     if (monitors_.empty())
         monitors_ = { { "screen", {}, root_, true } };
     std::ranges::stable_partition(monitors_, &Monitor::isPrimary);
-    mirror_.setPrimary({ monitors_.front().frame.x, monitors_.front().frame.y });
+    tellPoints();
     return true;
+}
+
+void Monitors::setScale(double scale)
+{
+    scale_ = scale;
+    if (!monitors_.empty())
+        tellPoints();
+}
+
+void Monitors::tellPoints()
+{
+    mirror_.setPoints({ scale_, monitors_.front().frame });
 }
 
 std::vector<Monitor> Monitors::readMonitors(Burst& burst)
@@ -136,8 +147,8 @@ bool Monitors::update()
     const auto numbers = monitorNumbers(monitors_);
     std::vector<host::Display> displays;
     for (std::size_t i = 0; i < monitors_.size(); ++i)
-        displays.push_back(
-            { numbers[i], monitorUuid(monitors_[i]), toScreen(monitors_[i].frame), toScreen(visible(monitors_[i])) });
+        displays.push_back({ numbers[i], monitorUuid(monitors_[i]), points().screenSpace(monitors_[i].frame),
+            points().screenSpace(visible(monitors_[i])) });
     if (displays == displays_)
         return false;
     displays_ = std::move(displays);
@@ -156,27 +167,6 @@ std::optional<std::size_t> Monitors::main()
     const auto best = std::ranges::max_element(
         monitors_, {}, [&](const Monitor& monitor) { return overlapArea(monitor.frame, window); });
     return static_cast<std::size_t>(best - monitors_.begin());
-}
-
-Rect Monitors::toRoot(const CGRect& rect) const
-{
-    const Rect& primary = monitors_.front().frame;
-    const auto pixels = [](double points) { return static_cast<int>(std::lround(points)); };
-    return { primary.x + pixels(rect.x), primary.bottom() - pixels(rect.maxY()), pixels(rect.width),
-        pixels(rect.height) };
-}
-
-CGRect Monitors::toScreen(const Rect& rect) const
-{
-    const Rect& primary = monitors_.front().frame;
-    return { double(rect.x - primary.x), double(primary.bottom() - rect.bottom()), double(rect.width),
-        double(rect.height) };
-}
-
-CGPoint Monitors::toScreen(Point point) const
-{
-    const Rect& primary = monitors_.front().frame;
-    return { double(point.x - primary.x), double(primary.bottom() - point.y - 1) };
 }
 
 }

@@ -35,11 +35,8 @@ public:
     /// Docks of our own take nothing from the visible frames.
     void setOwnDocks(std::unordered_set<xcb_window_t> docks) { ownDocks_ = std::move(docks); }
 
-    /// Screen space to the root's pixels and back.
-    Rect toRoot(const CGRect& rect) const;
-    CGRect toScreen(const Rect& rect) const;
-    /// Of a pixel: its lower left corner.
-    CGPoint toScreen(Point point) const;
+    const Points& points() const { return mirror_.state().points; }
+    void setScale(double scale);
     /// The root window itself.
     Rect rootFrame() const { return root_; }
     const std::vector<Monitor>& monitors() const { return monitors_; }
@@ -48,11 +45,13 @@ public:
 
 private:
     std::vector<Monitor> readMonitors(Burst& burst);
+    void tellPoints();
 
     Connection& connection_;
     WindowMirror& mirror_;
     Rect root_;
     bool isStale_ = true;
+    double scale_ = 1;
     std::vector<Monitor> monitors_;
     std::vector<host::Display> displays_;
     std::unordered_set<xcb_window_t> ownDocks_;

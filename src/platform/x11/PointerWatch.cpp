@@ -28,10 +28,10 @@ std::optional<PointerWatch::Place> PointerWatch::ask()
 std::optional<CGPoint> PointerWatch::location()
 {
     if (reported_)
-        return monitors_.toScreen(*reported_);
+        return monitors_.points().screenSpace(*reported_);
     const auto place = ask();
     drainSoon_();
-    return place ? std::optional(monitors_.toScreen(place->point)) : std::nullopt;
+    return place ? std::optional(monitors_.points().screenSpace(place->point)) : std::nullopt;
 }
 
 bool PointerWatch::hasXInput()

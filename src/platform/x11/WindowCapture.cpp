@@ -29,7 +29,8 @@ void WindowCapture::capture(std::uint32_t window, int width, int height, std::fu
         RunLoop::main().perform([answer = std::move(answer)] { answer({ nullptr, "there is no such window" }); });
         return;
     }
-    worker_.add({ child->id, margins(child->outer, state.outer(*record)), width, height, std::move(answer) });
+    worker_.add({ child->id, margins(child->outer, state.outer(*record)), state.points.pixels(width),
+        state.points.pixels(height), std::move(answer) });
 }
 
 }

@@ -1,7 +1,5 @@
 #include "x11/WindowElements.h"
 
-#include <cmath>
-
 namespace x11 {
 namespace {
 
@@ -28,10 +26,10 @@ AXError readAttribute(const DesktopState& state, const WindowRecord& window, Att
         value = state.isIconic(window);
         return kAXErrorSuccess;
     case Attribute::position:
-        value = windowSpace(state.outer(window), state.primary).origin();
+        value = state.points.windowSpace(state.outer(window)).origin();
         return kAXErrorSuccess;
     case Attribute::size:
-        value = windowSpace(state.outer(window), state.primary).size();
+        value = state.points.windowSpace(state.outer(window)).size();
         return kAXErrorSuccess;
     case Attribute::fullScreen:
         value = window.facts.states.fullScreen;
@@ -61,11 +59,6 @@ void setMinimized(WindowRequests& ask, const DesktopState& state, const WindowRe
 void setFullScreen(WindowRequests& ask, const DesktopState&, const WindowRecord& window, bool isFullScreen)
 {
     ask.setFullScreen(window, isFullScreen);
-}
-
-int pixels(double points)
-{
-    return static_cast<int>(std::lround(std::clamp(points, -32768.0, 32767.0)));
 }
 
 }
@@ -183,17 +176,16 @@ AXError WindowElements::writeApplication(pid_t pid, Attribute attribute, const A
 AXError WindowElements::writeWindow(xcb_window_t window, Attribute attribute, const AttributeValue& value) const
 {
     const auto outcome = [](bool exists) { return exists ? kAXErrorSuccess : kAXErrorInvalidUIElement; };
-    const Point primary = mirror_.read([](const DesktopState& state) { return state.primary; });
+    const Points points = mirror_.read([](const DesktopState& state) { return state.points; });
 
     if (attribute == Attribute::position || attribute == Attribute::size) {
         const auto* point = std::get_if<CGPoint>(&value);
         const auto* size = std::get_if<CGSize>(&value);
         if (attribute == Attribute::position && point)
-            return outcome(manager_.setOuter(
-                window, Point { primary.x + pixels(point->x), primary.y + pixels(point->y) }, std::nullopt));
+            return outcome(manager_.setOuter(window, points.fromWindowSpace(*point), std::nullopt));
         if (attribute == Attribute::size && size)
-            return outcome(
-                manager_.setOuter(window, std::nullopt, Point { pixels(size->width), pixels(size->height) }));
+            return outcome(manager_.setOuter(
+                window, std::nullopt, Point { points.pixels(size->width), points.pixels(size->height) }));
         return kAXErrorIllegalArgument;
     }
 

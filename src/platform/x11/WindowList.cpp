@@ -34,8 +34,8 @@ bool isOnScreen(const DesktopState& state, const WindowRecord& window)
 
 host::Window describe(const DesktopState& state, const WindowRecord& window)
 {
-    return { window.id, window.pid, window.title(), window.facts.layer(),
-        windowSpace(state.outer(window), state.primary), spacesOf(state, window), isOnScreen(state, window) };
+    return { window.id, window.pid, window.title(), window.facts.layer(), state.points.windowSpace(state.outer(window)),
+        spacesOf(state, window), isOnScreen(state, window) };
 }
 
 }

@@ -187,12 +187,12 @@ void WindowMirror::forget(xcb_window_t window)
         setActive(XCB_WINDOW_NONE);
 }
 
-void WindowMirror::setPrimary(Point primary)
+void WindowMirror::setPoints(const Points& points)
 {
     const std::lock_guard lock(mutex_);
-    if (primary == state_.primary)
+    if (points == state_.points)
         return;
-    state_.primary = primary;
+    state_.points = points;
     for (auto& [id, window] : state_.windows)
         ++window.revision;
 }

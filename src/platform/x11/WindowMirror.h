@@ -43,7 +43,7 @@ public:
     bool hasStaleTitles() const { return !staleTitles_.empty(); }
     void refreshTitles();
 
-    void setPrimary(Point primary);
+    void setPoints(const Points& points);
 
     const DesktopState& state() const { return state_; }
     /// Any thread.

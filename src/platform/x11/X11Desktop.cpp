@@ -4,6 +4,7 @@
 #include "freedesktop/Badges.h"
 #include "freedesktop/UserSession.h"
 #include "x11/BarSurface.h"
+#include "x11/DesktopScale.h"
 #include "x11/Instance.h"
 #include "x11/Keyboard.h"
 #include "x11/PointerWatch.h"
@@ -94,6 +95,7 @@ public:
         monitors_.update();
         processes_.update();
         mirror_.takeChanges();
+        surfaces_.followDesktop(false);
         connection_->onFlushed = [this] { drainSoon(); };
         // The toolkit's event loop may not be there yet.
         start_.schedule(0, [this] { listen(); });
@@ -174,11 +176,15 @@ private:
                 RunLoop::main().hurry();
                 mirror_.handle(*event);
                 monitors_.handle(*event);
+                scale_.handle(*event);
                 pointer_.handle(*event);
                 keyboard_.handle(*event);
             }
             const bool hasAskedOfWindows = mirror_.refresh();
-            const bool hasAskedOfMonitors = monitors_.refresh();
+            const bool hasAskedOfScale = scale_.refresh();
+            if (hasAskedOfScale)
+                monitors_.setScale(scale_.value());
+            const bool hasAskedOfMonitors = monitors_.refresh() || hasAskedOfScale;
             const bool hasAskedOfKeyboard = keyboard_.refresh();
             isDisplayStale_ |= hasAskedOfMonitors;
             if (!hasAskedOfWindows && !hasAskedOfMonitors && !hasAskedOfKeyboard)
@@ -192,10 +198,10 @@ private:
     {
         const auto changes = mirror_.takeChanges();
         const bool hasNewDisplays = (std::exchange(isDisplayStale_, false) || changes.struts) && monitors_.update();
+        // A panel's pixels follow before whoever owns it is told where it belongs.
+        surfaces_.followDesktop(hasNewDisplays);
         if (hasNewDisplays && monitors_.onChange)
             monitors_.onChange();
-        if (hasNewDisplays)
-            surfaces_.displaysChanged();
 
         const bool hasNewProcesses = std::exchange(areProcessesStale_, false) || changes.listing || changes.active;
         bool hasActivated = false;
@@ -228,6 +234,7 @@ private:
     WindowManager manager_ { *connection_, mirror_ };
     freedesktop::InstalledApplications applications_ { startupNotice() };
     Monitors monitors_ { *connection_, mirror_ };
+    DesktopScale scale_ { *connection_ };
     Instance instance_ { *connection_ };
     ProcessList processes_ { *connection_, mirror_, manager_, applications_, instance_.other(),
         [this] { updateProcessesSoon(); } };
