@@ -25,7 +25,6 @@ constexpr Name names[] = {
     { &Atoms::wmTakeFocus, "WM_TAKE_FOCUS" },
     { &Atoms::wmState, "WM_STATE" },
     { &Atoms::wmChangeState, "WM_CHANGE_STATE" },
-    { &Atoms::manager, "MANAGER" },
     { &Atoms::netSupported, "_NET_SUPPORTED" },
     { &Atoms::netSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK" },
     { &Atoms::netClientList, "_NET_CLIENT_LIST" },

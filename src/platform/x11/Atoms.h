@@ -18,7 +18,6 @@ struct Atoms {
     xcb_atom_t wmTakeFocus;
     xcb_atom_t wmState;
     xcb_atom_t wmChangeState;
-    xcb_atom_t manager;
 
     xcb_atom_t netSupported;
     xcb_atom_t netSupportingWmCheck;

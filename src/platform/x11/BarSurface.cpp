@@ -6,7 +6,6 @@
 #include "x11/ToolkitConnection.h"
 
 #include <QBitmap>
-#include <QImage>
 #include <QWidget>
 
 #include <unistd.h>
@@ -44,14 +43,14 @@ QImage painted(QWidget& widget, const QRect& part)
 {
     QImage picture(part.size(), QImage::Format_ARGB32_Premultiplied);
     picture.fill(Qt::transparent);
-    widget.render(&picture, {}, part, QWidget::DrawChildren);
+    widget.render(&picture, {}, part, QWidget::DrawChildren | QWidget::IgnoreMask);
     return picture;
 }
 
 /// Half of what the palest panel has: the edge of a round corner lies there.
 constexpr int leastAlpha = 64;
 
-QImage shape(const QImage& picture)
+QImage shapeOf(const QImage& picture)
 {
     QImage mask(picture.size(), QImage::Format_MonoLSB);
     mask.setColorTable({ QColor(Qt::white).rgb(), QColor(Qt::black).rgb() });
@@ -144,17 +143,20 @@ void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 }
 
 /// Nothing shows through a window that isn't blended with what is behind it. One that isn't opaque is cut to the shape
-/// of what it paints, so that what is left free of it isn't dark. That shape follows from its size, and whether it
-/// reaches the edges.
+/// of what it paints, so that what is left free of it isn't dark.
 void BarSurface::cutOut(Panel& panel)
 {
     if (panel.style.isOpaque || canBlend())
         return;
-    const Cut cut { panel.widget->size(), reachesEdges(*panel.widget) };
-    if (std::exchange(panel.cut, cut) == cut)
+    // A popup's shape follows from its size, and so does that of a bar which reaches the edges of its window.
+    const bool isWhole = host::isBar(panel.style.role) && reachesEdges(*panel.widget);
+    const bool isKnown = panel.shape.size() == panel.widget->size() && panel.isWhole == isWhole;
+    if (isKnown && (isWhole || !host::isBar(panel.style.role)))
         return;
-    QImage picture = painted(*panel.widget, panel.widget->rect());
-    panel.widget->setMask(QRegion(QBitmap::fromImage(shape(picture))));
+    panel.isWhole = isWhole;
+    const QImage shape = shapeOf(painted(*panel.widget, panel.widget->rect()));
+    if (std::exchange(panel.shape, shape) != shape)
+        panel.widget->setMask(QRegion(QBitmap::fromImage(shape)));
 }
 
 void BarSurface::contentChanged(QWidget& widget)

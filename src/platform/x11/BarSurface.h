@@ -4,7 +4,7 @@
 #include "x11/KeyboardFocus.h"
 #include "x11/Monitors.h"
 
-#include <QSize>
+#include <QImage>
 
 #include <optional>
 #include <vector>
@@ -43,19 +43,14 @@ public:
     bool isAnyAt(Point point) const;
 
 private:
-    struct Cut {
-        QSize size;
-        bool reachesEdges;
-        bool operator==(const Cut&) const = default;
-    };
-
     struct Panel {
         QWidget* widget;
         xcb_window_t window;
         host::SurfaceStyle style;
         Rect frame;
-        /// What it was cut to its shape for.
-        std::optional<Cut> cut {};
+        /// What it was cut to.
+        QImage shape {};
+        bool isWhole = false;
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
         /// Where it lay when it was last asked to come back, and hasn't.

@@ -1,6 +1,7 @@
 #include "x11/DesktopScale.h"
 
 #include "x11/Burst.h"
+#include "x11/Selections.h"
 #include "x11/XSettings.h"
 
 #include <algorithm>
@@ -98,27 +99,14 @@ DesktopScale::DesktopScale(Connection& connection)
 
 void DesktopScale::handle(const xcb_generic_event_t& event)
 {
-    const auto isFor = [this](xcb_window_t window) { return manager_ != XCB_WINDOW_NONE && window == manager_; };
-    switch (event.response_type & ~0x80) {
-    case XCB_PROPERTY_NOTIFY: {
-        const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        isStale_ |= isFor(property.window)
-            || (property.window == connection_.root() && property.atom == XCB_ATOM_RESOURCE_MANAGER);
-        break;
-    }
-    case XCB_DESTROY_NOTIFY:
-        isStale_ |= isFor(reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window);
-        break;
-    case XCB_CLIENT_MESSAGE: {
-        // The second number is the selection that somebody has come to own.
-        const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
-        isStale_ |= message.type == connection_.atoms().manager
-            && message.data.data32[1] == connection_.atoms().settingsManager;
-        break;
-    }
-    default:
-        break;
-    }
+    isStale_ |= tellsOfSelection(connection_, event, connection_.atoms().settingsManager);
+    if ((event.response_type & ~0x80) != XCB_PROPERTY_NOTIFY)
+        return;
+    const auto& property = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+    if (property.window == connection_.root())
+        isStale_ |= property.atom == XCB_ATOM_RESOURCE_MANAGER;
+    else
+        isStale_ |= property.window == manager_;
 }
 
 bool DesktopScale::refresh()
@@ -137,7 +125,7 @@ bool DesktopScale::refresh()
     sources_.settings.clear();
     if (manager_ == XCB_WINDOW_NONE)
         return true;
-    constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    constexpr std::uint32_t events = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection_, manager_, XCB_CW_EVENT_MASK, &events);
     const xcb_atom_t settings = connection_.atoms().settings;
     burst.property(manager_, settings, mostLongs,

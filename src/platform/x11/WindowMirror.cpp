@@ -1,5 +1,6 @@
 #include "x11/WindowMirror.h"
 
+#include "x11/Selections.h"
 #include "x11/WindowProperties.h"
 
 #include <unistd.h>
@@ -37,6 +38,8 @@ void WindowMirror::handle(const xcb_generic_event_t& event)
     const std::lock_guard lock(mutex_);
     ++eventCount_;
     state_.rootChildren.handle(event, connection_.root());
+    if (tellsOfSelection(connection_, event, connection_.atoms().compositor))
+        staleRoot_ |= staleCompositor;
 
     switch (event.response_type & ~0x80) {
     case XCB_PROPERTY_NOTIFY: {
@@ -70,12 +73,6 @@ void WindowMirror::handle(const xcb_generic_event_t& event)
             break;
         announcedActive_ = focus.event;
         setActive(announcedActive_);
-        break;
-    }
-    case XCB_CLIENT_MESSAGE: {
-        const auto& message = as<xcb_client_message_event_t>(event);
-        if (message.type == connection_.atoms().manager)
-            staleRoot_ |= staleCompositor;
         break;
     }
     default:
@@ -151,8 +148,6 @@ void WindowMirror::handleDestroy(xcb_window_t window)
 {
     if (window == state_.manager)
         staleRoot_ |= staleManager;
-    if (window == compositor_)
-        staleRoot_ |= staleCompositor;
     forget(window);
 }
 

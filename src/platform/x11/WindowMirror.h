@@ -115,7 +115,6 @@ private:
     std::vector<xcb_window_t> managedClients_;
     /// The active window as it was last told, also one that isn't known here yet.
     xcb_window_t announcedActive_ = XCB_WINDOW_NONE;
-    xcb_window_t compositor_ = XCB_WINDOW_NONE;
     std::unordered_map<std::uint32_t, pid_t> namelessPids_;
     bool wasWarned_ = false;
     std::uint64_t eventCount_ = 0;

@@ -1,5 +1,6 @@
 #include "x11/WindowMirror.h"
 
+#include "x11/Selections.h"
 #include "x11/WindowProperties.h"
 
 #include <xcb/res.h>
@@ -38,6 +39,7 @@ std::vector<xcb_window_t> windowsIn(const Property& property)
 void WindowMirror::start()
 {
     select(connection_, connection_.root(), rootEvents);
+    watchSelections(connection_);
     staleRoot_ = staleAll;
 }
 
@@ -163,10 +165,7 @@ void WindowMirror::askCompositor(Burst& burst)
 {
     burst.ask(xcb_get_selection_owner(connection_, connection_.atoms().compositor), xcb_get_selection_owner_reply,
         [this](const xcb_get_selection_owner_reply_t* selection) {
-            compositor_ = selection ? selection->owner : xcb_window_t(XCB_WINDOW_NONE);
-            state_.isComposited = compositor_ != XCB_WINDOW_NONE;
-            if (state_.isComposited && compositor_ != state_.manager)
-                select(connection_, compositor_, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+            state_.isComposited = selection && selection->owner != XCB_WINDOW_NONE;
         });
 }
 
