@@ -83,6 +83,8 @@ void BarController::start()
 
     timer_ = NSTimer::scheduledTimer(refreshInterval, true, weakly(&BarController::refresh));
     observe(NSNotificationCenter::defaultCenter(), Settings::didChange, &BarController::settingsChanged);
+    observe(
+        NSNotificationCenter::defaultCenter(), NSSystemColorsDidChangeNotification, &BarController::settingsChanged);
     cursorMonitor_ = NSEvent::addGlobalMonitor(
         NSEvent::maskMouseMoved | NSEvent::maskLeftMouseDragged, weakly(&BarController::pointerMoved));
 }

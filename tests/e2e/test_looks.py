@@ -1,5 +1,7 @@
 """What is seen, and where: scales, blending, colours, and panels that have much to show."""
 
+import os
+import subprocess
 import unittest
 
 from session import Session, eventually
@@ -49,6 +51,53 @@ class ScaleTest(unittest.TestCase):
             lower_edge = lambda: sum(session.geometry(window)[1::2])
             eventually(lambda: "tamer: placed" in session.log() and 1080 - 136 - 40 < lower_edge() <= 1080 - 136,
                        "it ends where the bar's room begins")
+
+
+class BlendingTest(unittest.TestCase):
+    """Under a window manager that doesn't blend by itself, with and without a program that does."""
+
+    ROOT, TINT = (0x20, 0xA0, 0x60), (0x1A, 0x1B, 0x20)
+
+    def open(self, **settings):
+        session = self.enterContext(Session("openbox"))
+        subprocess.run(["xsetroot", "-solid", "#%02x%02x%02x" % self.ROOT], env=session.environment, check=True)
+        session.write_settings(barOpacity=0.5, **settings)
+        session.start_bar()
+        return session
+
+    def bar_picture(self, session):
+        return session.picture(*session.geometry(session.bars()[0]))
+
+    def test_what_was_painted_before_is_not_seen_through_the_bar(self):
+        for floating in (False, True):
+            with self.subTest(floating=floating):
+                session = self.open(floatingBar=floating)
+                session.move(960, 400)
+                before = eventually(lambda: self.settled(session), "it is painted")
+                bar = session.bar()
+                for place in ("launcher", "showDesktop"):
+                    session.move(*bar.middle(place))
+                    eventually(lambda: session.popups("TOOLTIP"), "a tooltip")
+                session.move(960, 400)
+                eventually(lambda: not session.popups("TOOLTIP"), "the tooltip is gone")
+                eventually(lambda: self.bar_picture(session).tobytes() == before.tobytes(), "nothing is left of it")
+                self.assertEqual(before.getpixel((2, 2)), self.ROOT if floating else before.getpixel((1000, 31)))
+                self.assertEqual(before.getpixel((1000, 31)), before.getpixel((1100, 31)))
+
+    def settled(self, session):
+        first = self.bar_picture(session)
+        return first if first.getpixel((1000, 31)) != self.ROOT and first.tobytes() == self.bar_picture(session).tobytes() else None
+
+    def test_a_program_that_blends_is_followed_when_it_comes_and_goes(self):
+        session = self.open()
+        body = lambda: session.picture(1000, session.geometry(session.bars()[0])[1] + 31, 1, 1).getpixel((0, 0))
+        dark = eventually(lambda: max(body()) < 0x30 and body(), "a ground of its own")
+        for _ in range(2):
+            picom = session.start("picom", "--config", os.devnull, "--backend", "xrender")
+            eventually(lambda: min(body()[1:]) > 0x40, "what is behind it shows")
+            picom.terminate()
+            picom.wait()
+            eventually(lambda: body() == dark, "its own ground again")
 
 
 if __name__ == "__main__":

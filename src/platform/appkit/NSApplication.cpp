@@ -1,5 +1,6 @@
 #include "appkit/NSApplication.h"
 
+#include "appkit/NSColor.h"
 #include "appkit/NSPanel.h"
 #include "appkit/NSScreen.h"
 #include "appkit/NSWorkspace.h"
@@ -11,6 +12,7 @@
 #include "host/Desktop.h"
 #include "host/Displays.h"
 #include "host/OpenDesktop.h"
+#include "host/Session.h"
 #include "host/Surfaces.h"
 
 #include <QCoreApplication>
@@ -33,6 +35,10 @@ NSApplication::NSApplication()
         = [] { NSNotificationCenter::defaultCenter().post(NSApplicationDidChangeScreenParametersNotification); };
     // Not while whoever tells of it holds on to a panel's window.
     desktop.surfaces().onChange = [] { RunLoop::main().perform(NSWindow::remakeAll); };
+    desktop.session().onAccentColorChange = [] {
+        NSNotificationCenter::defaultCenter().post(NSSystemColorsDidChangeNotification);
+        NSWindow::redrawAll();
+    };
     desktop.onLost = [this](const std::string& reason) {
         NSFileHandle::writeToStandardError("vantry: " + reason + "\n");
         terminate();

@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+const char* const NSSystemColorsDidChangeNotification = "NSSystemColorsDidChangeNotification";
+
 NSColor NSColor::controlAccentColor()
 {
     constexpr std::uint32_t blue = 0x007AFF;

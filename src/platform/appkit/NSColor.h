@@ -2,6 +2,9 @@
 
 #include <optional>
 
+/// The user has chosen another accent colour.
+extern const char* const NSSystemColorsDidChangeNotification;
+
 /// A colour in sRGB; calibrated white and calibrated RGB count as sRGB here. Components from 0 to 1.
 class NSColor {
 public:

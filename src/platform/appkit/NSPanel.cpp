@@ -94,6 +94,14 @@ void NSWindow::remakeAll()
         window->remake();
 }
 
+void NSWindow::redrawAll()
+{
+    for (const NSWindow* window : windows()) {
+        if (window->contentView_)
+            window->contentView_->redraw();
+    }
+}
+
 void NSWindow::remake()
 {
     if (std::exchange(adopted_, false)) {

@@ -55,6 +55,8 @@ public:
     QWidget* widget() const { return widget_.get(); }
     /// The desktop puts panels up in another way than before: every window becomes one of that way.
     static void remakeAll();
+    /// What every view draws may have changed.
+    static void redrawAll();
 
 private:
     void makeWidget();

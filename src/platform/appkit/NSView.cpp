@@ -242,6 +242,13 @@ void NSView::place()
     widget_->setGeometry(Pixels::from(CGRect { frame_.x, top, frame_.width, frame_.height }));
 }
 
+void NSView::redraw()
+{
+    setNeedsDisplay();
+    for (const auto& view : subviews_)
+        view->redraw();
+}
+
 void NSView::rescale()
 {
     place();

@@ -92,6 +92,8 @@ public:
     /// The base behaviour lets each subview's autoresizing mask follow the change.
     virtual void resizeSubviews(CGSize oldSize);
 
+    /// Asks for `draw` of the view and of those in it; for the layer's own use.
+    void redraw();
     /// The pixels to a point have changed; for the layer's own use.
     virtual void rescale();
     /// The toolkit's widget behind the view, for the layer's own use.

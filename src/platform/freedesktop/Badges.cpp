@@ -1,20 +1,11 @@
 #include "freedesktop/Badges.h"
 
+#include "freedesktop/SessionBus.h"
+
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 
 namespace freedesktop {
 namespace {
-
-/// Without one, asking for the bus would start a bus of our own.
-bool hasSessionBus()
-{
-    if (std::getenv("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    std::error_code error;
-    return std::filesystem::exists(std::string(g_get_user_runtime_dir()) + "/bus", error);
-}
 
 /// "application://firefox.desktop" gives "firefox".
 std::string entryIdOf(std::string_view uri)

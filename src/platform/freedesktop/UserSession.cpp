@@ -30,6 +30,15 @@ void seedDock(const fs::path& folder)
 
 }
 
+void UserSession::connect()
+{
+    accent_.onChange = [this] {
+        if (onAccentColorChange)
+            onAccentColorChange();
+    };
+    accent_.connect();
+}
+
 std::string UserSession::preferencesFolder()
 {
     if (!preferencesFolder_.empty())

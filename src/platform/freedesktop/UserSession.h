@@ -1,5 +1,6 @@
 #pragma once
 
+#include "freedesktop/AccentColor.h"
 #include "host/Session.h"
 
 namespace freedesktop {
@@ -9,10 +10,13 @@ public:
     std::string preferencesFolder() override;
     std::string homeFolder() override;
     std::string locate(const std::string& path) override;
-    /// No setting of it is common to X11 desktops.
-    std::optional<std::uint32_t> accentColor() override { return std::nullopt; }
+    std::optional<std::uint32_t> accentColor() override { return accent_.value(); }
+
+    /// Begins to ask the session bus for what is told there. Returns at once.
+    void connect();
 
 private:
+    AccentColor accent_;
     std::string preferencesFolder_;
 };
 

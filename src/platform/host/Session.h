@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,6 +20,8 @@ public:
     virtual std::string locate(const std::string& path) = 0;
     /// The user's accent colour as 0xRRGGBB; absent when the desktop has none.
     virtual std::optional<std::uint32_t> accentColor() { return std::nullopt; }
+    /// Set by the layer: the user has chosen another.
+    std::function<void()> onAccentColorChange;
 };
 
 }

@@ -30,7 +30,7 @@ constexpr double titleDelay = 0.1;
 /// How long no event is read after a batch of titles and nothing else, in seconds: half a frame.
 constexpr double titleRest = 0.008;
 /// The session bus is left alone while the program starts, in seconds.
-constexpr double badgeDelay = 0.5;
+constexpr double busDelay = 0.5;
 
 /// A block on the main run loop that is there at most once, and goes with its owner. Any thread schedules it.
 class Pending {
@@ -99,7 +99,10 @@ public:
         connection_->onFlushed = [this] { drainSoon(); };
         // The toolkit's event loop may not be there yet.
         start_.schedule(0, [this] { listen(); });
-        badgeStart_.schedule(badgeDelay, [this] { badges_.connect(); });
+        busStart_.schedule(busDelay, [this] {
+            badges_.connect();
+            session_.connect();
+        });
     }
 
     host::Displays& displays() override { return monitors_; }
@@ -254,7 +257,7 @@ private:
     std::unique_ptr<BeforeInput> beforeInput_;
     std::unique_ptr<ServerLoss> serverLoss_;
     Pending start_;
-    Pending badgeStart_;
+    Pending busStart_;
     Pending soon_;
     Pending titles_;
     Pending rest_;
