@@ -439,9 +439,9 @@ class Session(World):
         if index >= len(bars):
             return []
         bar, width = self.bar(index), self.geometry(bars[index])[2]
-        row = self.picture(bar.x, bar.y + bar.height // 2, width, 1)
-        names = [self._named(row.getpixel((x, 0)))
-                 for x in range(bar.apps + bar.item // 2, width, bar.item)]
+        row = self.picture(bar.x, bar.button(0)[1], width, 1)
+        places = (bar.button(index)[0] - bar.x for index in range(width // bar.item))
+        names = [self._named(row.getpixel((x, 0))) for x in places if x < width]
         while names and not names[-1]:
             names.pop()
         return names
