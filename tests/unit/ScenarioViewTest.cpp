@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMouseEvent>
+#include <QTest>
 #include <QWidget>
 
 using namespace embedded;
@@ -86,12 +88,37 @@ TEST_F(ViewTest, AWindowIsDraggedByItsTitleBarButNotUnderTheMenuBar)
 
 TEST_F(ViewTest, KeysAreTypedIntoTheFocusedWindowAndChangeTheSpace)
 {
-    key(Qt::Key_A, Qt::NoModifier, "a");
+    ASSERT_TRUE(view->focusWidget()) << "without a click";
+    QTest::keyClick(view->focusWidget(), Qt::Key_A);
     key(Qt::Key_B, Qt::NoModifier, "b");
     EXPECT_EQ(world().window(2)->typed, "ab");
     key(Qt::Key_Right, Qt::ControlModifier, {});
     key(Qt::Key_Right, Qt::ControlModifier, {});
     EXPECT_EQ(world().activeSpace(), 2u) << "the last one";
+}
+
+TEST_F(ViewTest, ATapComesBeforeWhoeverHasTheKeyboard)
+{
+    QLineEdit field;
+    desktop().surfaces().adopt(field, { .level = 101 }, { 0, 0, 1440, 40 });
+    desktop().surfaces().orderFront(field);
+    std::vector<host::KeyPress> shown;
+    desktop().keyboard().tap({ { 11, 0x180000, 0 }, { 18, 0x80000, 0x140000 } });
+    desktop().keyboard().enableTap(true);
+    desktop().keyboard().onPress = [&](const host::KeyPress& press) {
+        shown.push_back(press);
+        return press.key == 11;
+    };
+    for (QWidget* typed : { view->childAt(5, 5), static_cast<QWidget*>(&field), view }) {
+        shown.clear();
+        QTest::keyClick(typed, Qt::Key_B, Qt::AltModifier | Qt::MetaModifier);
+        EXPECT_EQ(shown, (std::vector { host::KeyPress { 11, 0x180000 } }));
+        QTest::keyClick(typed, Qt::Key_B);
+        EXPECT_EQ(shown.size(), 1u);
+    }
+    EXPECT_EQ(field.text(), "b");
+    EXPECT_EQ(world().window(2)->typed, "b") << "what the tap swallows is typed into nothing";
+    desktop().surfaces().release(field);
 }
 
 TEST_F(ViewTest, OurPanelsKeepClicksAndDragsToThemselves)

@@ -14,12 +14,17 @@ bool Keyboard::tap(const std::vector<host::TappedKey>& keys)
     return true;
 }
 
+bool Keyboard::isSwallowed(const host::KeyPress& press)
+{
+    const bool isShown
+        = isEnabled_ && std::ranges::any_of(tapped_, [&](const host::TappedKey& key) { return key.matches(press); });
+    return isShown && onPress && onPress(press);
+}
+
 bool Keyboard::press(const host::KeyPress& press)
 {
     const RunLoop::Turn turn;
-    const bool isShown
-        = isEnabled_ && std::ranges::any_of(tapped_, [&](const host::TappedKey& key) { return key.matches(press); });
-    if (isShown && onPress && onPress(press))
+    if (isSwallowed(press))
         return false;
     const auto front = world_.frontmost();
     const Window* focused = front ? world_.focusedWindow(*front) : nullptr;

@@ -23,6 +23,8 @@ public:
     bool canPost(std::uint16_t key) override { return key < keyCount; }
     void post(const host::KeyPress& press, bool isDown) override;
 
+    /// Whether the tap takes the press for itself.
+    bool isSwallowed(const host::KeyPress& press);
     /// A user presses a key. Whether it came to the focused program.
     bool press(const host::KeyPress& press);
     /// What the desktop does with a tap that answers late, or on the user's word.

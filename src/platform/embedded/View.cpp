@@ -1,9 +1,12 @@
 #include "embedded/View.h"
 
+#include "base/RunLoop.h"
 #include "embedded/DisplayWidget.h"
 #include "embedded/EmbeddedDesktop.h"
+#include "embedded/KeyPlaces.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 #include <algorithm>
@@ -68,6 +71,9 @@ void View::arrange()
         display->show();
         displays_.push_back(display);
     }
+    // So that it can be typed into before anything has been clicked.
+    if (!focusWidget() && !displays_.empty())
+        displays_.front()->setFocus();
     setFixedSize(whole.size());
     desktop_.surfaces().setStage(this);
 }
@@ -99,21 +105,36 @@ void View::takeBackKeyboard(const QWidget& panel)
         display->setFocus();
 }
 
-/// Follows the pointer, over displays and panels alike.
 bool View::eventFilter(QObject* watched, QEvent* event)
 {
     auto* widget = qobject_cast<QWidget*>(watched);
-    if (event->type() != QEvent::MouseMove || !widget || !isAncestorOf(widget))
+    if (!widget || (widget != this && !isAncestorOf(widget)))
         return false;
-    const auto* move = static_cast<QMouseEvent*>(event);
-    for (DisplayWidget* display : displays_) {
-        const CGPoint point = display->screenPoint(widget->mapTo(this, move->position()) - display->pos());
-        if (widget == display)
-            desktop_.pointer().move(point, move->buttons() != Qt::NoButton);
-        else if (display->isAncestorOf(widget))
-            desktop_.pointer().moveWithin(point, move->buttons() != Qt::NoButton);
-    }
+    if (event->type() == QEvent::KeyPress)
+        return isSwallowed(*static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseMove)
+        followPointer(*widget, *static_cast<QMouseEvent*>(event));
     return false;
+}
+
+/// Whoever has the keyboard here, a tap comes first.
+bool View::isSwallowed(const QKeyEvent& event)
+{
+    const RunLoop::Turn turn;
+    const auto press = keyPressOf(event);
+    return press && desktop_.keyboard().isSwallowed(*press);
+}
+
+/// Over displays and panels alike.
+void View::followPointer(const QWidget& widget, const QMouseEvent& move)
+{
+    for (DisplayWidget* display : displays_) {
+        const CGPoint point = display->screenPoint(widget.mapTo(this, move.position()) - display->pos());
+        if (&widget == display)
+            desktop_.pointer().move(point, move.buttons() != Qt::NoButton);
+        else if (display->isAncestorOf(&widget))
+            desktop_.pointer().moveWithin(point, move.buttons() != Qt::NoButton);
+    }
 }
 
 void View::closeEvent(QCloseEvent* event)

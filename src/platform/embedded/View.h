@@ -34,6 +34,8 @@ protected:
 private:
     std::vector<CGRect> frames() const;
     void arrange();
+    bool isSwallowed(const QKeyEvent& event);
+    void followPointer(const QWidget& widget, const QMouseEvent& move);
 
     EmbeddedDesktop& desktop_;
     /// The frames of the displays that were made, window space.
