@@ -40,7 +40,8 @@ void raise(const AXUIElement& window, pid_t pid)
 void newWindow(const BarItem& item)
 {
     if (item.bundleURL)
-        NSWorkspace::sharedWorkspace().openApplicationAtURL(*item.bundleURL, { .activates = true });
+        NSWorkspace::sharedWorkspace().openApplicationAtURL(
+            *item.bundleURL, { .activates = true, .createsNewApplicationInstance = true });
 }
 
 void setHidden(const BarItem& item, bool hidden)

@@ -20,7 +20,7 @@ struct ListedElement {
 std::vector<ListedElement> windowList(const BarItem& item);
 /// Brings a window of that list forward.
 void raise(const AXUIElement& window, pid_t pid);
-/// Opens the application anew; what that does is its own affair.
+/// Has the application open another window, or launches it; how many processes that makes is its own affair.
 void newWindow(const BarItem& item);
 void setHidden(const BarItem& item, bool hidden);
 bool isHidden(const BarItem& item);

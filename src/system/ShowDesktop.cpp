@@ -6,9 +6,13 @@
 #include "foundation/NSBundle.h"
 #include "log/Log.h"
 #include "system/Attribute.h"
+#include "system/Dictionaries.h"
+#include "system/ListedWindow.h"
+#include "windowserver/CGWindow.h"
 
 #include <algorithm>
 #include <functional>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -30,12 +34,26 @@ Cleared& cleared()
     return perDesktop<Cleared>();
 }
 
+/// A program that is hidden may show a window all the same, where the desktop lets one that opens then stay.
+std::unordered_set<pid_t> ownersOnScreen()
+{
+    std::unordered_set<pid_t> owners;
+    const auto list
+        = CGWindowListCopyWindowInfo(kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements, 0);
+    for (const Value& entry : dictionaries(list))
+        if (const auto window = ListedWindow::read(entry))
+            owners.insert(window->pid);
+    return owners;
+}
+
 Applications applicationsToHide()
 {
+    const auto showing = ownersOnScreen();
     const auto ownIdentifier = NSBundle::mainBundle().bundleIdentifier();
     Applications applications = NSWorkspace::sharedWorkspace().runningApplications();
     std::erase_if(applications, [&](const NSRunningApplication& application) {
-        return application.activationPolicy() != NSApplicationActivationPolicyRegular || application.isHidden()
+        return application.activationPolicy() != NSApplicationActivationPolicyRegular
+            || (application.isHidden() && !showing.contains(application.processIdentifier()))
             || application.bundleIdentifier() == ownIdentifier;
     });
     return applications;

@@ -90,7 +90,7 @@ TEST_F(BarMenusTest, EachEntryOfTheItemMenuDoesWhatItSays)
     EXPECT_FALSE(world().window(inbox)->isMinimised);
 
     choose(*menu, "New Window");
-    EXPECT_EQ(count("open"), 1u);
+    EXPECT_EQ(count("openAnother"), 1u);
 
     choose(*menu, "Hide");
     EXPECT_TRUE(world().process(mail_)->record->isHidden);

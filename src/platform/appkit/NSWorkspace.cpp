@@ -67,9 +67,11 @@ NSImage NSWorkspace::iconForFile(const std::string& path) const
     return NSImage(host::Desktop::current().applications().icon(path));
 }
 
-bool NSWorkspace::openApplicationAtURL(const NSURL& url, NSWorkspaceOpenConfiguration) const
+bool NSWorkspace::openApplicationAtURL(const NSURL& url, NSWorkspaceOpenConfiguration configuration) const
 {
-    return host::Desktop::current().applications().open(url.standardizedPath());
+    host::Applications& applications = host::Desktop::current().applications();
+    const std::string path = url.standardizedPath();
+    return configuration.createsNewApplicationInstance ? applications.openAnother(path) : applications.open(path);
 }
 
 bool NSWorkspace::openURL(const NSURL& url) const

@@ -11,6 +11,8 @@
 
 struct NSWorkspaceOpenConfiguration {
     bool activates = false;
+    /// Another one, even where it runs.
+    bool createsNewApplicationInstance = false;
 };
 
 /// The user's desktop: what runs, what is in front, what opens what. Main thread.
@@ -22,7 +24,7 @@ public:
     std::optional<NSRunningApplication> frontmostApplication() const;
     /// The icon of a file; empty only where the desktop has no icon at all.
     NSImage iconForFile(const std::string& path) const;
-    /// Launches the application or has it reopen. False when that can't be asked for.
+    /// Launches the application or has the one that runs reopen. False when that can't be asked for.
     bool openApplicationAtURL(const NSURL& url, NSWorkspaceOpenConfiguration configuration) const;
     bool openURL(const NSURL& url) const;
 

@@ -29,13 +29,24 @@ std::shared_ptr<const IconSource> Applications::icon(const std::string& path)
 
 bool Applications::open(const std::string& path)
 {
+    return request("open", path, [](World& world, const Scenario::Application& each) { world.open(each); });
+}
+
+bool Applications::openAnother(const std::string& path)
+{
+    return request(
+        "openAnother", path, [](World& world, const Scenario::Application& each) { world.openAnother(each); });
+}
+
+bool Applications::request(const char* name, const std::string& path, Effect effect)
+{
     const bool exists = world_.application(path);
-    log_.add({ .name = "open", .value = path, .result = exists ? kAXErrorSuccess : kAXErrorIllegalArgument });
+    log_.add({ .name = name, .value = path, .result = exists ? kAXErrorSuccess : kAXErrorIllegalArgument });
     if (!exists)
         return false;
-    later_.atNextTurn([this, path] {
+    later_.atNextTurn([this, path, effect] {
         if (const auto* application = world_.application(path))
-            world_.open(*application);
+            effect(world_, *application);
     });
     return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "embedded/Later.h"
+#include "embedded/Scenario.h"
 #include "host/Applications.h"
 
 namespace embedded {
@@ -27,10 +28,13 @@ public:
     std::optional<std::vector<std::string>> bundles(const std::string&) override { return std::nullopt; }
 
     bool open(const std::string& path) override;
+    bool openAnother(const std::string& path) override;
     /// Finder opens a window for a file or folder; a link is only recorded.
     bool openURL(const std::string& url) override;
 
 private:
+    using Effect = void (*)(World&, const Scenario::Application&);
+    bool request(const char* name, const std::string& path, Effect effect);
     void showInFinder(const std::string& name);
 
     World& world_;

@@ -101,8 +101,13 @@ void Surfaces::giveBackKeyboard()
     const Keyboard keyboard = *std::exchange(keyboard_, std::nullopt);
     if (stage_)
         stage_->takeBackKeyboard(*keyboard.holder);
-    if (world_.frontmost() == getpid() && keyboard.previous)
-        world_.activate(*keyboard.previous);
+    if (world_.frontmost() != getpid())
+        return;
+    const RunningProcess* previous = keyboard.previous ? world_.process(*keyboard.previous) : nullptr;
+    if (previous && !previous->record->isHidden)
+        world_.activate(previous->pid());
+    else
+        world_.giveWay(getpid());
 }
 
 void Surfaces::giveBackFrom(const QWidget& widget)

@@ -216,6 +216,13 @@ void World::setManualAccessibility(pid_t pid, bool on)
         process->hasManualAccessibility = on;
 }
 
+RunningProcess* World::processAt(const std::string& bundlePath)
+{
+    const auto place = std::ranges::find_if(
+        processes_, [&](const RunningProcess& process) { return process.record->bundlePath == bundlePath; });
+    return place == processes_.end() ? nullptr : &*place;
+}
+
 RunningProcess* World::find(pid_t pid)
 {
     return const_cast<RunningProcess*>(process(pid));

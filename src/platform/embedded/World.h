@@ -120,10 +120,14 @@ public:
     /// What opening an application does: launches it, or brings the running one forward with a window to show.
     void open(const Scenario::Application& application);
     /// Ends the process and closes its windows. The Dock comes back by itself.
+    /// Launches it, or has the running one open another of its windows.
+    void openAnother(const Scenario::Application& application);
     void quit(pid_t pid);
     void activate(pid_t pid);
     void hide(pid_t pid);
     void unhide(pid_t pid);
+    /// Where it is in front, whoever is next comes there.
+    void giveWay(pid_t pid);
 
     // Windows.
 
@@ -175,6 +179,8 @@ private:
     Window* find(std::uint32_t number);
     void start(Scenario::Process process);
     void startOwnPrograms();
+    RunningProcess* processAt(const std::string& bundlePath);
+    void openWindowOf(const RunningProcess& process, const Scenario::Application& application);
     void startDock();
     void setFrontmost(std::optional<pid_t> pid);
     void setHidden(RunningProcess& process, bool hidden);

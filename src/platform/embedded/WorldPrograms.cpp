@@ -76,9 +76,8 @@ pid_t World::launch(const Scenario::Application& application)
 
 void World::open(const Scenario::Application& application)
 {
-    const auto running = std::find_if(processes_.begin(), processes_.end(),
-        [&](const RunningProcess& process) { return process.record->bundlePath == application.path; });
-    if (running == processes_.end()) {
+    const RunningProcess* running = processAt(application.path);
+    if (!running) {
         launch(application);
         return;
     }
@@ -86,14 +85,33 @@ void World::open(const Scenario::Application& application)
     const pid_t pid = running->pid();
     const auto own = windowsOf(pid);
     const bool showsOne = std::any_of(own.begin(), own.end(), [](const Window* each) { return !each->isMinimised; });
-    if (own.empty() && !application.windows.empty()) {
-        Scenario::Window window = application.windows.front();
-        window.owner = pid;
-        open(window);
-    } else if (!own.empty() && !showsOne) {
+    if (own.empty())
+        openWindowOf(*running, application);
+    else if (!showsOne)
         setMinimised(own.front()->number, false);
-    }
     activate(pid);
+}
+
+void World::openAnother(const Scenario::Application& application)
+{
+    const RunningProcess* running = processAt(application.path);
+    if (!running) {
+        launch(application);
+        return;
+    }
+    const pid_t pid = running->pid();
+    openWindowOf(*running, application);
+    activate(pid);
+}
+
+/// The first of those that it opens when it is launched.
+void World::openWindowOf(const RunningProcess& process, const Scenario::Application& application)
+{
+    if (application.windows.empty())
+        return;
+    Scenario::Window window = application.windows.front();
+    window.owner = process.pid();
+    open(window);
 }
 
 void World::start(Scenario::Process process)
@@ -147,8 +165,7 @@ void World::quit(pid_t pid)
     const bool wasDock = leaving->isDock();
     std::erase_if(processes_, [&](const RunningProcess& process) { return process.pid() == pid; });
     notices_.process(host::ProcessEvent::terminated, record);
-    if (frontmost_ == pid)
-        setFrontmost(nextFrontmost(pid));
+    giveWay(pid);
     if (wasDock)
         later_.after(dockRelaunchDelay, [this] { startDock(); });
     notices_.sceneChanged();
@@ -170,6 +187,11 @@ void World::hide(pid_t pid)
     if (!process || process->record->isHidden)
         return;
     setHidden(*process, true);
+    giveWay(pid);
+}
+
+void World::giveWay(pid_t pid)
+{
     if (frontmost_ == pid)
         setFrontmost(nextFrontmost(pid));
 }

@@ -11,6 +11,7 @@
 #include <cctype>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <set>
@@ -33,8 +34,20 @@ std::string lowered(std::string_view text)
 /// Programs that only run others; which one an entry means, its first word doesn't tell.
 bool isWrapper(std::string_view executable)
 {
-    static constexpr std::string_view wrappers[] = { "sh", "bash", "flatpak", "snap", "python3", "java", "gjs" };
+    static constexpr std::string_view wrappers[]
+        = { "sh", "bash", "flatpak", "snap", "python3", "java", "gjs", "exo-open", "xdg-open", "gio" };
     return std::ranges::find(wrappers, executable) != std::end(wrappers);
+}
+
+/// By its first line.
+bool isShellScript(const std::string& program)
+{
+    const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(program.c_str()), g_free);
+    if (!path)
+        return false;
+    std::string line;
+    std::getline(std::ifstream(path.get()), line);
+    return line.starts_with("#!") && line.find("sh") != line.npos;
 }
 
 std::vector<std::string> languages()
@@ -118,6 +131,17 @@ std::vector<DesktopEntries::Handle> withPaths(const std::map<std::string, Deskto
     return result;
 }
 
+}
+
+bool isStartedBy(const DesktopEntry& ofWindows, const DesktopEntry& starter)
+{
+    const auto isOne
+        = [](const std::string& a, const std::string& b) { return !a.empty() && lowered(a) == lowered(b); };
+    if (isOne(ofWindows.startupWmClass, starter.startupWmClass))
+        return true;
+    if (isWrapper(starter.executable) || isShellScript(starter.program))
+        return ofWindows.isFileManager;
+    return isOne(ofWindows.executable, starter.executable);
 }
 
 bool DesktopEntries::readIfChanged()

@@ -12,6 +12,10 @@
 
 namespace freedesktop {
 
+/// Whether windows of the one entry can be what the other entry starts: both run one program or name one class, or the
+/// other only runs whichever file manager is to be run.
+bool isStartedBy(const DesktopEntry& ofWindows, const DesktopEntry& starter);
+
 /// The installed applications' desktop entries. They are read when one is first asked for, all in one go, and again
 /// when something is looked for in vain after a folder has changed. An entry, once handed out, stays as it is.
 class DesktopEntries {

@@ -52,12 +52,12 @@ std::string_view takeWord(std::string_view& text)
 }
 
 /// The program that a command line runs, behind "env" and its assignments.
-std::string executableOf(std::string_view commandLine)
+std::string programOf(std::string_view commandLine)
 {
     std::string_view word = takeWord(commandLine);
     while (word == "env" || word == "/usr/bin/env" || word.find('=') != word.npos)
         word = takeWord(commandLine);
-    return std::string(word.substr(word.rfind('/') + 1));
+    return std::string(word);
 }
 
 using Fields = std::map<std::string_view, std::string_view>;
@@ -142,7 +142,10 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, const Entry
     entry.icon = unescaped(field("Icon"));
     entry.startupWmClass = unescaped(field("StartupWMClass"));
     entry.commandLine = unescaped(field("Exec"));
-    entry.executable = executableOf(entry.commandLine);
+    entry.program = programOf(entry.commandLine);
+    entry.executable = entry.program.substr(entry.program.rfind('/') + 1);
+    entry.isFileManager
+        = isInList(field("Categories"), "FileManager") && isInList(field("MimeType"), "inode/directory");
     entry.tryExecutable = unescaped(field("TryExec"));
     entry.runsInTerminal = field("Terminal") == "true";
     const auto only

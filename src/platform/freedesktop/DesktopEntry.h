@@ -17,8 +17,11 @@ struct DesktopEntry {
     std::string name;
     std::string icon;
     std::string startupWmClass;
-    /// The file name of the program that it runs.
+    /// The program that it runs, with its folder where the entry names one; and its file name.
+    std::string program;
     std::string executable;
+    /// Whether it is one of those that manage files, folders among them.
+    bool isFileManager = false;
     bool runsInTerminal = false;
     std::string commandLine;
     /// The program whose presence says that the application is installed; empty when nothing has to be there.

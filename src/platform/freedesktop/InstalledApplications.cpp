@@ -72,9 +72,24 @@ bool InstalledApplications::open(const std::string& path)
     const Entry entry = entries_.withPath(path);
     if (!entry)
         return false;
-    if (entry == folderHandler())
-        return Launching::openWithHandler(fileURL(homeFolder()), notifier_);
-    return Launching::launchEntry(entry->entry.file, notifier_);
+    if (bringForward && bringForward(path, identifierOf(entry)))
+        return true;
+    return entry == folderHandler() ? openHome() : Launching::launchEntry(entry->entry.file, notifier_);
+}
+
+bool InstalledApplications::openAnother(const std::string& path)
+{
+    if (path == allApplicationsPath)
+        return Launching::launchApplicationFinder(notifier_);
+    const Entry entry = entries_.withPath(path);
+    if (!entry)
+        return false;
+    return entry == folderHandler() ? openHome() : Launching::launchNewWindow(entry->entry.file, notifier_);
+}
+
+bool InstalledApplications::openHome()
+{
+    return Launching::openWithHandler(fileURL(homeFolder()), notifier_);
 }
 
 bool InstalledApplications::openURL(const std::string& url)
@@ -92,6 +107,12 @@ bool InstalledApplications::openURL(const std::string& url)
 std::string InstalledApplications::identifierOf(const Entry& entry)
 {
     return entry == folderHandler() ? finderIdentifier : entry->entry.id;
+}
+
+std::string InstalledApplications::identifierOfWindows(const Entry& entry)
+{
+    const Entry handler = folderHandler();
+    return handler && isStartedBy(entry->entry, handler->entry) ? finderIdentifier : identifierOf(entry);
 }
 
 std::shared_ptr<const IconSource> InstalledApplications::iconOf(const Entry& entry)

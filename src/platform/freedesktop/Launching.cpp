@@ -36,6 +36,21 @@ private:
     GError* error_ = nullptr;
 };
 
+/// Null, which is told, where the entry can't be used.
+Owned<GDesktopAppInfo> applicationOf(const std::string& entryFile)
+{
+    Owned<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entryFile.c_str()));
+    if (!application)
+        std::fprintf(stderr, "vantry: %s can't be opened: its program isn't there\n", entryFile.c_str());
+    return application;
+}
+
+bool launch(const std::string& entryFile, GDesktopAppInfo* application, LaunchNotifier& notifier)
+{
+    Failure failure(entryFile);
+    return g_app_info_launch(G_APP_INFO(application), nullptr, makeLaunchContext(notifier).get(), failure);
+}
+
 bool spawn(std::initializer_list<const char*> command, LaunchNotifier& notifier)
 {
     const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(*command.begin()), g_free);
@@ -56,13 +71,23 @@ bool spawn(std::initializer_list<const char*> command, LaunchNotifier& notifier)
 
 bool launchEntry(const std::string& entryFile, LaunchNotifier& notifier)
 {
-    const Owned<GDesktopAppInfo> application(g_desktop_app_info_new_from_filename(entryFile.c_str()));
-    if (!application) {
-        std::fprintf(stderr, "vantry: %s can't be opened: its program isn't there\n", entryFile.c_str());
+    const auto application = applicationOf(entryFile);
+    return application && launch(entryFile, application.get(), notifier);
+}
+
+bool launchNewWindow(const std::string& entryFile, LaunchNotifier& notifier)
+{
+    const auto application = applicationOf(entryFile);
+    if (!application)
         return false;
+    const char* const* actions = g_desktop_app_info_list_actions(application.get());
+    for (const char* name : { "new-window", "NewWindow", "new_window" }) {
+        if (!g_strv_contains(actions, name))
+            continue;
+        g_desktop_app_info_launch_action(application.get(), name, makeLaunchContext(notifier).get());
+        return true;
     }
-    Failure failure(entryFile);
-    return g_app_info_launch(G_APP_INFO(application.get()), nullptr, makeLaunchContext(notifier).get(), failure);
+    return launch(entryFile, application.get(), notifier);
 }
 
 bool tryHandler(const std::string& url, LaunchNotifier& notifier)

@@ -9,6 +9,8 @@
 namespace freedesktop::Launching {
 
 bool launchEntry(const std::string& entryFile, LaunchNotifier& notifier);
+/// The entry's own way to open a new window where it names one, else the same as `launchEntry`.
+bool launchNewWindow(const std::string& entryFile, LaunchNotifier& notifier);
 bool openWithHandler(const std::string& url, LaunchNotifier& notifier);
 /// The same, where failing is nothing to tell.
 bool tryHandler(const std::string& url, LaunchNotifier& notifier);

@@ -27,7 +27,7 @@ pid_t addFinder(std::vector<Process>& processes, InstalledApplications& applicat
     if (running == processes.end()) {
         processes.insert(processes.begin(),
             { finder, ActivationPolicy::regular, finderIdentifier, handler->bundlePath, handler->entry.name,
-                applications.iconOf(handler), false });
+                applications.iconOf(handler), true });
     } else {
         running->policy = ActivationPolicy::regular;
         std::rotate(processes.begin(), running, std::next(running));

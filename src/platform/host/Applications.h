@@ -26,8 +26,11 @@ public:
     /// files: those that menus show, each once, in no order. Absent when the folder is one of the file system.
     virtual std::optional<std::vector<std::string>> bundles(const std::string& folder) = 0;
 
-    /// Launches the application, or has the running one reopen, and brings it to the front. False when it can't be.
+    /// Launches the application, or has the running one reopen: it comes to the front with a window that it has, and
+    /// makes one only where it has none. False when it can't be.
     virtual bool open(const std::string& path) = 0;
+    /// Has it open one window more, in another process of it or the same, as is its way. False when it can't be.
+    virtual bool openAnother(const std::string& path) = 0;
     /// Opens a folder, file or link with what handles it. `url` is an absolute URL. False when it can't be.
     virtual bool openURL(const std::string& url) = 0;
 };

@@ -1,5 +1,7 @@
 #include "x11/ProcessList.h"
 
+#include "base/Clock.h"
+#include "base/RunLoop.h"
 #include "freedesktop/ProcessFiles.h"
 #include "x11/WindowIcon.h"
 
@@ -7,6 +9,10 @@
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
+#include <iterator>
+#include <ranges>
+#include <utility>
 
 namespace x11 {
 namespace {
@@ -66,7 +72,34 @@ std::shared_ptr<const Process> ProcessList::find(pid_t pid)
 
 bool ProcessList::activate(pid_t pid)
 {
-    return manager_.activate(pid);
+    if (!manager_.activate(pid))
+        return false;
+    asked_ = pid;
+    return true;
+}
+
+/// Of several, the one that is in front or on its way there; else the last that was.
+bool ProcessList::bringForward(const std::string& bundlePath, const std::string& identifier)
+{
+    const DesktopState& state = mirror_.state();
+    const auto rank = [&](pid_t pid) -> std::ptrdiff_t {
+        if (pid == asked_)
+            return std::ssize(state.activations);
+        const WindowRecord* window = state.lastActiveOf(pid);
+        return window ? std::ranges::find(state.activations, window->id) - state.activations.begin() : -1;
+    };
+    std::vector<pid_t> candidates;
+    for (const auto& process : running_) {
+        const bool isIt = process->bundlePath == bundlePath || process->bundleIdentifier == identifier;
+        if (isIt && !state.windowsOf(process->pid).empty())
+            candidates.push_back(process->pid);
+    }
+    if (candidates.empty())
+        return false;
+    const pid_t pid = *std::ranges::max_element(candidates, {}, rank);
+    unhide(pid);
+    asked_ = pid;
+    return manager_.reopen(pid);
 }
 
 bool ProcessList::hide(pid_t pid)
@@ -75,10 +108,12 @@ bool ProcessList::hide(pid_t pid)
         return false;
     updateSoon_();
     Taken& taken = taken_[pid];
+    const auto stacking = mirror_.state().frontToBack();
     return manager_.withEach(pid, [&](auto& ask, const DesktopState& state, const WindowRecord& window) {
         if (state.isIconic(window))
             return;
-        taken.try_emplace(window.id, state.desktopOf(window));
+        const auto depth = static_cast<std::size_t>(std::ranges::find(stacking, &window) - stacking.begin());
+        taken.try_emplace(window.id, TakenWindow { state.desktopOf(window), depth, window.id == state.active, false });
         ask.iconify(window);
     });
 }
@@ -89,20 +124,57 @@ bool ProcessList::unhide(pid_t pid)
     if (taken.empty())
         return false;
     updateSoon_();
-    auto windows = mirror_.state().windowsOf(pid);
-    // From back to front, so that they end in the order in which they were.
-    std::ranges::reverse(windows);
-    for (const WindowRecord* each : windows) {
-        const auto place = taken.mapped().find(each->id);
-        if (place == taken.mapped().end())
-            continue;
-        manager_.with(each->id, [&](auto& ask, const DesktopState&, const WindowRecord& window) {
+    for (const auto& [id, before] : taken.mapped()) {
+        manager_.with(id, [&](auto& ask, const DesktopState&, const WindowRecord& window) {
             ask.deiconify(window);
             // Deiconifying can bring a window to the desktop in front.
-            ask.setDesktop(window, place->second);
+            ask.setDesktop(window, before.desktop);
         });
     }
+    returning_.merge(taken.mapped());
     return true;
+}
+
+/// A window that comes back is put in front, with the keyboard, wherever it was. Once all that come back together are
+/// on their way they are put in the order in which they were, and the keyboard goes to whom it belongs.
+void ProcessList::orderReturning()
+{
+    if (returning_.empty())
+        return;
+    const Taken returning = std::exchange(returning_, {});
+    std::vector<xcb_window_t> order;
+    std::ranges::copy(returning | std::views::keys, std::back_inserter(order));
+    std::ranges::sort(order, std::greater {}, [&](xcb_window_t id) { return returning.at(id).depth; });
+    for (const xcb_window_t id : order)
+        manager_.with(id, [](const auto& ask, const DesktopState&, const WindowRecord& window) { ask.raise(window); });
+
+    const WindowRecord* asked = asked_ ? mirror_.state().lastActiveOf(*asked_) : nullptr;
+    const auto wasActive = std::ranges::find_if(order, [&](xcb_window_t id) { return returning.at(id).wasActive; });
+    const xcb_window_t front = asked && returning.contains(asked->id) ? asked->id
+        : wasActive == order.end()                                    ? xcb_window_t(XCB_WINDOW_NONE)
+                                                                      : *wasActive;
+    bringToFront(front);
+    returned_ = Returned { returning, front, RunLoop::main().clock().nanoseconds() };
+}
+
+/// A window manager that takes its time may give the keyboard to another of those that come back after all.
+void ProcessList::insistOnFront()
+{
+    constexpr std::uint64_t patience = 500'000'000;
+    const xcb_window_t active = mirror_.state().active;
+    if (!returned_ || active == returned_->front || !returned_->windows.contains(active))
+        return;
+    const auto [windows, front, at] = *std::exchange(returned_, std::nullopt);
+    if (RunLoop::main().clock().nanoseconds() - at < patience)
+        bringToFront(front);
+}
+
+void ProcessList::bringToFront(xcb_window_t window) const
+{
+    manager_.with(window, [](const auto& ask, const DesktopState& state, const WindowRecord& record) {
+        if (state.isOnCurrentDesktop(record))
+            ask.activate(record);
+    });
 }
 
 bool ProcessList::terminate(pid_t pid)
@@ -122,12 +194,15 @@ bool ProcessList::forceTerminate(pid_t pid)
 
 ProcessList::Events ProcessList::update()
 {
+    orderReturning();
+    insistOnFront();
     Events events = adopt(describeAll());
     const DesktopState& state = mirror_.state();
     const WindowRecord* active = state.find(state.active);
     const auto frontmost = active ? std::optional(active->pid) : std::nullopt;
     if (frontmost != frontmost_) {
         frontmost_ = frontmost;
+        asked_.reset();
         if (const auto process = frontmost ? find(*frontmost) : nullptr)
             events.emplace_back(ProcessEvent::activated, process);
     }
@@ -173,19 +248,31 @@ Process ProcessList::describe(pid_t pid, const Windows& windows)
         identity.bundlePath, identity.name, identity.icon, isHidden(pid, windows) };
 }
 
-/// Hidden are those that were hidden here, and of which nothing has been brought back since.
+/// Hidden are those that were hidden here, and of which nothing has been brought back since. A window that can't be
+/// iconified doesn't count, nor does one that has opened meanwhile.
 bool ProcessList::isHidden(pid_t pid, const Windows& windows)
 {
-    const auto taken = taken_.find(pid);
-    if (taken == taken_.end())
+    const auto place = taken_.find(pid);
+    if (place == taken_.end())
         return false;
     const DesktopState& state = mirror_.state();
-    const bool isAway = std::ranges::all_of(windows,
-        [&](const WindowRecord* window) { return window->facts.isPartOfDesktop() || state.isIconic(*window); });
+    bool isAnyAway = false;
+    bool isAnyBack = false;
+    bool showsAny = false;
+    for (const WindowRecord* window : windows) {
+        const bool isAway = state.isIconic(*window);
+        showsAny |= !isAway && !window->facts.isPartOfDesktop();
+        const auto taken = place->second.find(window->id);
+        if (taken == place->second.end())
+            continue;
+        isAnyBack |= taken->second.isAway && !isAway;
+        isAnyAway |= taken->second.isAway = isAway;
+    }
     const auto before = find(pid);
-    if (!isAway && before && before->isHidden)
-        taken_.erase(taken);
-    return isAway;
+    const bool isHidden = !isAnyBack && (isAnyAway || !showsAny);
+    if (!isHidden && (isAnyBack || (before && before->isHidden)))
+        taken_.erase(place);
+    return isHidden;
 }
 
 ProcessList::Events ProcessList::adopt(std::vector<Process> processes)
@@ -229,7 +316,7 @@ ProcessList::Identity ProcessList::identify(const WindowRecord& window)
     const WindowFacts& facts = window.facts;
     Identity identity { facts.className, facts.instanceName, {}, {}, {}, {} };
     if (const auto entry = applications_.entries().ofWindow(facts.className, facts.instanceName, window.pid)) {
-        identity.identifier = applications_.identifierOf(entry);
+        identity.identifier = applications_.identifierOfWindows(entry);
         identity.bundlePath = entry->bundlePath;
         identity.name = entry->entry.name;
         identity.icon = applications_.icons().named(entry->entry.icon);

@@ -26,6 +26,9 @@ public:
     bool hide(pid_t pid) override;
     bool unhide(pid_t pid) override;
     bool terminate(pid_t pid) override;
+    /// What opening an application does that runs with windows as that bundle or by that identifier. False where none
+    /// does.
+    bool bringForward(const std::string& bundlePath, const std::string& identifier);
     bool forceTerminate(pid_t pid) override;
 
     using Events = std::vector<std::pair<host::ProcessEvent, std::shared_ptr<const host::Process>>>;
@@ -44,8 +47,16 @@ private:
         std::string name;
         std::shared_ptr<const IconSource> icon;
     };
-    /// The windows that hiding a process iconified, and their desktops.
-    using Taken = std::unordered_map<xcb_window_t, std::uint32_t>;
+    /// A window that hiding its process iconified, and how it was.
+    struct TakenWindow {
+        std::uint32_t desktop = 0;
+        /// How many windows were in front of it.
+        std::size_t depth = 0;
+        bool wasActive = false;
+        /// Whether it has been seen to be iconified.
+        bool isAway = false;
+    };
+    using Taken = std::unordered_map<xcb_window_t, TakenWindow>;
     using Windows = std::vector<const WindowRecord*>;
 
     std::vector<std::pair<pid_t, Windows>> owners() const;
@@ -56,6 +67,9 @@ private:
     host::Process describe(pid_t pid, const Windows& windows);
     std::vector<host::Process> describeAll();
     Events adopt(std::vector<host::Process> processes);
+    void orderReturning();
+    void insistOnFront();
+    void bringToFront(xcb_window_t window) const;
 
     Connection& connection_;
     const WindowMirror& mirror_;
@@ -66,7 +80,19 @@ private:
     std::vector<std::shared_ptr<const host::Process>> running_;
     std::unordered_map<pid_t, Identity> identities_;
     std::unordered_map<pid_t, Taken> taken_;
+    /// Those given back since the last update.
+    Taken returning_;
+    /// Those last given back, and which of them belongs in front.
+    struct Returned {
+        Taken windows;
+        xcb_window_t front = XCB_WINDOW_NONE;
+        /// Nanoseconds of the clock.
+        std::uint64_t at = 0;
+    };
+    std::optional<Returned> returned_;
     std::optional<pid_t> frontmost_;
+    /// The process that was last asked to come forward, until one does.
+    std::optional<pid_t> asked_;
     std::atomic<pid_t> finder_ = 0;
 };
 

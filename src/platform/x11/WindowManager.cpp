@@ -74,6 +74,26 @@ bool WindowManager::activate(pid_t pid)
     return hasAny;
 }
 
+bool WindowManager::reopen(pid_t pid)
+{
+    const bool hasAny = mirror_.read([&](const DesktopState& state) {
+        const auto windows = state.windowsOf(pid);
+        if (windows.empty())
+            return false;
+        if (const WindowRecord* shown = leadingWindow(state, pid)) {
+            requests(state).activate(*shown);
+            return true;
+        }
+        const WindowRecord* last = state.lastActiveOf(pid);
+        const WindowRecord& iconified = last ? *last : *windows.front();
+        requests(state).deiconify(iconified);
+        requests(state).activate(iconified);
+        return true;
+    });
+    connection_.flush();
+    return hasAny;
+}
+
 void WindowManager::activateLast()
 {
     mirror_.read([&](const DesktopState& state) {

@@ -21,6 +21,8 @@ public:
 
     /// Makes the process's last active window that isn't iconified the active one. False when it has no window.
     bool activate(pid_t pid);
+    /// The same, with the window that was active last brought back where all are iconified.
+    bool reopen(pid_t pid);
     /// Activates whichever other program's window was active last and can be.
     void activateLast();
     /// Whether a window has been asked to come forward and hasn't come yet.

@@ -97,6 +97,9 @@ public:
         mirror_.takeChanges();
         surfaces_.followDesktop(false);
         connection_->onFlushed = [this] { drainSoon(); };
+        applications_.bringForward = [this](const std::string& path, const std::string& identifier) {
+            return processes_.bringForward(path, identifier);
+        };
         // The toolkit's event loop may not be there yet.
         start_.schedule(0, [this] { listen(); });
         busStart_.schedule(busDelay, [this] {
