@@ -188,6 +188,8 @@ void BarPainter::drawButtons() const
 
 void BarPainter::drawItem(const BarItem& item, const CGRect& rect, bool isHovered) const
 {
+    if (item.demandsAttention)
+        drawPill(rect, Palette::attentionFill);
     if (item.isFrontmost)
         drawPill(rect, Palette::activeFill);
     else if (isHovered)
@@ -301,7 +303,9 @@ double BarPainter::lift() const
     return isTop(look_.edge) ? -metrics_.indicatorHeight() : metrics_.indicatorHeight();
 }
 
-const NSColor& BarPainter::markColor(const BarItem& item) const
+NSColor BarPainter::markColor(const BarItem& item) const
 {
+    if (item.demandsAttention)
+        return NSColor::systemRed();
     return item.isFrontmost ? look_.accent : Palette::runningDot;
 }

@@ -39,7 +39,7 @@ private:
     bool isFloating() const { return look_.floatingInset > 0; }
     /// How far icons stand off the middle, away from the edge with the indicators.
     double lift() const;
-    const NSColor& markColor(const BarItem& item) const;
+    NSColor markColor(const BarItem& item) const;
 
     const BarPicture& picture_;
     const BarLook& look_;

@@ -9,6 +9,8 @@ inline const NSColor barTint = NSColor::colorWithCalibratedWhite(0.1, 1.0);
 /// The thin line along the bar's inner edge.
 inline const NSColor topHairline = NSColor::colorWithCalibratedWhite(1.0, 0.12);
 inline const NSColor hoverFill = NSColor::colorWithCalibratedWhite(1.0, 0.1);
+/// Under the button of what wants to be looked at.
+inline const NSColor attentionFill = NSColor::systemRed().withAlphaComponent(0.30);
 inline const NSColor activeFill = NSColor::colorWithCalibratedWhite(1.0, 0.18);
 inline const NSColor separator = NSColor::colorWithCalibratedWhite(1.0, 0.13);
 inline const NSColor searchFill = NSColor::colorWithCalibratedWhite(1.0, 0.07);

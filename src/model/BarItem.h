@@ -30,6 +30,8 @@ struct BarItem {
     std::optional<std::string> badge {};
     /// How many counted windows the application has; 0 on a button of one window.
     int windowCount = 0;
+    /// A window of what it stands for wants to be looked at.
+    bool demandsAttention = false;
 
     bool isRunning() const { return pid.has_value(); }
 };

@@ -63,6 +63,7 @@ void annotate(std::vector<BarItem>& items, const DockBadges::Map& badges, const 
         if (const auto badge = badges.find(item.name); badge != badges.end())
             item.badge = badge->second;
         item.windowCount = static_cast<int>(windowsOf(item, map).size());
+        item.demandsAttention = item.pid && WindowIndex::demandsAttention(*item.pid);
     }
 }
 
@@ -126,8 +127,13 @@ std::vector<BarItem> DockModel::expand(const std::vector<BarItem>& items)
             expanded.push_back(item);
             continue;
         }
-        for (const WindowEntry& window : windows)
+        // Where it is a window without a button, each of the others tells of it.
+        const bool isKnown = std::ranges::any_of(windows, &WindowEntry::demandsAttention);
+        for (const WindowEntry& window : windows) {
             expanded.push_back(windowItem(item, window, focused));
+            if (isKnown)
+                expanded.back().demandsAttention = window.demandsAttention;
+        }
     }
     return expanded;
 }

@@ -6,6 +6,7 @@
 #include "model/Ordering.h"
 #include "model/PinnedApps.h"
 #include "settings/Settings.h"
+#include "system/WindowIndex.h"
 
 #include <unordered_map>
 #include <unordered_set>
@@ -175,5 +176,6 @@ std::optional<BarItem> DockModel::finderItem()
         .isPinned = true,
         .pid = finder.processIdentifier(),
         .isFrontmost = frontmost && frontmost->bundleIdentifier() == finderBundleID,
+        .demandsAttention = WindowIndex::demandsAttention(finder.processIdentifier()),
     };
 }

@@ -12,6 +12,7 @@
 #include "windowserver/CGWindow.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace {
 
@@ -22,6 +23,8 @@ constexpr double focusTimeout = 0.4;
 
 struct Cache {
     std::shared_ptr<const WindowMap> map;
+    /// The processes with a window that demands attention.
+    std::unordered_set<pid_t> demanding;
     NSDate cachedAt = NSDate::distantPast();
 };
 
@@ -43,6 +46,12 @@ std::string title(const Value& entry)
     return text ? *text : std::string();
 }
 
+bool demandsAttention(const Value& entry)
+{
+    const Value* demands = entry.find(kCGWindowDemandsAttention);
+    return demands && demands->boolean() == true;
+}
+
 /// The tests stand in the order of their cost.
 std::optional<WindowEntry> countedWindow(const Value& entry, RegularProcesses& regular)
 {
@@ -57,18 +66,24 @@ std::optional<WindowEntry> countedWindow(const Value& entry, RegularProcesses& r
     auto spaceIDs = SpaceScanner::spaceIDsForWindow(window->number);
     if (spaceIDs.empty())
         return std::nullopt;
-    return WindowEntry { window->number, window->pid, title(entry), *frame, std::move(spaceIDs) };
+    return WindowEntry { window->number, window->pid, title(entry), *frame, std::move(spaceIDs),
+        demandsAttention(entry) };
 }
 
-WindowMap readWindows()
+Cache readWindows()
 {
     WindowMap windows;
+    std::unordered_set<pid_t> demanding;
     RegularProcesses regular;
     const auto list = CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0);
-    for (const Value& entry : dictionaries(list))
+    for (const Value& entry : dictionaries(list)) {
+        if (demandsAttention(entry))
+            if (const auto window = ListedWindow::read(entry))
+                demanding.insert(window->pid);
         if (auto window = countedWindow(entry, regular))
             windows[window->pid].push_back(std::move(*window));
-    return windows;
+    }
+    return { std::make_shared<const WindowMap>(std::move(windows)), std::move(demanding), NSDate::now() };
 }
 
 }
@@ -79,7 +94,7 @@ std::shared_ptr<const WindowMap> byPID()
 {
     if (cache().map && NSDate::now().timeIntervalSince(cache().cachedAt) < cacheSeconds)
         return cache().map;
-    cache() = { std::make_shared<const WindowMap>(readWindows()), NSDate::now() };
+    cache() = readWindows();
     return cache().map;
 }
 
@@ -90,6 +105,12 @@ std::vector<WindowEntry> all()
     for (const auto& [pid, list] : *map)
         windows.insert(windows.end(), list.begin(), list.end());
     return windows;
+}
+
+bool demandsAttention(pid_t pid)
+{
+    byPID();
+    return cache().demanding.contains(pid);
 }
 
 void invalidate()

@@ -21,6 +21,7 @@ struct WindowEntry {
     CGRect bounds;
     /// At least one.
     std::vector<std::uint64_t> spaceIDs;
+    bool demandsAttention = false;
 };
 
 /// Each process with its windows, front first; a process without any has no entry.
@@ -34,6 +35,8 @@ namespace WindowIndex {
 std::shared_ptr<const WindowMap> byPID();
 /// The windows of every process, one process after the other.
 std::vector<WindowEntry> all();
+/// Whether a window of the process wants to be looked at, one that doesn't count included. Of the same reading.
+bool demandsAttention(pid_t pid);
 /// Has the next `byPID` read the list afresh.
 void invalidate();
 

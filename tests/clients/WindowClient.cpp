@@ -10,9 +10,11 @@
 //   text WINDOW PROPERTY TYPE VALUE     a property of bytes; the value is the rest of the line
 //   numbers WINDOW PROPERTY TYPE N...   a property of 32-bit numbers
 //   atoms WINDOW PROPERTY NAME...
+//   attention WINDOW                    asks that the user look at it
 //   presses CODE                        answers how often that key went down
 //
-// A window asked to close does so, and the program ends with its last one, or with its input.
+// A window asked to close does so, and the program ends with its last one, or with its input. Started with a place and
+// a size behind its name it shows a window there, and takes no input.
 
 #include <xcb/xcb.h>
 
@@ -46,15 +48,24 @@ public:
             xcb_generate_id(connection_);
     }
 
+    void show(const std::string& frame)
+    {
+        std::istringstream line(frame);
+        xcb_map_window(connection_, create(line));
+        xcb_flush(connection_);
+        hasInput_ = false;
+    }
+
     [[noreturn]] void run()
     {
         pollfd sources[] = { { STDIN_FILENO, POLLIN, 0 }, { xcb_get_file_descriptor(connection_), POLLIN, 0 } };
         for (;;) {
             takeEvents();
+            sources[0].fd = hasInput_ ? STDIN_FILENO : -1;
             poll(sources, 2, -1);
             if (sources[1].revents & (POLLHUP | POLLERR))
                 std::exit(1);
-            if (sources[0].revents != 0)
+            if (hasInput_ && sources[0].revents != 0)
                 takeInput();
         }
     }
@@ -110,6 +121,8 @@ private:
             tellManager(window, "WM_CHANGE_STATE", { iconic });
         else if (verb == "fullscreen")
             tellManager(window, "_NET_WM_STATE", { add, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromApplication });
+        else if (verb == "attention")
+            tellManager(window, "_NET_WM_STATE", { add, atom("_NET_WM_STATE_DEMANDS_ATTENTION"), 0, fromApplication });
         else
             setProperty(verb, window, line);
     }
@@ -220,6 +233,7 @@ private:
     }
 
     std::string name_;
+    bool hasInput_ = true;
     xcb_connection_t* connection_;
     xcb_screen_t* screen_ = nullptr;
     std::set<xcb_window_t> windows_;
@@ -232,5 +246,11 @@ private:
 
 int main(int argc, char** argv)
 {
-    Client(argc > 1 ? argv[1] : "client").run();
+    Client client(argc > 1 ? argv[1] : "client");
+    std::string frame;
+    for (int each = 2; each < argc; ++each)
+        frame += std::string(argv[each]) + ' ';
+    if (!frame.empty())
+        client.show(frame);
+    client.run();
 }

@@ -361,6 +361,89 @@ TEST_P(Contract, HidingTheFrontmostApplicationLeavesItNotFrontmost)
 
 // A window's own state
 
+TEST_P(Contract, ApplicationsThatComeBackTogetherKeepTheirOrder)
+{
+    // In the order of their launch they would come back the other way round.
+    const Program front = start("front");
+    const Program back = start("back");
+    const Program middle = start("middle", upRight);
+    focus(back);
+    focus(middle);
+    focus(front);
+    ASSERT_TRUE(
+        settle([&] { return isInFrontOf(front.window, middle.window) && isInFrontOf(middle.window, back.window); }));
+    for (const Program& each : { front, back, middle })
+        processes().hide(each.pid);
+    const auto allAre = [&](bool hidden) {
+        return std::ranges::all_of(std::initializer_list { front, back, middle },
+            [&](const Program& each) { return processes().find(each.pid)->isHidden == hidden; });
+    };
+    ASSERT_TRUE(settle([&] { return allAre(true); }));
+
+    for (const Program& each : { front, back, middle })
+        processes().unhide(each.pid);
+    EXPECT_TRUE(settle([&] {
+        return allAre(false) && isInFrontOf(front.window, middle.window) && isInFrontOf(middle.window, back.window);
+    }));
+}
+
+TEST_P(Contract, OpeningARunningApplicationShowsItAndOnlyAnotherMakesAWindow)
+{
+    const std::string path = under_->install("opener");
+    const auto windowsOfIt = [&] {
+        std::vector<std::shared_ptr<const host::Window>> own;
+        for (const auto& window : windows().all())
+            if (const auto owner = processes().find(window->owner); owner && owner->bundlePath == path)
+                own.push_back(window);
+        return own;
+    };
+    const auto isInFront = [&] {
+        const auto front = processes().frontmost();
+        const auto process = front ? processes().find(*front) : nullptr;
+        return process && process->bundlePath == path;
+    };
+    EXPECT_TRUE(applications().open(path));
+    ASSERT_TRUE(settle([&] { return windowsOfIt().size() == 1 && isInFront(); }));
+    const auto window = windowsOfIt().front();
+
+    const Program other = start("other");
+    focus(other);
+    EXPECT_TRUE(applications().open(path));
+    EXPECT_TRUE(settle(isInFront));
+    write(element(window->owner, window->number), Attribute::minimized, true);
+    ASSERT_TRUE(settle([&] { return isMinimised(window->owner, window->number); }));
+    focus(other);
+    EXPECT_TRUE(applications().open(path));
+    EXPECT_TRUE(settle([&] { return isInFront() && !isMinimised(window->owner, window->number); }));
+    processes().hide(window->owner);
+    ASSERT_TRUE(settle([&] { return processes().find(window->owner)->isHidden; }));
+    EXPECT_TRUE(applications().open(path));
+    EXPECT_TRUE(settle([&] { return isInFront() && isOnScreen(window->number); }));
+
+    EXPECT_TRUE(applications().openAnother(path));
+    EXPECT_TRUE(settle([&] { return windowsOfIt().size() > 1 && isInFront(); }));
+    EXPECT_EQ(windowsOfIt().size(), 2u) << "none of the others has made one";
+    for (const auto& each : windowsOfIt())
+        processes().forceTerminate(each->owner);
+    EXPECT_TRUE(settle([&] { return windowsOfIt().empty(); }));
+}
+
+TEST_P(Contract, AWindowThatDemandsAttentionSaysSoUntilItIsLookedAt)
+{
+    const Program caller = start("caller");
+    const Program other = start("other"); // Over it: some window managers see to it that what shows isn't announced.
+    focus(other);
+    forgetPosted();
+    under_->demandAttention(caller.window);
+    EXPECT_TRUE(settle([&] { return listed(caller.window).demandsAttention && windowChanges_ > 0; }));
+    EXPECT_FALSE(listed(other.window).demandsAttention);
+    forgetPosted();
+    focus(caller);
+    EXPECT_TRUE(settle([&] { return !listed(caller.window).demandsAttention && windowChanges_ > 0; }));
+    focus(other);
+    EXPECT_FALSE(listed(caller.window).demandsAttention);
+}
+
 TEST_P(Contract, AMovedAndResizedWindowsBoundsFollow)
 {
     const auto program = start("alpha");

@@ -31,6 +31,10 @@ public:
     /// Opens an ordinary window of the program, about there (window space), and gives its number.
     virtual std::uint32_t openWindow(pid_t pid, const std::string& title, const CGRect& frame) = 0;
     virtual void closeWindow(std::uint32_t window) = 0;
+    /// Installs an application of which each launch opens a small window; gives its bundle's path.
+    virtual std::string install(const std::string& name) = 0;
+    /// The window's program asks the user to look at it.
+    virtual void demandAttention(std::uint32_t window) = 0;
     virtual void setTitle(std::uint32_t window, const std::string& title) = 0;
     /// What a user does at the window's own controls.
     virtual void minimise(std::uint32_t window) = 0;

@@ -70,6 +70,16 @@ public:
         return world().open({ .owner = pid, .title = title, .bounds = frame, .spaces = {}, .faults = {} });
     }
     void closeWindow(std::uint32_t window) override { world().close(window); }
+    std::string install(const std::string& name) override
+    {
+        embedded::Scenario::Application application;
+        application.path = "/Applications/" + name + ".app";
+        application.displayName = name;
+        application.windows.push_back({ .title = name, .bounds = smallFrame, .spaces = {}, .faults = {} });
+        world().install(application);
+        return application.path;
+    }
+    void demandAttention(std::uint32_t window) override { world().demandAttention(window); }
     void setTitle(std::uint32_t window, const std::string& title) override { world().setTitle(window, title); }
     void minimise(std::uint32_t window) override { world().setMinimised(window, true); }
     void focus(std::uint32_t window) override { world().focus(window); }
@@ -93,6 +103,8 @@ public:
     }
 
 private:
+    static constexpr CGRect smallFrame { 200, 150, 230, 170 };
+
     embedded::World& world() { return desktop_->world(); }
 
     ManualClock clock_;

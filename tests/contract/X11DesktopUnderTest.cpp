@@ -195,6 +195,16 @@ void X11DesktopUnderTest::endProgram(pid_t pid)
     programs_.erase(pid);
 }
 
+/// By way of a shell, or all that the tests start would be this application.
+std::string X11DesktopUnderTest::install(const std::string& name)
+{
+    writeAtHome("start", "exec \"$@\"\n");
+    writeAtHome("data/applications/" + name + ".desktop",
+        "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=sh " + temporaryHome() + "/start " WINDOW_CLIENT " "
+            + name + " 200 150 230 170\n");
+    return "/Applications/" + name + ".app";
+}
+
 std::uint32_t X11DesktopUnderTest::createWindow(pid_t pid, const CGRect& frame)
 {
     const std::uint32_t window = program(pid).tell("create " + numbers(frame));

@@ -38,6 +38,8 @@ public:
     void endProgram(pid_t pid) override;
     std::uint32_t openWindow(pid_t pid, const std::string& title, const CGRect& frame) override;
     void closeWindow(std::uint32_t window) override;
+    std::string install(const std::string& name) override;
+    void demandAttention(std::uint32_t window) override { tell(window, "attention"); }
     void setTitle(std::uint32_t window, const std::string& title) override;
     void minimise(std::uint32_t window) override;
     void focus(std::uint32_t window) override;

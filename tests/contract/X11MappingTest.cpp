@@ -127,6 +127,54 @@ TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
     EXPECT_FALSE(processes().unhide(program.pid));
 }
 
+TEST_F(X11, WhatHidingTookIsGivenBackWhateverElseTheProgramShows)
+{
+    const auto program = start("taker");
+    // Of a window's functions, minimising is missing.
+    const auto fixed = under_->createWindow(program.pid, { 700, 150, 300, 200 });
+    under_->tell(fixed, "numbers", "_MOTIF_WM_HINTS _MOTIF_WM_HINTS 1 38 0 0 0");
+    under_->tell(fixed, "map");
+    const auto other = start("other");
+    under_->focus(program.window);
+    ASSERT_TRUE(settle([&] { return isListed(fixed) && processes().frontmost() == program.pid; }));
+    const auto isHidden
+        = [&](bool hidden) { return [&, hidden] { return processes().find(program.pid)->isHidden == hidden; }; };
+    const auto isAway = [&] { return read<bool>(element(program.pid, program.window), Attribute::minimized) == true; };
+    processes().hide(program.pid);
+    processes().hide(other.pid);
+    ASSERT_TRUE(settle(isHidden(true)));
+    const auto late = under_->openWindow(program.pid, "late", { 500, 400, 300, 200 });
+    ASSERT_TRUE(settle([&] { return isListed(late) && processes().find(other.pid)->isHidden; }));
+    EXPECT_TRUE(isHidden(true)() && isAway());
+
+    processes().unhide(program.pid);
+    processes().unhide(other.pid);
+    EXPECT_TRUE(settle([&] { return isHidden(false)() && !isAway() && processes().frontmost() == program.pid; }));
+    EXPECT_TRUE(settle([&] { return isInFrontOf(program.window, other.window); }));
+}
+
+TEST_F(X11, AnUrgentWindowIsPassedOverOnceItWasActive)
+{
+    const auto urgent = start("urgent");
+    const auto other = start("other");
+    under_->focus(other.window);
+    ASSERT_TRUE(settle([&] { return processes().frontmost() == other.pid; }));
+    const std::string hints = "WM_HINTS WM_HINTS 256 0 0 0 0 0 0 0 0";
+    under_->tell(urgent.window, "numbers", hints);
+    EXPECT_TRUE(settle([&] { return listed(urgent.window).demandsAttention; }));
+    under_->focus(urgent.window);
+    EXPECT_TRUE(settle([&] { return !listed(urgent.window).demandsAttention; }));
+    under_->focus(other.window);
+    ASSERT_TRUE(settle([&] { return processes().frontmost() == other.pid; }));
+    EXPECT_FALSE(listed(urgent.window).demandsAttention) << "its hint still stands";
+
+    under_->tell(urgent.window, "numbers", "WM_HINTS WM_HINTS 0 0 0 0 0 0 0 0 0");
+    under_->setTitle(urgent.window, "calm");
+    ASSERT_TRUE(settle([&] { return title(urgent.window) == "calm"; }));
+    under_->tell(urgent.window, "numbers", hints);
+    EXPECT_TRUE(settle([&] { return listed(urgent.window).demandsAttention; })) << "and says so anew";
+}
+
 // Who a program is
 
 TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
@@ -218,6 +266,26 @@ TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
 
     stop(program);
     EXPECT_TRUE(settle([&] { return processes().running().front()->pid == finder->pid; }));
+}
+
+TEST_F(X11, AFileManagerThatAWrapperStartsIsKnownByItsWindows)
+{
+    // The application that opens folders runs a script: it is whichever file manager shows.
+    TestEntries entries;
+    entries.write("t-manager",
+        "Name=Test Manager\nStartupWMClass=test-manager\nExec=m\nCategories=System;FileManager;\n"
+        "MimeType=inode/directory;\n");
+    entries.write("t-editor",
+        "Name=Test Editor\nStartupWMClass=test-editor\nExec=e\nCategories=Editor;\nMimeType=inode/directory;\n");
+    const auto editor = start("test-editor");
+    EXPECT_EQ(processes().find(editor.pid)->bundleIdentifier, "t-editor");
+    EXPECT_LT(processes().running().front()->pid, 0) << "what stands for it";
+    EXPECT_TRUE(processes().running().front()->isHidden) << "there is nothing of it to clear away";
+    const auto manager = start("test-manager");
+    EXPECT_TRUE(settle([&] { return processes().running().front()->pid == manager.pid; }));
+    EXPECT_EQ(processes().find(manager.pid)->bundleIdentifier, "com.apple.finder");
+    EXPECT_EQ(processes().find(manager.pid)->localizedName, "Test Manager");
+    EXPECT_FALSE(processes().find(manager.pid)->isHidden);
 }
 
 TEST_F(X11, FoldersAndTheTrashOpenWithTheirHandler)

@@ -110,6 +110,9 @@ TEST(BarPainterTest, ButtonShowsItsState)
     const std::string longDash = "fill 18,7 26x3 r1.5 FF0000@1";
     BarItem aWindow = application("Letter", true, false, 2);
     aWindow.windowID = 7;
+    const std::string wanted = "fill 12,4 38x44 r9 FF3B30@0.3";
+    BarItem demanding = application("Mail", true);
+    demanding.demandsAttention = true;
     BarItem bare = application("Mail", true);
     bare.icon.reset();
     const struct {
@@ -131,6 +134,7 @@ TEST(BarPainterTest, ButtonShowsItsState)
                 "fill 39,7 8x3 r1.5 FF0000@1" } },
         { "one window of two", aWindow, false, { fullIcon, dash } },
         { "without an icon", bare, false, { dash } },
+        { "demands attention", demanding, true, { wanted, hover, fullIcon, "fill 23,7 16x3 r1.5 FF3B30@1" } },
     };
     for (const auto& row : rows) {
         BarPicture bar = picture({ row.item });

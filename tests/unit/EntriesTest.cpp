@@ -100,6 +100,26 @@ TEST_F(EntriesTest, ItemsCarryTheirBadgeAndHowManyWindowsTheyHave)
     EXPECT_EQ(logged("counts: ").back(), "counts: Both=2 Main=1 Side=1 None=0");
 }
 
+TEST_F(EntriesTest, WhatDemandsAttentionIsMarkedUntilItIsLookedAt)
+{
+    const auto marked = [&](WindowGrouping grouping) {
+        Settings::grouping.set(grouping);
+        WindowIndex::invalidate();
+        auto items = DockModel::entries(100, std::nullopt);
+        std::erase_if(items, [](const BarItem& item) { return !item.demandsAttention; });
+        return names(items);
+    };
+    const auto second = world().windowsOf(both_).at(1)->number;
+    world().demandAttention(second);
+    EXPECT_EQ(marked(WindowGrouping::always), Texts { "Both" });
+    EXPECT_EQ(marked(WindowGrouping::never), Texts { "B2" });
+    world().focus(second);
+    EXPECT_EQ(marked(WindowGrouping::always), Texts());
+
+    world().demandAttention(openWindow(world().processNamed("org.Side")->pid(), { 0, 0, 180, 90 }, "Ask"));
+    EXPECT_EQ(marked(WindowGrouping::never), Texts { "S1" }) << "a window without a button of its own";
+}
+
 TEST_F(EntriesTest, GroupingDecidesBetweenApplicationsAndWindows)
 {
     const Texts perApplication { "Apps", "Notes", "Both", "Main", "Side", "None" };

@@ -56,6 +56,7 @@ struct Scenario {
         bool isFullScreen = false;
         /// Whether accessibility knows of it.
         bool isAccessible = true;
+        bool demandsAttention = false;
         WindowFaults faults;
     };
 

@@ -250,6 +250,7 @@ private:
         object.read("minimised", window.isMinimised);
         object.read("fullScreen", window.isFullScreen);
         object.read("accessible", window.isAccessible);
+        object.read("demandsAttention", window.demandsAttention);
         JsonObject faults = object.object("faults");
         faults.read("refusesSizes", window.faults.refusesSizes);
         faults.read("minimumSize", window.faults.minimumSize);

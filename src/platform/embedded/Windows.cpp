@@ -51,10 +51,12 @@ std::shared_ptr<const host::Window> Windows::record(const Window& window)
     auto& known = records_[window.number];
     const bool isCurrent = known && known->owner == window.owner && known->layer == window.layer
         && known->bounds == window.bounds && known->spaces == window.spaces && known->isOnScreen == isOnScreen
+        && known->demandsAttention == window.demandsAttention
         && (tellsTitle ? known->title == window.title : !known->title);
     if (!isCurrent)
         known = std::make_shared<const host::Window>(host::Window { window.number, window.owner,
-            tellsTitle ? window.title : std::nullopt, window.layer, window.bounds, window.spaces, isOnScreen });
+            tellsTitle ? window.title : std::nullopt, window.layer, window.bounds, window.spaces, isOnScreen,
+            window.demandsAttention });
     return known;
 }
 

@@ -35,6 +35,7 @@ struct Window {
     std::vector<std::uint64_t> spaces;
     bool isMinimised = false;
     bool isAccessible = true;
+    bool demandsAttention = false;
     /// What was typed into it.
     std::string typed;
     WindowFaults faults;
@@ -119,15 +120,15 @@ public:
     pid_t launch(const Scenario::Application& application);
     /// What opening an application does: launches it, or brings the running one forward with a window to show.
     void open(const Scenario::Application& application);
-    /// Ends the process and closes its windows. The Dock comes back by itself.
     /// Launches it, or has the running one open another of its windows.
     void openAnother(const Scenario::Application& application);
+    /// Ends the process and closes its windows. The Dock comes back by itself.
     void quit(pid_t pid);
     void activate(pid_t pid);
     void hide(pid_t pid);
-    void unhide(pid_t pid);
     /// Where it is in front, whoever is next comes there.
     void giveWay(pid_t pid);
+    void unhide(pid_t pid);
 
     // Windows.
 
@@ -150,6 +151,8 @@ public:
     void setSpaces(std::uint32_t number, std::vector<std::uint64_t> spaces);
     void setLayer(std::uint32_t number, int layer);
     void type(std::uint32_t number, const std::string& text);
+    /// Until the user looks at it.
+    void demandAttention(std::uint32_t number);
 
     // The desktop.
 
@@ -176,17 +179,18 @@ public:
 
 private:
     RunningProcess* find(pid_t pid);
+    RunningProcess* processAt(const std::string& bundlePath);
+    void openWindowOf(const RunningProcess& process, const Scenario::Application& application);
     Window* find(std::uint32_t number);
     void start(Scenario::Process process);
     void startOwnPrograms();
-    RunningProcess* processAt(const std::string& bundlePath);
-    void openWindowOf(const RunningProcess& process, const Scenario::Application& application);
     void startDock();
     void setFrontmost(std::optional<pid_t> pid);
     void setHidden(RunningProcess& process, bool hidden);
     std::optional<pid_t> nextFrontmost(pid_t leaving) const;
     void closeAll(pid_t owner);
     void moveToFront(std::uint32_t number);
+    void noteLook();
     void bringWindowsForward(pid_t pid);
     bool showsSomewhere(const Window& window) const;
     CGSize granted(const Window& window, CGSize size) const;

@@ -218,6 +218,7 @@ void World::setFrontmost(std::optional<pid_t> pid)
     if (frontmost_ == pid)
         return;
     frontmost_ = pid;
+    noteLook();
     if (pid)
         notices_.process(host::ProcessEvent::activated, find(*pid)->record);
     else

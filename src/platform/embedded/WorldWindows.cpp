@@ -16,6 +16,7 @@ std::uint32_t World::open(Scenario::Window described)
     window.bounds = described.bounds;
     window.isMinimised = described.isMinimised;
     window.isAccessible = described.isAccessible;
+    window.demandsAttention = described.demandsAttention;
     window.faults = std::move(described.faults);
     if (!screens_.all().empty())
         window.spaces = { screens_.all()[screens_.containing(window.bounds)].currentSpace };
@@ -87,6 +88,7 @@ void World::setMain(std::uint32_t number)
         return;
     if (std::exchange(owner->mainWindow, number) != number && frontmost_ == owner->pid())
         notices_.windowsChanged();
+    noteLook();
     notices_.sceneChanged();
 }
 
@@ -168,6 +170,25 @@ void World::type(std::uint32_t number, const std::string& text)
     if (Window* window = find(number))
         window->typed += text;
     notices_.sceneChanged();
+}
+
+void World::demandAttention(std::uint32_t number)
+{
+    Window* window = find(number);
+    if (!window || (frontmost_ && focusedWindow(*frontmost_) == window))
+        return;
+    window->demandsAttention = true;
+    notices_.windowsChanged();
+}
+
+/// The user has the focused window before them.
+void World::noteLook()
+{
+    const Window* focused = frontmost_ ? focusedWindow(*frontmost_) : nullptr;
+    if (!focused || !focused->demandsAttention)
+        return;
+    find(focused->number)->demandsAttention = false;
+    notices_.windowsChanged();
 }
 
 void World::moveToFront(std::uint32_t number)

@@ -28,6 +28,8 @@ struct Window {
     std::optional<std::vector<std::uint64_t>> spaces;
     /// Whether it shows: not minimised, not hidden, on a space that is in front.
     bool isOnScreen = false;
+    /// Whether it wants to be looked at, and hasn't been since.
+    bool demandsAttention = false;
 
     bool operator==(const Window&) const = default;
 };

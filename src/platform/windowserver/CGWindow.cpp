@@ -40,6 +40,8 @@ Value dictionaryOf(const host::Window& window, const host::Process* owner)
     };
     if (window.title)
         entry.set(kCGWindowName, *window.title);
+    if (window.demandsAttention)
+        entry.set(kCGWindowDemandsAttention, true);
     if (owner && owner->localizedName)
         entry.set(kCGWindowOwnerName, *owner->localizedName);
     return entry;

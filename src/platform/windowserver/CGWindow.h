@@ -39,6 +39,8 @@ inline constexpr const char* kCGWindowLayer = "kCGWindowLayer";
 inline constexpr const char* kCGWindowBounds = "kCGWindowBounds";
 /// Text; the title is absent without the right to look at other programs' windows.
 inline constexpr const char* kCGWindowName = "kCGWindowName";
+/// A boolean, there only while the window wants to be looked at.
+inline constexpr const char* kCGWindowDemandsAttention = "kCGWindowDemandsAttention";
 inline constexpr const char* kCGWindowOwnerName = "kCGWindowOwnerName";
 /// A number from 0 to 1.
 inline constexpr const char* kCGWindowAlpha = "kCGWindowAlpha";

@@ -54,6 +54,7 @@ constexpr Name names[] = {
     { &Atoms::netWmStateSkipTaskbar, "_NET_WM_STATE_SKIP_TASKBAR" },
     { &Atoms::netWmStateSkipPager, "_NET_WM_STATE_SKIP_PAGER" },
     { &Atoms::netWmStateSticky, "_NET_WM_STATE_STICKY" },
+    { &Atoms::netWmStateDemandsAttention, "_NET_WM_STATE_DEMANDS_ATTENTION" },
     { &Atoms::netWmWindowType, "_NET_WM_WINDOW_TYPE" },
     { &Atoms::netWmWindowTypeNormal, "_NET_WM_WINDOW_TYPE_NORMAL" },
     { &Atoms::netWmWindowTypeDialog, "_NET_WM_WINDOW_TYPE_DIALOG" },

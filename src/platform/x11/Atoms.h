@@ -50,6 +50,7 @@ struct Atoms {
     xcb_atom_t netWmStateSkipTaskbar;
     xcb_atom_t netWmStateSkipPager;
     xcb_atom_t netWmStateSticky;
+    xcb_atom_t netWmStateDemandsAttention;
 
     xcb_atom_t netWmWindowType;
     xcb_atom_t netWmWindowTypeNormal;

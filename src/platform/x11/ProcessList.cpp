@@ -146,7 +146,7 @@ void ProcessList::orderReturning()
     std::ranges::copy(returning | std::views::keys, std::back_inserter(order));
     std::ranges::sort(order, std::greater {}, [&](xcb_window_t id) { return returning.at(id).depth; });
     for (const xcb_window_t id : order)
-        manager_.with(id, [](const auto& ask, const DesktopState&, const WindowRecord& window) { ask.raise(window); });
+        manager_.with(id, [](auto& ask, const DesktopState&, const WindowRecord& window) { ask.raise(window); });
 
     const WindowRecord* asked = asked_ ? mirror_.state().lastActiveOf(*asked_) : nullptr;
     const auto wasActive = std::ranges::find_if(order, [&](xcb_window_t id) { return returning.at(id).wasActive; });
@@ -171,7 +171,7 @@ void ProcessList::insistOnFront()
 
 void ProcessList::bringToFront(xcb_window_t window) const
 {
-    manager_.with(window, [](const auto& ask, const DesktopState& state, const WindowRecord& record) {
+    manager_.with(window, [](auto& ask, const DesktopState& state, const WindowRecord& record) {
         if (state.isOnCurrentDesktop(record))
             ask.activate(record);
     });

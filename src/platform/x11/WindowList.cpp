@@ -35,7 +35,7 @@ bool isOnScreen(const DesktopState& state, const WindowRecord& window)
 host::Window describe(const DesktopState& state, const WindowRecord& window)
 {
     return { window.id, window.pid, window.title(), window.facts.layer(), state.points.windowSpace(state.outer(window)),
-        spacesOf(state, window), isOnScreen(state, window) };
+        spacesOf(state, window), isOnScreen(state, window), window.facts.wantsAttention() && !window.wasLookedAt };
 }
 
 }

@@ -163,6 +163,15 @@ void WindowMirror::setActive(xcb_window_t window)
         return;
     std::erase(state_.activations, active);
     state_.activations.push_back(active);
+    lookAt(state_.windows.at(active));
+}
+
+void WindowMirror::lookAt(WindowRecord& window)
+{
+    if (!window.facts.wantsAttention() || std::exchange(window.wasLookedAt, true))
+        return;
+    ++window.revision;
+    changes_.listing = true;
 }
 
 void WindowMirror::forget(xcb_window_t window)

@@ -95,6 +95,7 @@ private:
 
     void forget(xcb_window_t window);
     void setActive(xcb_window_t window);
+    void lookAt(WindowRecord& window);
 
     Connection& connection_;
     const std::string host_;

@@ -235,6 +235,7 @@ bool WindowMirror::readWindows()
             continue;
         WindowRecord& window = found->second;
         settlePid(window);
+        window.wasLookedAt = window.facts.wantsAttention() && (window.wasLookedAt || id == state_.active);
         ++window.revision;
         changes_.listing |= window.facts != old.facts || window.pid != old.pid;
         changes_.struts |= window.strut != old.strut || window.partialStrut != old.partialStrut;

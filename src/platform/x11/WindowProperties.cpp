@@ -53,6 +53,7 @@ NetStates statesOf(std::span<const std::uint32_t> states, const Atoms& atoms)
         .shaded = has(atoms.netWmStateShaded),
         .maximized = has(atoms.netWmStateMaximizedVert) || has(atoms.netWmStateMaximizedHorz),
         .skipTaskbar = has(atoms.netWmStateSkipTaskbar),
+        .demandsAttention = has(atoms.netWmStateDemandsAttention),
     };
 }
 
@@ -106,7 +107,9 @@ constexpr WindowProperty table[] = {
     { &Atoms::wmHints, 9,
         [](WindowRecord& window, const Property& hints, const Atoms& atoms) {
             constexpr std::uint32_t inputHint = 1;
+            constexpr std::uint32_t urgencyHint = 1U << 8;
             const auto fields = hints.numbers(atoms.wmHints);
+            window.facts.isUrgent = !fields.empty() && (fields[0] & urgencyHint) != 0;
             window.takesFocus = fields.size() < 2 || (fields[0] & inputHint) == 0 || fields[1] != 0;
         } },
     { &Atoms::wmProtocols, listLongs,

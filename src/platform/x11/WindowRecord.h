@@ -38,6 +38,7 @@ struct NetStates {
     bool shaded = false;
     bool maximized = false;
     bool skipTaskbar = false;
+    bool demandsAttention = false;
     bool operator==(const NetStates&) const = default;
 };
 
@@ -46,6 +47,8 @@ struct WindowFacts {
     std::optional<WindowKind> declaredKind;
     bool isTransient = false;
     NetStates states;
+    /// By its hints.
+    bool isUrgent = false;
     std::optional<WmState> wmState;
     std::optional<std::uint32_t> desktop;
     std::string instanceName;
@@ -57,6 +60,8 @@ struct WindowFacts {
     int layer() const;
     /// Whether it is one of the windows that people switch between, and so makes its process an application.
     bool isOrdinary() const;
+    /// In either way to say so.
+    bool wantsAttention() const { return isUrgent || states.demandsAttention; }
     /// Whether it is a panel or the desktop's own, which stay when their process is hidden or brought forward.
     bool isPartOfDesktop() const;
 };
@@ -93,6 +98,8 @@ struct WindowRecord {
 
     std::optional<Strut> strut;
     std::optional<Strut> partialStrut;
+    /// Whether it has been the active window since it began to want attention. Many programs never take that back.
+    bool wasLookedAt = false;
     bool takesFocus = true;
     bool hasDeleteProtocol = false;
 
