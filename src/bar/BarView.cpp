@@ -6,6 +6,7 @@
 #include "log/Log.h"
 #include "log/Timing.h"
 #include "model/Click.h"
+#include "model/ItemCommands.h"
 #include "model/Items.h"
 #include "search/NativeLauncher.h"
 #include "settings/Settings.h"
@@ -43,6 +44,7 @@ BarView::BarView(const CGRect& frame)
 {
     applySearchFieldStyle();
     addSubview(search_.field());
+    registerForDraggedTypes();
 }
 
 void BarView::closePanels()
@@ -246,6 +248,30 @@ void BarView::rightMouseUp(const NSEvent& event)
     const auto menu
         = button ? BarMenus::itemMenu(displayItems()[static_cast<std::size_t>(*button)]) : BarMenus::barMenu();
     NSMenu::popUpContextMenu(menu, event, *this);
+}
+
+/// A middle click opens a new window.
+void BarView::otherMouseUp(const NSEvent& event)
+{
+    const CGPoint point = convertFromWindow(event.locationInWindow);
+    cancelTooltip();
+    if (const auto button = layout().button(point))
+        DockModel::newWindow(displayItems()[static_cast<std::size_t>(*button)]);
+    else if (layout().hit(point) == BarHit::finder && picture_.finder)
+        DockModel::newWindow(*picture_.finder);
+}
+
+NSDragOperation BarView::draggingUpdated(const NSDraggingInfo& dragged)
+{
+    return drop_.moveTo(layout().hit(convertFromWindow(dragged.draggingLocation)), dragged);
+}
+
+bool BarView::performDragOperation(const NSDraggingInfo& dragged)
+{
+    draggingUpdated(dragged);
+    const bool isDone = drop_.drop(dragged);
+    gather();
+    return isDone;
 }
 
 void BarView::endPress()

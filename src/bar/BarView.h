@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appkit/NSView.h"
+#include "bar/BarDrop.h"
 #include "bar/BarHover.h"
 #include "bar/BarPicture.h"
 #include "bar/BarPress.h"
@@ -83,6 +84,11 @@ public:
     void mouseDragged(const NSEvent& event) override;
     void mouseUp(const NSEvent& event) override;
     void rightMouseUp(const NSEvent& event) override;
+    void otherMouseUp(const NSEvent& event) override;
+    NSDragOperation draggingEntered(const NSDraggingInfo& dragged) override { return draggingUpdated(dragged); }
+    NSDragOperation draggingUpdated(const NSDraggingInfo& dragged) override;
+    void draggingExited() override { drop_.leave(); }
+    bool performDragOperation(const NSDraggingInfo& dragged) override;
 
     // Search.
 
@@ -116,4 +122,5 @@ private:
     std::optional<BarPress> press_;
     BarSearch search_;
     BarHover hover_;
+    BarDrop drop_ { picture_ };
 };

@@ -30,7 +30,7 @@ bool isInUse(const NSRunningApplication& application)
     return isFrontmost(pid) && hasWindow && !application.isHidden() && !ShowDesktop::isShowingDesktop();
 }
 
-void bringForward(const NSRunningApplication& application, std::string name, std::optional<NSURL> bundleURL)
+void unhideAndRaise(const NSRunningApplication& application, std::string name, std::optional<NSURL> bundleURL)
 {
     application.unhide();
     application.activate();
@@ -47,7 +47,7 @@ void activatePreviousApp()
     }
     const std::string name = application->localizedName().value_or("?");
     Log::debug("back: returning to ", name, " pid=", *pid);
-    bringForward(*application, name, application->bundleURL());
+    unhideAndRaise(*application, name, application->bundleURL());
 }
 
 }
@@ -59,7 +59,7 @@ void handleClick(const BarItem& item)
     Raise::noteClick();
     if (item.windowID && item.pid) {
         Log::debug("click: window ", *item.windowID, " of ", item.name);
-        WindowIndex::raise(*item.windowID, *item.pid);
+        bringForward(item);
         return;
     }
     if (const auto application = runningApplication(item); application && isInUse(*application))
@@ -68,11 +68,19 @@ void handleClick(const BarItem& item)
         activate(item);
 }
 
+void bringForward(const BarItem& item)
+{
+    if (item.windowID && item.pid)
+        WindowIndex::raise(*item.windowID, *item.pid);
+    else if (runningApplication(item))
+        activate(item);
+}
+
 void activate(const BarItem& item)
 {
     if (const auto application = runningApplication(item)) {
         Log::debug("activate: ", item.name, " pid=", *item.pid, " hidden=", application->isHidden());
-        bringForward(*application, item.name, item.bundleURL);
+        unhideAndRaise(*application, item.name, item.bundleURL);
     } else if (item.bundleURL) {
         Log::debug("launch: ", item.name, " at ", item.bundleURL->path());
         NSWorkspace::sharedWorkspace().openApplicationAtURL(*item.bundleURL, { .activates = true });

@@ -8,6 +8,7 @@ import dbus
 import dbus.lowlevel
 from PIL import Image, ImageChops, ImageStat
 from session import Session, SessionTest, eventually
+from Xlib import X
 
 
 def difference(a, b):
@@ -57,11 +58,13 @@ class ClickTest(SessionTest):
     def frontmost(self):
         return self.session.active()
 
+    def stacking(self):
+        return [window.id for window in self.session.clients() if window.id in (self.terminal.id, self.editor.id)]
+
     def test_a_click_activates_and_raises_and_a_second_one_goes_back(self):
         self.click_button("XTerm")
         eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertEqual([w.id for w in self.session.clients() if w.id in (self.terminal.id, self.editor.id)],
-                         [self.editor.id, self.terminal.id], "and in front")
+        self.assertEqual(self.stacking(), [self.editor.id, self.terminal.id], "and in front")
         eventually(lambda: "CLICK TOTAL (XTerm)" in self.session.log(), "the click is timed")
         self.click_button("XTerm")
         eventually(lambda: self.frontmost() == self.editor.id, "a click on the frontmost goes back")
@@ -73,6 +76,25 @@ class ClickTest(SessionTest):
         self.click_button("XTerm")
         eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
         self.assertFalse(self.session.is_minimised(self.terminal))
+
+    def test_a_small_window_is_shown_by_a_click_and_a_middle_click_opens_another(self):
+        session = self.session
+        session.ask(self.terminal, "_NET_CLOSE_WINDOW", X.CurrentTime, 2)
+        eventually(lambda: session.names() == ["L3afpad"], "the terminal has gone")
+        small = session.xterm("small", "38x12+200+150")
+        session.activate(self.editor)
+        self.click_button("XTerm")
+        eventually(lambda: "has only transient windows" in session.log(), "it is too small to count")
+        eventually(lambda: self.frontmost() == small.id, "it is active")
+        session.activate(self.editor)
+        session.minimise(small)
+        self.click_button("XTerm")
+        eventually(lambda: self.frontmost() == small.id, "it is active again")
+        session.move(*session.bar().button(session.names().index("XTerm")))
+        session.press(2)
+        session.release(2)
+        eventually(lambda: len(session.windows_of("XTerm")) > 1, "a new window opens")
+        self.assertEqual(len(session.windows_of("XTerm")), 2, "of which no click has opened one")
 
     def test_a_click_on_a_window_button_raises_just_that_window(self):
         second = self.session.xterm("second")
@@ -90,6 +112,7 @@ class ClickTest(SessionTest):
         session = self.session
         minimised = session.xterm("minimised before")
         session.minimise(minimised)
+        session.activate(self.terminal)
         session.click(session.bar().middle("showDesktop"))
         eventually(lambda: session.is_minimised(self.terminal) and session.is_minimised(self.editor), "the screen is clear")
         session.move(900, 300)
@@ -97,6 +120,8 @@ class ClickTest(SessionTest):
         session.click(session.bar().middle("showDesktop"))
         eventually(lambda: not session.is_minimised(self.terminal) and not session.is_minimised(self.editor),
                    "the windows are back")
+        eventually(lambda: self.frontmost() == self.terminal.id, "the program that was in front is there again")
+        eventually(lambda: self.stacking() == [self.editor.id, self.terminal.id], "the windows lie as they did")
         self.assertTrue(session.is_minimised(minimised), "what was minimised before stays so")
 
     def test_a_click_on_a_hidden_program_shows_it(self):

@@ -3,10 +3,19 @@
 #include "appkit/DrawingList.h"
 #include "bar/BarView.h"
 #include "base/IconSource.h"
+#include "foundation/NSFileManager.h"
 #include "settings/Settings.h"
 #include "unit/DrawingText.h"
 
+#include <QApplication>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QMouseEvent>
+#include <QUrl>
+#include <QWidget>
+
 #include <algorithm>
+#include <fstream>
 #include <memory>
 
 namespace {
@@ -50,6 +59,19 @@ protected:
 
     bool wasActivated(const std::string& name) { return count("activate", pidOf(name)) > 0; }
     pid_t pidOf(const std::string& name) { return world().processNamed("org." + name)->pid(); }
+
+    /// Something is dragged there, as the toolkit tells it. Whether it could be dropped.
+    bool dragTo(double x, const QMimeData* data)
+    {
+        const QMimeData text;
+        const QMimeData* dragged = data ? data : &text;
+        QDragEnterEvent enter({ int(x), 30 }, Qt::CopyAction | Qt::MoveAction, dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view_->widget(), &enter);
+        EXPECT_TRUE(enter.isAccepted()) << "else its movement isn't told";
+        QDragMoveEvent event({ int(x), 30 }, Qt::CopyAction | Qt::MoveAction, dragged, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(view_->widget(), &event);
+        return event.isAccepted();
+    }
 
     bool isRepaintPending() const
     {
@@ -290,6 +312,67 @@ TEST_F(BarViewTest, EachPlaceHasItsClick)
     view_->setItems({});
     click(middle(BarComponent::launcher));
     EXPECT_EQ(logged("launcher: "), Texts { "launcher: sent Cmd+Space" }) << "without an entry, the desktop's own";
+}
+
+TEST_F(BarViewTest, AMiddleClickOpensANewWindow)
+{
+    const auto opened = [&](double x) {
+        calls().clear();
+        const QPointF point(x, 30);
+        QMouseEvent down(QEvent::MouseButtonPress, point, point, Qt::MiddleButton, Qt::MiddleButton, Qt::NoModifier);
+        QMouseEvent up(QEvent::MouseButtonRelease, point, point, Qt::MiddleButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(view_->widget(), &down);
+        QApplication::sendEvent(view_->widget(), &up);
+        settle();
+        return count("openAnother");
+    };
+    EXPECT_EQ(opened(cell(1)), 1u);
+    EXPECT_EQ(calls().named("openAnother").at(0).value, host::AttributeValue(path("Notes")));
+    EXPECT_FALSE(wasActivated("Notes"));
+    EXPECT_EQ(opened(view_->rect(BarComponent::launcher).midX()), 0u);
+    EXPECT_EQ(opened(1000), 0u);
+}
+
+TEST_F(BarViewTest, WhatIsDraggedOverAButtonIsHeldThereBeforeItsWindowComesForward)
+{
+    const auto move = [&](double x) { return dragTo(x, {}); };
+    EXPECT_FALSE(move(cell(0)));
+    advance(0.49);
+    EXPECT_FALSE(move(cell(0) + 5)) << "it can be dropped on the window, not here";
+    EXPECT_FALSE(wasActivated("Mail"));
+    advance(0.02);
+    EXPECT_TRUE(wasActivated("Mail"));
+
+    move(cell(1));
+    advance(0.3);
+    move(cell(2));
+    advance(0.3);
+    QDragLeaveEvent leave;
+    QApplication::sendEvent(view_->widget(), &leave);
+    move(view_->rect(BarComponent::launcher).midX());
+    advance(1);
+    EXPECT_FALSE(wasActivated("Notes")) << "it went on to the next";
+    EXPECT_FALSE(wasActivated("Music")) << "it left";
+    EXPECT_FALSE(wasActivated("Apps")) << "the launcher has no window";
+}
+
+TEST_F(BarViewTest, FilesThatAreDroppedOnTheTrashGoThere)
+{
+    const std::string file = (root() / "home letter.txt").string();
+    std::ofstream(file) << "text";
+    QMimeData files;
+    files.setUrls({ QUrl::fromLocalFile(QString::fromStdString(file)), QUrl("http://example.org/") });
+    const double trash = view_->rect(BarComponent::trash).midX();
+    EXPECT_FALSE(dragTo(trash, {})) << "a text is no file";
+    EXPECT_FALSE(dragTo(cell(0), &files));
+    EXPECT_TRUE(dragTo(trash, &files));
+
+    QDropEvent drop({ trash, 30 }, Qt::CopyAction | Qt::MoveAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view_->widget(), &drop);
+    EXPECT_EQ(drop.dropAction(), Qt::MoveAction);
+    EXPECT_FALSE(std::filesystem::exists(file));
+    EXPECT_TRUE(std::filesystem::exists(NSHomeDirectory() + "/.Trash/home letter.txt"));
+    EXPECT_EQ(logged("trash: "), Texts { "trash: threw away 1 of 1 files" });
 }
 
 TEST_F(BarViewTest, WithoutFinderAClickOnItsPlaceGoesToTheButtonBelow)

@@ -206,7 +206,34 @@ TEST_F(SearchInterfaceTest, WhatIsDroppedOnTheFieldIsRefused)
     text.setText("box");
     QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
     QApplication::sendEvent(&edit(), &enter);
-    EXPECT_FALSE(enter.isAccepted());
+    QDragMoveEvent move({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
+    QApplication::sendEvent(&edit(), &move);
+    EXPECT_FALSE(move.isAccepted());
+    QDropEvent drop({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
+    QApplication::sendEvent(&edit(), &drop);
+    EXPECT_FALSE(drop.isAccepted());
+    EXPECT_EQ(field().stringValue(), "");
+}
+
+TEST_F(SearchInterfaceTest, WhoCantHaveTheKeyboardBackLeavesItToTheNext)
+{
+    world().activate(mail_);
+    world().activate(notes_);
+    openWindow(notes_, { 0, 0, 300, 200 }, "Notes");
+    for (const bool quits : { false, true }) {
+        world().unhide(notes_);
+        world().activate(notes_);
+        settle();
+        pressIntoField();
+        ASSERT_TRUE(hasKeyboard());
+        if (quits)
+            world().quit(notes_);
+        else
+            world().hide(notes_);
+        key(Qt::Key_Escape);
+        EXPECT_EQ(world().frontmost(), mail_) << quits;
+        EXPECT_TRUE(quits || world().process(notes_)->record->isHidden);
+    }
 }
 
 TEST_F(SearchInterfaceTest, WhatFindsNothingLeavesNothingToChoose)

@@ -8,13 +8,32 @@
 #include "host/Desktop.h"
 #include "host/Surfaces.h"
 
+#include <QDropEvent>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QUrl>
 #include <QWidget>
 
 #include <algorithm>
 
-/// The toolkit's widget of a view: it carries paints and pointer events over.
+namespace {
+
+/// A source that moves files itself may only copy here: what is in the Trash is there.
+void answer(QDropEvent& event, NSDragOperation operation)
+{
+    if (operation == NSDragOperation::none) {
+        event.setDropAction(Qt::IgnoreAction);
+        event.ignore();
+        return;
+    }
+    event.setDropAction(event.possibleActions().testFlag(Qt::MoveAction) ? Qt::MoveAction : event.proposedAction());
+    event.accept();
+}
+
+}
+
+/// The toolkit's widget of a view: it carries paints, pointer events and drags over.
 class ViewWidget final : public QWidget {
 public:
     explicit ViewWidget(NSView& view)
@@ -32,6 +51,10 @@ private:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
     template <typename Deliver>
     void deliver(const Deliver& deliver);
@@ -49,6 +72,15 @@ NSEvent eventAt(const NSView& view, QPointF position)
     const double scale = Pixels::scale();
     const double y = view.isFlipped() ? position.y() / scale : view.frame().height - (position.y() + 1) / scale;
     return { view.convertToWindow(CGPoint { position.x() / scale, y }) };
+}
+
+NSDraggingInfo draggingInfo(const NSView& view, const QDropEvent& event)
+{
+    NSDraggingInfo info { eventAt(view, event.position()).locationInWindow, {} };
+    for (const QUrl& url : event.mimeData()->urls())
+        if (url.isLocalFile())
+            info.fileURLs.push_back(NSURL::fileURLWithPath(url.toLocalFile().toStdString()));
+    return info;
 }
 
 }
@@ -104,10 +136,13 @@ void ViewWidget::mouseReleaseEvent(QMouseEvent* event)
         return;
     pressed_ &= ~Qt::MouseButtons(event->button());
     deliver([&](NSView& view) {
+        const NSEvent at = eventAt(view, event->position());
         if (event->button() == Qt::LeftButton)
-            view.mouseUp(eventAt(view, event->position()));
+            view.mouseUp(at);
         if (event->button() == Qt::RightButton)
-            view.rightMouseUp(eventAt(view, event->position()));
+            view.rightMouseUp(at);
+        if (event->button() == Qt::MiddleButton)
+            view.otherMouseUp(at);
     });
 }
 
@@ -123,6 +158,32 @@ void ViewWidget::leaveEvent(QEvent*)
     NSCursor::left(*this);
     if (hasMouseTracking())
         deliver([&](NSView& view) { view.mouseExited(eventAt(view, mapFromGlobal(QCursor::pos()))); });
+}
+
+/// Accepted wherever it comes in, since the toolkit tells of no further movement otherwise; a movement says what a drop
+/// there would do.
+void ViewWidget::dragEnterEvent(QDragEnterEvent* event)
+{
+    deliver([&](NSView& view) { view.draggingEntered(draggingInfo(view, *event)); });
+    event->accept();
+}
+
+void ViewWidget::dragMoveEvent(QDragMoveEvent* event)
+{
+    deliver([&](NSView& view) { answer(*event, view.draggingUpdated(draggingInfo(view, *event))); });
+}
+
+void ViewWidget::dragLeaveEvent(QDragLeaveEvent*)
+{
+    deliver([](NSView& view) { view.draggingExited(); });
+}
+
+void ViewWidget::dropEvent(QDropEvent* event)
+{
+    deliver([&](NSView& view) {
+        const bool isDone = view.performDragOperation(draggingInfo(view, *event));
+        answer(*event, isDone ? NSDragOperation::move : NSDragOperation::none);
+    });
 }
 
 NSView::NSView(const CGRect& frame)
@@ -284,6 +345,11 @@ void NSView::addTrackingArea(const NSTrackingArea& area)
 {
     trackingOptions_ |= area.options;
     widget_->setMouseTracking((trackingOptions_ & NSTrackingArea::mouseMoved) != 0);
+}
+
+void NSView::registerForDraggedTypes()
+{
+    widget_->setAcceptDrops(true);
 }
 
 void NSView::removeTrackingAreas()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "appkit/NSCursor.h"
+#include "appkit/NSDragging.h"
 #include "appkit/NSEvent.h"
 #include "appkit/RetiredWidget.h"
 #include "base/CGGeometry.h"
@@ -89,6 +90,19 @@ public:
     virtual void mouseDragged(const NSEvent&) { }
     virtual void mouseUp(const NSEvent&) { }
     virtual void rightMouseUp(const NSEvent&) { }
+    /// The third button.
+    virtual void otherMouseUp(const NSEvent&) { }
+
+    /// Has the view told of what is dragged over it from other programs.
+    void registerForDraggedTypes();
+    /// What a drop there would do.
+    virtual NSDragOperation draggingEntered(const NSDraggingInfo&) { return NSDragOperation::none; }
+    /// Told of each movement; the drag's source doesn't move it while it is held still.
+    virtual NSDragOperation draggingUpdated(const NSDraggingInfo&) { return NSDragOperation::none; }
+    /// It has left, or been given up.
+    virtual void draggingExited() { }
+    /// False when it can't be done after all.
+    virtual bool performDragOperation(const NSDraggingInfo&) { return false; }
     /// The base behaviour lets each subview's autoresizing mask follow the change.
     virtual void resizeSubviews(CGSize oldSize);
 

@@ -41,6 +41,13 @@ std::string Session::locate(const std::string& path)
     return isOwn ? root_ + path : path;
 }
 
+bool Session::throwAway(const std::string& path)
+{
+    std::error_code error;
+    fs::rename(path, fs::path(homeFolder()) / ".Trash" / fs::path(path).filename(), error);
+    return !error;
+}
+
 std::string Session::preferenceFile(const std::string& domain)
 {
     return preferencesFolder() + "/" + domain + ".plist";

@@ -18,6 +18,7 @@ public:
     std::string preferencesFolder() override { return root_ + "/Preferences"; }
     std::string homeFolder() override { return root_ + "/Home"; }
     std::string locate(const std::string& path) override;
+    bool throwAway(const std::string& path) override;
     std::optional<std::uint32_t> accentColor() override { return accentColor_; }
     void setAccentColor(std::optional<std::uint32_t> color) { accentColor_ = color; }
 

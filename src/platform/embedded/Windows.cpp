@@ -54,9 +54,9 @@ std::shared_ptr<const host::Window> Windows::record(const Window& window)
         && known->demandsAttention == window.demandsAttention
         && (tellsTitle ? known->title == window.title : !known->title);
     if (!isCurrent)
-        known = std::make_shared<const host::Window>(host::Window { window.number, window.owner,
-            tellsTitle ? window.title : std::nullopt, window.layer, window.bounds, window.spaces, isOnScreen,
-            window.demandsAttention });
+        known = std::make_shared<const host::Window>(
+            host::Window { window.number, window.owner, tellsTitle ? window.title : std::nullopt, window.layer,
+                window.bounds, window.spaces, isOnScreen, window.demandsAttention });
     return known;
 }
 

@@ -51,6 +51,12 @@ bool NSFileManager::hasContents(const std::string& path, bool skipsHiddenFiles)
     return found;
 }
 
+bool NSFileManager::trashItemAtURL(const NSURL& url)
+{
+    host::Session& session = host::Desktop::current().session();
+    return session.throwAway(session.locate(url.path()));
+}
+
 std::string NSFileManager::displayNameAtPath(const std::string& path)
 {
     if (auto name = host::Desktop::current().applications().displayName(path))

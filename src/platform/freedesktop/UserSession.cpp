@@ -1,6 +1,7 @@
 #include "freedesktop/UserSession.h"
 
 #include "base/PropertyList.h"
+#include "freedesktop/LaunchContext.h"
 #include "freedesktop/UserFolders.h"
 
 #include <filesystem>
@@ -62,6 +63,12 @@ std::string UserSession::locate(const std::string& path)
     if (path == trash || path.starts_with(trash + '/'))
         return trashFolder() + path.substr(trash.size());
     return path;
+}
+
+bool UserSession::throwAway(const std::string& path)
+{
+    const Owned<GFile> file(g_file_new_for_path(path.c_str()));
+    return g_file_trash(file.get(), nullptr, nullptr);
 }
 
 }

@@ -10,6 +10,7 @@ public:
     std::string preferencesFolder() override;
     std::string homeFolder() override;
     std::string locate(const std::string& path) override;
+    bool throwAway(const std::string& path) override;
     std::optional<std::uint32_t> accentColor() override { return accent_.value(); }
 
     /// Begins to ask the session bus for what is told there. Returns at once.
