@@ -17,6 +17,12 @@ std::optional<NSScreen> screenOf(const CGRect& button)
 
 }
 
+double PanelPlace::room(const CGRect& button, double margin)
+{
+    const auto screen = screenOf(button);
+    return screen ? std::max(0.0, screen->frame().width - 2 * margin) : 0;
+}
+
 CGRect PanelPlace::beside(const CGRect& button, CGSize panel, double gap, double margin)
 {
     double x = button.midX() - panel.width * 0.5;

@@ -4,6 +4,8 @@
 #include "log/Log.h"
 #include "system/WindowRaise.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace {
@@ -35,6 +37,8 @@ void PreviewPanel::show(std::vector<WindowEntry> windows, const std::string& app
         return;
     }
     anchorRect_ = anchor;
+    const std::size_t room = PreviewView::capacity(PanelPlace::room(anchor, margin));
+    windows.erase(windows.begin() + static_cast<std::ptrdiff_t>(std::min(room, windows.size())), windows.end());
     content_->setWindows(std::move(windows), appName);
     resizeToFit();
     orderFrontRegardless();

@@ -8,6 +8,7 @@
 #include "look/Paint.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -64,6 +65,12 @@ CGSize PreviewView::fittingSize() const
 {
     const auto count = static_cast<double>(std::max<std::size_t>(entries_.size(), 1));
     return { count * cardSize.width + (count - 1) * spacing + 2 * margin, height };
+}
+
+std::size_t PreviewView::capacity(double width)
+{
+    const double cards = std::floor((width - 2 * margin + spacing) / (cardSize.width + spacing));
+    return static_cast<std::size_t>(std::max(1.0, cards));
 }
 
 CGRect PreviewView::cardRect(int index)

@@ -3,6 +3,7 @@
 #include "appkit/NSView.h"
 #include "system/WindowIndex.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -22,6 +23,8 @@ public:
     const std::vector<WindowEntry>& entries() const { return entries_; }
     CGSize fittingSize() const;
 
+    /// How many cards have room side by side in a panel of that width; at least one.
+    static std::size_t capacity(double width);
     static CGRect cardRect(int index);
     /// Which of `count` cards lies there.
     static std::optional<int> card(CGPoint point, int count);

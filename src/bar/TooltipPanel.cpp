@@ -21,7 +21,7 @@ TooltipPanel::TooltipPanel()
 
 void TooltipPanel::show(const std::string& text, const CGRect& anchor)
 {
-    label_->setText(text);
+    label_->setText(text, PanelPlace::room(anchor, margin));
     setFrame(PanelPlace::beside(anchor, label_->fittingSize(), gap, margin), true);
     orderFrontRegardless();
 }

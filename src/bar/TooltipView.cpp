@@ -2,28 +2,30 @@
 
 #include "appkit/NSColor.h"
 #include "appkit/NSFont.h"
+#include "appkit/ShortenedText.h"
 #include "look/Paint.h"
 
 #include <cmath>
-#include <utility>
 
 namespace {
 
 constexpr double radius = 6;
+/// To the left and the right of the text, together.
+constexpr double margins = 20;
 const NSFont font = NSFont::systemFont(12, NSFontWeight::medium);
 
 }
 
-void TooltipView::setText(std::string text)
+void TooltipView::setText(const std::string& text, double width)
 {
-    text_ = std::move(text);
+    text_ = shortenedText(text, font, width - margins, 1);
     setNeedsDisplay();
 }
 
 CGSize TooltipView::fittingSize() const
 {
     const CGSize size = sizeWithAttributes(text_, font);
-    return { std::ceil(size.width) + 20, std::ceil(size.height) + 12 };
+    return { std::ceil(size.width) + margins, std::ceil(size.height) + 12 };
 }
 
 void TooltipView::draw(const CGRect&)

@@ -10,7 +10,8 @@ public:
     using NSView::NSView;
 
     const std::string& text() const { return text_; }
-    void setText(std::string text);
+    /// What doesn't fit into a plate of that width is left out.
+    void setText(const std::string& text, double width);
     /// The size that the text asks for.
     CGSize fittingSize() const;
 

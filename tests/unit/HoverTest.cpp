@@ -354,6 +354,16 @@ TEST_F(HoverTest, PanelsStayOnTheScreen)
     }
     preview.show({}, "Mail", {});
     EXPECT_FALSE(preview.isShowing());
+
+    // 7 cards of 176 with 8 between them and 10 around them; letters of any width.
+    const CGRect anchor { 700, 0, 46, 52 };
+    preview.show(std::vector<WindowEntry>(200, windows.front()), "Mail", anchor);
+    EXPECT_EQ(preview.frame(), (CGRect { 73, 60, 7 * 176 + 6 * 8 + 20, 150 }));
+    tooltip.show(std::string(8000, 'w'), anchor);
+    EXPECT_GE(tooltip.frame().minX(), 4);
+    EXPECT_LE(tooltip.frame().maxX(), 1436);
+    EXPECT_GT(tooltip.frame().width, 1400);
+    EXPECT_TRUE(tooltip.label().text().ends_with("w…"));
 }
 
 TEST_F(HoverTest, CardsShowPicturesTitlesAndWhatIsMissing)
