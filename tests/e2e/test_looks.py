@@ -5,8 +5,9 @@ import subprocess
 import unittest
 
 from PIL import ImageChops
+from Xlib import X
 
-from session import Session, eventually
+from session import Session, SessionTest, eventually
 
 
 class ScaleTest(unittest.TestCase):
@@ -105,6 +106,34 @@ class BlendingTest(unittest.TestCase):
             picom.terminate()
             picom.wait()
             eventually(lambda: body() == dark, "its own ground again")
+
+
+class MuchToShowTest(SessionTest):
+    def test_panels_keep_to_the_screen_whatever_they_have_to_show(self):
+        session = self.session
+        session.start_bar()
+        root = session.root
+        for number in range(200):
+            window = root.create_window(200, 150, 480, 320, 0, X.CopyFromParent)
+            window.set_wm_class("wide", "w" * 8000)
+            window.set_wm_name("w" * 8000)
+            window.map()
+        session.display.flush()
+        eventually(lambda: len(session.clients()) >= 200, "the windows are there", 30)
+        button = session.bar().button(0)
+        session.move(*button)
+        x, _, width, _ = session.geometry(eventually(lambda: next(iter(session.popups("POPUP_MENU")), None), "a preview"))
+        self.assertEqual(width, 10 * 176 + 9 * 8 + 20)
+        self.assertTrue(0 <= x <= 1920 - width)
+
+        session.press(3)
+        session.release(3)
+        menu = lambda: next((window for window in session.popups("POPUP_MENU") if session.geometry(window)[2] != width), None)
+        x, y, across, down = session.geometry(eventually(menu, "a menu"))
+        self.assertTrue(0 <= x <= 1920 - across and 0 <= y <= 1017 - down, (x, y, across, down))
+        self.assertLess(across, 600)
+        session.key("Escape")
+        eventually(lambda: not menu(), "the menu is closed")
 
 
 if __name__ == "__main__":
