@@ -44,14 +44,15 @@ def save(picture, name):
     print(name)
 
 
-def searching(session):
+def searching(session, name="search"):
     session.click(session.bar().middle("search"))
     eventually(lambda: session.display.get_input_focus().focus.id == session.bars()[0].id, "the bar has the keyboard")
     session.type("ter")
     session.key("Down")
     quiet(session)
     x, y, _, height = session.geometry(session.bars()[0])
-    save(session.picture(x, y - 200, 700, height + 200), "search")
+    scale = session.scale
+    save(session.picture(x, y - 200 * scale, 700 * scale, height + 200 * scale), name)
     session.key("Escape")
 
 
@@ -130,6 +131,36 @@ def menus():
             time.sleep(0.5)
 
 
+def doubled():
+    """On a screen of twice the resolution: the bar with a preview, search, and a menu."""
+    with Session(size="2400x1350", has_shipped_icons=True) as session:
+        subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
+        session.set_scale(2)
+        session.write_settings(autoFitWindows=False)
+        session.open("XTerm", "xterm", "-title", "notes from Monday", "-geometry", "90x24+1300+60", "-fa", "DejaVu Sans Mono",
+                     "-fs", "11", "-e", "sh", "-c", "seq -f 'line %g of a text' 20; sleep 1000")
+        session.start_bar()
+        quiet(session)
+        bar = session.bar()
+        x, y = bar.button(0)
+
+        def part(name, left, width, height):
+            save(session.picture(left, bar.y - height, width, 1350 - bar.y + height), "double-" + name)
+
+        session.move(x, y)
+        eventually(lambda: session.popups("POPUP_MENU"), "a preview")
+        time.sleep(1)
+        part("preview", 0, 1400, 340)
+        session.press(3)
+        session.release(3)
+        time.sleep(1)
+        session.move(x + 80, bar.y - 332)
+        time.sleep(1)
+        part("menu", 500, 1100, 470)
+        session.click((1200, 200))
+        searching(session, "double-search")
+
+
 def film():
     """A window opened over the bar, and what becomes of it."""
     with Session() as session:
@@ -157,6 +188,6 @@ def film():
 
 
 os.makedirs(PICTURES, exist_ok=True)
-for part in (embedded, on_x11, menus, film):
+for part in (embedded, on_x11, menus, doubled, film):
     if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
         part()

@@ -7,8 +7,11 @@
 #include "foundation/NSNotificationCenter.h"
 #include "host/Displays.h"
 #include "settings/Settings.h"
+#include "unit/DrawingText.h"
 
+#include <algorithm>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -257,4 +260,21 @@ TEST_F(BarManagerTest, TheMirroredBarsFitEachTheirOwnDisplay)
     EXPECT_EQ(bar(2)->view()->buttonCapacity(), 12);
     EXPECT_EQ(bar(1)->currentItems().size(), 15u) << "a button a window";
     EXPECT_EQ(bar(2)->currentItems().size(), 1u) << "too narrow for that";
+}
+
+TEST_F(BarManagerTest, AnotherAccentColourIsPaintedAtOnce)
+{
+    const pid_t mail = run("Mail");
+    openWindow(mail, { 100, 100, 800, 600 }, "Inbox");
+    world().activate(mail);
+    startBars();
+    const auto isPainted = [this](const std::string& color) {
+        return std::ranges::any_of(described(bar(1)->view()->painted()),
+            [&](const std::string& line) { return line.find(color) != line.npos; });
+    };
+    EXPECT_TRUE(isPainted("3478F6"));
+    desktop().session().setAccentColor(0xAB12CD);
+    NSNotificationCenter::defaultCenter().post(NSSystemColorsDidChangeNotification);
+    settle();
+    EXPECT_TRUE(isPainted("AB12CD"));
 }

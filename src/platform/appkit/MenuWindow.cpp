@@ -42,6 +42,7 @@ QMenu::item:selected { background: #3d6fd9; color: #ffffff; }
 QMenu::item:disabled { color: #8d9099; }
 QMenu::item:disabled:selected { background: transparent; }
 QMenu::icon { padding-left: 7pt; }
+QMenu::right-arrow { width: 10pt; height: 10pt; }
 QMenu::separator { height: 1pt; background: #43464e; margin: 5pt 8pt; }
 )";
 
