@@ -165,7 +165,7 @@ private:
             launched_.push_back(*application);
         return application.has_value();
     }
-    bool openURL(const std::string&) override { return false; }
+    bool openAnother(const std::string& path) override { return open(path); }
 
     List all() override { return windows_; }
     List onScreen() override

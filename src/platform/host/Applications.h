@@ -32,7 +32,7 @@ public:
     /// Has it open one window more, in another process of it or the same, as is its way. False when it can't be.
     virtual bool openAnother(const std::string& path) = 0;
     /// Opens a folder, file or link with what handles it. `url` is an absolute URL. False when it can't be.
-    virtual bool openURL(const std::string& url) = 0;
+    virtual bool openURL(const std::string& /*url*/) { return false; }
 };
 
 }
