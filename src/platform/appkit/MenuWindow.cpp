@@ -43,6 +43,8 @@ QMenu::item:disabled { color: #8d9099; }
 QMenu::item:disabled:selected { background: transparent; }
 QMenu::icon { padding-left: 7pt; }
 QMenu::right-arrow { width: 10pt; height: 10pt; }
+QMenu::indicator { width: 14pt; height: 14pt; }
+QMenu::indicator:checked { image: url(:/symbols/checkmark.svg); }
 QMenu::separator { height: 1pt; background: #43464e; margin: 5pt 8pt; }
 )";
 
