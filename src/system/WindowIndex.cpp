@@ -1,6 +1,7 @@
 #include "system/WindowIndex.h"
 
 #include "appkit/NSWorkspace.h"
+#include "base/Carried.h"
 #include "base/PerDesktop.h"
 #include "foundation/NSDate.h"
 #include "log/Log.h"
@@ -12,7 +13,9 @@
 #include "windowserver/CGWindow.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <map>
+#include <set>
+#include <utility>
 
 namespace {
 
@@ -21,16 +24,27 @@ constexpr double leastWidth = 200;
 constexpr double leastHeight = 150;
 constexpr double focusTimeout = 0.4;
 
-struct Cache {
-    std::shared_ptr<const WindowMap> map;
-    /// The processes with a window that demands attention.
-    std::unordered_set<pid_t> demanding;
-    NSDate cachedAt = NSDate::distantPast();
+/// What one entry of the list amounts to. The window is there if it counts, as far as its owner does.
+struct Reading {
+    Value entry = false;
+    std::optional<WindowEntry> window;
+    /// The owner of a window that demands attention, whether it counts or not.
+    std::optional<pid_t> demanding;
 };
 
-Cache& cache()
+struct Index {
+    Carried<const Value::Dictionary*, Reading> readings;
+    /// Whether each process that owns such windows is a regular application.
+    std::map<pid_t, bool> owners;
+    /// How many windows of each process demand attention.
+    std::map<pid_t, int> demanding;
+    std::shared_ptr<WindowMap> map = std::make_shared<WindowMap>();
+    NSDate readAt = NSDate::distantPast();
+};
+
+Index& index()
 {
-    return perDesktop<Cache>();
+    return perDesktop<Index>();
 }
 
 std::optional<CGRect> bounds(const Value& entry)
@@ -52,16 +66,19 @@ bool demandsAttention(const Value& entry)
     return demands && demands->boolean() == true;
 }
 
-/// The tests stand in the order of their cost.
-std::optional<WindowEntry> countedWindow(const Value& entry, RegularProcesses& regular)
+std::optional<pid_t> demandingOwner(const Value& entry)
+{
+    const auto window = demandsAttention(entry) ? ListedWindow::read(entry) : std::nullopt;
+    return window ? std::optional(window->pid) : std::nullopt;
+}
+
+std::optional<WindowEntry> countedWindow(const Value& entry)
 {
     const auto window = ListedWindow::read(entry);
     if (!window || window->layer != 0)
         return std::nullopt;
     const auto frame = bounds(entry);
     if (!frame || frame->width < leastWidth || frame->height < leastHeight)
-        return std::nullopt;
-    if (!regular.contains(window->pid))
         return std::nullopt;
     auto spaceIDs = SpaceScanner::spaceIDsForWindow(window->number);
     if (spaceIDs.empty())
@@ -70,20 +87,67 @@ std::optional<WindowEntry> countedWindow(const Value& entry, RegularProcesses& r
         demandsAttention(entry) };
 }
 
-Cache readWindows()
+/// Reads the list, and gives the processes of which windows came, went or changed.
+std::set<pid_t> readList(Carried<const Value::Dictionary*, Reading>& readings, std::map<pid_t, int>& demanding)
 {
-    WindowMap windows;
-    std::unordered_set<pid_t> demanding;
-    RegularProcesses regular;
+    std::set<pid_t> changed;
+    const auto note = [&](const Reading& reading, int count) {
+        if (reading.window)
+            changed.insert(reading.window->pid);
+        if (reading.demanding)
+            demanding[*reading.demanding] += count;
+    };
+    readings.begin();
     const auto list = CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0);
     for (const Value& entry : dictionaries(list)) {
-        if (demandsAttention(entry))
-            if (const auto window = ListedWindow::read(entry))
-                demanding.insert(window->pid);
-        if (auto window = countedWindow(entry, regular))
-            windows[window->pid].push_back(std::move(*window));
+        const auto [reading, isKnown] = readings.next(entry.dictionary());
+        if (isKnown)
+            continue;
+        reading = { entry, countedWindow(entry), demandingOwner(entry) };
+        note(reading, 1);
     }
-    return { std::make_shared<const WindowMap>(std::move(windows)), std::move(demanding), NSDate::now() };
+    for (const auto& [key, gone] : readings.end())
+        note(gone, -1);
+    std::erase_if(demanding, [](const auto& each) { return each.second <= 0; });
+    return changed;
+}
+
+/// Looks which owners, those that may have become owners included, are regular, and adds those of which that changed.
+void followOwners(std::map<pid_t, bool>& owners, std::set<pid_t>& changed)
+{
+    for (const pid_t pid : changed)
+        owners.try_emplace(pid, false);
+    RegularProcesses regular;
+    for (auto& [pid, isRegular] : owners) {
+        const bool isNow = regular.contains(pid);
+        if (std::exchange(isRegular, isNow) != isNow)
+            changed.insert(pid);
+    }
+}
+
+void readWindows()
+{
+    auto& [readings, owners, demanding, map, readAt] = index();
+    std::set<pid_t> changed = readList(readings, demanding);
+    followOwners(owners, changed);
+    readAt = NSDate::now();
+    if (changed.empty())
+        return;
+    // Whoever holds the last reading keeps it as it was.
+    if (map.use_count() > 1)
+        map = std::make_shared<WindowMap>(*map);
+    for (const pid_t pid : changed)
+        map->erase(pid);
+    std::set<pid_t> gone = changed;
+    for (const auto& [key, reading] : readings.entries()) {
+        if (!reading.window || !changed.contains(reading.window->pid))
+            continue;
+        gone.erase(reading.window->pid);
+        if (owners.at(reading.window->pid))
+            (*map)[reading.window->pid].push_back(*reading.window);
+    }
+    for (const pid_t pid : gone)
+        owners.erase(pid);
 }
 
 }
@@ -92,10 +156,9 @@ namespace WindowIndex {
 
 std::shared_ptr<const WindowMap> byPID()
 {
-    if (cache().map && NSDate::now().timeIntervalSince(cache().cachedAt) < cacheSeconds)
-        return cache().map;
-    cache() = readWindows();
-    return cache().map;
+    if (NSDate::now().timeIntervalSince(index().readAt) >= cacheSeconds)
+        readWindows();
+    return index().map;
 }
 
 std::vector<WindowEntry> all()
@@ -110,12 +173,12 @@ std::vector<WindowEntry> all()
 bool demandsAttention(pid_t pid)
 {
     byPID();
-    return cache().demanding.contains(pid);
+    return index().demanding.contains(pid);
 }
 
 void invalidate()
 {
-    cache().map = nullptr;
+    index().readAt = NSDate::distantPast();
 }
 
 bool titlesAvailable()

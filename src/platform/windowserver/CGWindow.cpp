@@ -1,5 +1,6 @@
 #include "windowserver/CGWindow.h"
 
+#include "base/Carried.h"
 #include "base/PerDesktop.h"
 #include "host/Capture.h"
 #include "host/Desktop.h"
@@ -8,6 +9,7 @@
 #include "host/Windows.h"
 #include "windowserver/Damage.h"
 
+#include <array>
 #include <unordered_map>
 
 namespace {
@@ -47,32 +49,33 @@ Value dictionaryOf(const host::Window& window, const host::Process* owner)
     return entry;
 }
 
-/// The dictionaries of windows, each made again only when what it tells has changed.
+/// The dictionaries of a list of windows, each made again only when what it tells has changed.
 class WindowDictionaries {
 public:
-    const Value& of(const std::shared_ptr<const host::Window>& window)
+    void append(Value::Array& entries, const host::Windows::List& list)
     {
-        const auto owner = host::Desktop::current().processes().find(window->owner);
-        auto& entry = entries_.try_emplace(window->number, Entry { nullptr, nullptr, Value(false) }).first->second;
-        if (entry.window != window || entry.owner != owner)
-            entry = { window, owner, dictionaryOf(*window, owner.get()) };
-        return entry.value;
-    }
-
-    /// Forgets windows that have gone, once they are as many as those that there are.
-    void prune(std::size_t count)
-    {
-        if (entries_.size() > 2 * count)
-            std::erase_if(entries_, [](const auto& each) { return windows().find(each.first) != each.second.window; });
+        std::unordered_map<pid_t, std::shared_ptr<const host::Process>> owners;
+        carried_.begin();
+        for (const auto& window : list) {
+            const auto [place, isNew] = owners.try_emplace(window->owner);
+            if (isNew)
+                place->second = host::Desktop::current().processes().find(window->owner);
+            const auto& owner = place->second;
+            auto& entry = carried_.next(window.get()).first;
+            if (entry.window != window || entry.owner != owner)
+                entry = { window, owner, dictionaryOf(*window, owner.get()) };
+            entries.push_back(entry.value);
+        }
+        carried_.end();
     }
 
 private:
     struct Entry {
-        std::shared_ptr<const host::Window> window;
-        std::shared_ptr<const host::Process> owner;
-        Value value;
+        std::shared_ptr<const host::Window> window {};
+        std::shared_ptr<const host::Process> owner {};
+        Value value = false;
     };
-    std::unordered_map<std::uint32_t, Entry> entries_;
+    Carried<const host::Window*, Entry> carried_;
 };
 
 Value dictionaryOf(const host::Space& space)
@@ -149,14 +152,12 @@ std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
 {
     if (windowServerDamage().listMissing)
         return std::nullopt;
-    auto& dictionaries = perDesktop<WindowDictionaries>();
+    auto& dictionaries = perDesktop<std::array<WindowDictionaries, 2>>();
     const bool onScreenOnly = (option & kCGWindowListOptionOnScreenOnly) != 0;
     const host::Windows::List list = onScreenOnly ? windows().onScreen() : windows().all();
     Value::Array entries = windowServerDamage().listEntries;
     entries.reserve(entries.size() + list.size());
-    for (const auto& window : list)
-        entries.push_back(dictionaries.of(window));
-    dictionaries.prune(list.size());
+    dictionaries[onScreenOnly].append(entries, list);
     return entries;
 }
 
