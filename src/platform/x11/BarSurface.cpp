@@ -318,20 +318,16 @@ std::optional<Rect> BarSurface::placeOf(const Panel& panel) const
 xcb_window_t BarSurface::obstacleOf(const Panel& panel) const
 {
     const DesktopState& state = mirror_.state();
-    const auto& children = state.rootChildren.bottomToTop();
-    const auto self = std::ranges::find(children, rootChildOf(panel.window), &RootChild::id);
-    if (self == children.end())
-        return XCB_WINDOW_NONE;
+    const auto above = state.rootChildren.above(rootChildOf(panel.window));
     const auto mayCover = [&](const RootChild& child) {
         if (!child.isMapped || owns(child.id) || overlapArea(child.outer, panel.frame) == 0)
             return true;
-        const auto client
-            = std::ranges::find_if(state.windows, [&](const auto& each) { return each.second.frame == child.id; });
-        return client == state.windows.end() || client->second.facts.kind() == WindowKind::dock
-            || client->second.facts.states.fullScreen;
+        const auto clients = state.clientsIn(child.id);
+        return clients.empty() || clients.front()->facts.kind() == WindowKind::dock
+            || clients.front()->facts.states.fullScreen;
     };
-    const auto obstacle = std::find_if_not(std::next(self), children.end(), mayCover);
-    return obstacle == children.end() ? xcb_window_t(XCB_WINDOW_NONE) : obstacle->id;
+    const auto obstacle = std::ranges::find_if_not(above, mayCover);
+    return obstacle == above.end() ? xcb_window_t(XCB_WINDOW_NONE) : obstacle->id;
 }
 
 xcb_window_t BarSurface::rootChildOf(xcb_window_t window) const
@@ -347,8 +343,8 @@ bool BarSurface::owns(xcb_window_t rootChild) const
     const auto isSameClient = [&](const Panel& panel) { return (panel.window & ~mask) == (rootChild & ~mask); };
     if (std::ranges::any_of(panels_, isSameClient))
         return true;
-    return std::ranges::any_of(mirror_.state().windows,
-        [&](const auto& each) { return each.second.frame == rootChild && each.second.pid == getpid(); });
+    return std::ranges::any_of(
+        mirror_.state().clientsIn(rootChild), [](const WindowRecord* window) { return window->pid == getpid(); });
 }
 
 bool BarSurface::isAnyAt(Point point) const

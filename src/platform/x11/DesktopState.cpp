@@ -37,6 +37,14 @@ const WindowRecord* DesktopState::find(xcb_window_t window) const
     return found != windows.end() && isListed(found->second) ? &found->second : nullptr;
 }
 
+std::vector<const WindowRecord*> DesktopState::clientsIn(xcb_window_t frame) const
+{
+    std::vector<const WindowRecord*> result;
+    const auto [first, end] = clients.equal_range(frame);
+    std::transform(first, end, std::back_inserter(result), [&](const auto& each) { return &windows.at(each.second); });
+    return result;
+}
+
 bool DesktopState::isListed(const WindowRecord& window) const
 {
     if (window.facts.wmState == WmState::withdrawn)
@@ -84,25 +92,19 @@ Rect DesktopState::outer(const WindowRecord& window) const
 std::vector<const WindowRecord*> DesktopState::frontToBack() const
 {
     std::vector<const WindowRecord*> result;
-    const auto add = [&](xcb_window_t id) {
-        if (const WindowRecord* window = find(id))
+    const auto add = [&](const WindowRecord* window) {
+        if (isListed(*window))
             result.push_back(window);
     };
-    if (isManaged()) {
-        std::ranges::for_each(managedStacking | std::views::reverse, add);
-        const auto& children = rootChildren.bottomToTop();
-        std::unordered_map<xcb_window_t, std::size_t> heights;
-        for (std::size_t height = 0; height < children.size(); ++height)
-            heights.emplace(children[height].id, height);
-        // A frame that isn't known yet is a new one.
-        const auto height = [&](const WindowRecord* window) {
-            const auto found = heights.find(window->frame);
-            return found == heights.end() ? children.size() : found->second;
-        };
-        std::ranges::stable_sort(result, std::ranges::greater(), height);
-    } else {
-        std::ranges::for_each(
-            rootChildren.bottomToTop() | std::views::reverse | std::views::transform(&RootChild::id), add);
+    // A frame that isn't known yet is a new one, and so is a window that the window manager hasn't stacked yet.
+    const auto isNew = [this](const WindowRecord* window) { return !rootChildren.find(window->frame); };
+    const auto height = [this](const WindowRecord* window) { return std::ranges::find(managedStacking, window->id); };
+    std::ranges::for_each(appearance | std::views::reverse | std::views::filter(isNew), add);
+    for (const RootChild& child : rootChildren.bottomToTop() | std::views::reverse) {
+        auto inside = clientsIn(child.id);
+        if (inside.size() > 1)
+            std::ranges::stable_sort(inside, std::ranges::greater(), height);
+        std::ranges::for_each(inside, add);
     }
     return result;
 }
@@ -110,15 +112,23 @@ std::vector<const WindowRecord*> DesktopState::frontToBack() const
 std::vector<const WindowRecord*> DesktopState::byAppearance() const
 {
     std::vector<const WindowRecord*> result;
-    for (const xcb_window_t id : appearance) {
-        if (const WindowRecord* window = find(id))
-            result.push_back(window);
-    }
+    result.reserve(appearance.size());
+    std::ranges::copy_if(
+        appearance, std::back_inserter(result), [this](const WindowRecord* window) { return isListed(*window); });
     return result;
+}
+
+bool DesktopState::isOwner(pid_t pid) const
+{
+    const auto owner = owned.find(pid);
+    return owner != owned.end()
+        && std::ranges::any_of(owner->second, [this](const WindowRecord* window) { return isListed(*window); });
 }
 
 std::vector<const WindowRecord*> DesktopState::windowsOf(pid_t pid) const
 {
+    if (!isOwner(pid))
+        return {};
     auto result = frontToBack();
     std::erase_if(
         result, [&](const WindowRecord* window) { return window->pid != pid || window->facts.isPartOfDesktop(); });

@@ -20,10 +20,14 @@ struct DesktopState {
     bool hasHiddenState = false;
 
     std::unordered_map<xcb_window_t, WindowRecord> windows;
+    /// The windows by their frames: mostly one in each.
+    std::unordered_multimap<xcb_window_t, xcb_window_t> clients;
     /// In the order in which they were first mapped.
-    std::vector<xcb_window_t> appearance;
-    /// Bottom to top, as the window manager lists them. Not every one follows with that what it does with its frames:
-    /// it decides only among windows that share one.
+    std::vector<const WindowRecord*> appearance;
+    /// By process, in the same order; no process without any.
+    std::unordered_map<pid_t, std::vector<const WindowRecord*>> owned;
+    /// Bottom to top, as the window manager lists them; it may be behind `windows`. Not every one follows with that what
+    /// it does with its frames: it decides only among windows that share one.
     std::vector<xcb_window_t> managedStacking;
     RootChildren rootChildren;
 
@@ -43,6 +47,8 @@ struct DesktopState {
     bool isManaged() const { return manager != XCB_WINDOW_NONE; }
     /// Null when there is no such window, or it is withdrawn.
     const WindowRecord* find(xcb_window_t window) const;
+    /// The windows, listed or not, that a child of the root holds.
+    std::vector<const WindowRecord*> clientsIn(xcb_window_t frame) const;
     bool isListed(const WindowRecord& window) const;
     bool isIconic(const WindowRecord& window) const;
     bool isOnCurrentDesktop(const WindowRecord& window) const;
@@ -54,6 +60,8 @@ struct DesktopState {
     /// The listed windows.
     std::vector<const WindowRecord*> frontToBack() const;
     std::vector<const WindowRecord*> byAppearance() const;
+    /// Whether the process owns a listed window.
+    bool isOwner(pid_t pid) const;
     /// A process's listed windows but for docks and the desktop's own, front first.
     std::vector<const WindowRecord*> windowsOf(pid_t pid) const;
     /// Among those, the one that was active last; null when none ever was.

@@ -30,12 +30,18 @@ bool same(const Process& a, const Process& b)
         && a.isHidden == b.isHidden;
 }
 
-/// The window whose class tells what its process is: its first ordinary one, else its first.
-const WindowRecord& speaker(const std::vector<const WindowRecord*>& windows)
+/// The window whose class tells what its process is: its first ordinary one, else its first; null when it has none.
+const WindowRecord* speakerOf(const DesktopState& state, pid_t pid)
 {
-    const auto ordinary
-        = std::ranges::find_if(windows, [](const WindowRecord* window) { return window->facts.isOrdinary(); });
-    return ordinary == windows.end() ? *windows.front() : **ordinary;
+    const WindowRecord* first = nullptr;
+    for (const WindowRecord* window : state.owned.at(pid)) {
+        if (!state.isListed(*window))
+            continue;
+        if (window->facts.isOrdinary())
+            return window;
+        first = first ? first : window;
+    }
+    return first;
 }
 
 const std::string& firstNonEmpty(std::initializer_list<const std::string*> texts)
@@ -64,8 +70,8 @@ ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, Win
 
 std::shared_ptr<const Process> ProcessList::find(pid_t pid)
 {
-    const auto found = std::ranges::find(running_, pid, [](const auto& process) { return process->pid; });
-    return found == running_.end() ? nullptr : *found;
+    const auto found = byPid_.find(pid);
+    return found == byPid_.end() ? nullptr : found->second;
 }
 
 // Requests
@@ -209,21 +215,23 @@ ProcessList::Events ProcessList::update()
     return events;
 }
 
-/// The processes that own listed windows, in the order in which they first did.
-std::vector<std::pair<pid_t, ProcessList::Windows>> ProcessList::owners() const
+/// The processes that own windows, in the order in which they first did.
+std::vector<pid_t> ProcessList::owners() const
 {
-    std::vector<std::pair<pid_t, Windows>> result;
-    for (const auto& process : running_)
-        result.emplace_back(process->pid, Windows {});
-    for (const WindowRecord* window : mirror_.state().byAppearance()) {
-        auto owner = std::ranges::find(result, window->pid, &std::pair<pid_t, Windows>::first);
-        if (owner == result.end())
-            owner = result.insert(result.end(), { window->pid, {} });
-        owner->second.push_back(window);
+    const auto& owned = mirror_.state().owned;
+    std::vector<pid_t> result;
+    for (const auto& process : running_) {
+        if (owned.contains(process->pid))
+            result.push_back(process->pid);
     }
-    std::erase_if(result, [&](const auto& owner) {
-        return owner.second.empty() || owner.first == getpid() || owner.first == otherInstance_;
-    });
+    const auto firstNew = std::ssize(result);
+    for (const auto& [pid, windows] : owned) {
+        if (!byPid_.contains(pid))
+            result.push_back(pid);
+    }
+    std::ranges::sort(
+        result.begin() + firstNew, result.end(), {}, [&](pid_t pid) { return owned.at(pid).front()->appearance; });
+    std::erase_if(result, [&](pid_t pid) { return pid == getpid() || pid == otherInstance_; });
     return result;
 }
 
@@ -233,24 +241,24 @@ std::vector<Process> ProcessList::describeAll()
     std::vector<Process> processes { StandIns::dockProcess(icon), StandIns::ownProcess(getpid(), icon) };
     if (otherInstance_)
         processes.push_back(StandIns::ownProcess(*otherInstance_, icon));
-    for (const auto& [pid, windows] : owners())
-        processes.push_back(describe(pid, windows));
+    for (const pid_t pid : owners()) {
+        if (const WindowRecord* speaker = speakerOf(mirror_.state(), pid))
+            processes.push_back(describe(*speaker));
+    }
     finder_ = StandIns::addFinder(processes, applications_);
     return processes;
 }
 
-Process ProcessList::describe(pid_t pid, const Windows& windows)
+Process ProcessList::describe(const WindowRecord& speaker)
 {
-    const Identity& identity = identityOf(pid, windows);
-    const bool isRegular
-        = std::ranges::any_of(windows, [](const WindowRecord* window) { return window->facts.isOrdinary(); });
-    return { pid, isRegular ? ActivationPolicy::regular : ActivationPolicy::accessory, identity.identifier,
-        identity.bundlePath, identity.name, identity.icon, isHidden(pid, windows) };
+    const Identity& identity = identityOf(speaker);
+    return { speaker.pid, speaker.facts.isOrdinary() ? ActivationPolicy::regular : ActivationPolicy::accessory,
+        identity.identifier, identity.bundlePath, identity.name, identity.icon, isHidden(speaker.pid) };
 }
 
 /// Hidden are those that were hidden here, and of which nothing has been brought back since. A window that can't be
 /// iconified doesn't count, nor does one that has opened meanwhile.
-bool ProcessList::isHidden(pid_t pid, const Windows& windows)
+bool ProcessList::isHidden(pid_t pid)
 {
     const auto place = taken_.find(pid);
     if (place == taken_.end())
@@ -259,7 +267,9 @@ bool ProcessList::isHidden(pid_t pid, const Windows& windows)
     bool isAnyAway = false;
     bool isAnyBack = false;
     bool showsAny = false;
-    for (const WindowRecord* window : windows) {
+    for (const WindowRecord* window : state.owned.at(pid)) {
+        if (!state.isListed(*window))
+            continue;
         const bool isAway = state.isIconic(*window);
         showsAny |= !isAway && !window->facts.isPartOfDesktop();
         const auto taken = place->second.find(window->id);
@@ -290,6 +300,9 @@ ProcessList::Events ProcessList::adopt(std::vector<Process> processes)
             events.emplace_back(now->isHidden ? ProcessEvent::hidden : ProcessEvent::unhidden, now);
     }
     std::swap(running, running_);
+    byPid_.clear();
+    for (const auto& process : running_)
+        byPid_.emplace(process->pid, process);
     for (const auto& before : running) {
         if (find(before->pid))
             continue;
@@ -302,13 +315,12 @@ ProcessList::Events ProcessList::adopt(std::vector<Process> processes)
 
 // Who a process is
 
-const ProcessList::Identity& ProcessList::identityOf(pid_t pid, const Windows& windows)
+const ProcessList::Identity& ProcessList::identityOf(const WindowRecord& speaker)
 {
-    const WindowRecord& window = speaker(windows);
-    const auto known = identities_.find(pid);
-    const bool isCurrent = known != identities_.end() && known->second.className == window.facts.className
-        && known->second.instanceName == window.facts.instanceName;
-    return isCurrent ? known->second : identities_.insert_or_assign(pid, identify(window)).first->second;
+    const auto known = identities_.find(speaker.pid);
+    const bool isCurrent = known != identities_.end() && known->second.className == speaker.facts.className
+        && known->second.instanceName == speaker.facts.instanceName;
+    return isCurrent ? known->second : identities_.insert_or_assign(speaker.pid, identify(speaker)).first->second;
 }
 
 ProcessList::Identity ProcessList::identify(const WindowRecord& window)

@@ -57,14 +57,13 @@ private:
         bool isAway = false;
     };
     using Taken = std::unordered_map<xcb_window_t, TakenWindow>;
-    using Windows = std::vector<const WindowRecord*>;
 
-    std::vector<std::pair<pid_t, Windows>> owners() const;
-    const Identity& identityOf(pid_t pid, const Windows& windows);
+    std::vector<pid_t> owners() const;
+    const Identity& identityOf(const WindowRecord& speaker);
     Identity identify(const WindowRecord& window);
     std::shared_ptr<const IconSource> drawnIcon(const WindowRecord& window);
-    bool isHidden(pid_t pid, const Windows& windows);
-    host::Process describe(pid_t pid, const Windows& windows);
+    bool isHidden(pid_t pid);
+    host::Process describe(const WindowRecord& speaker);
     std::vector<host::Process> describeAll();
     Events adopt(std::vector<host::Process> processes);
     void orderReturning();
@@ -78,6 +77,7 @@ private:
     std::optional<pid_t> otherInstance_;
     std::function<void()> updateSoon_;
     std::vector<std::shared_ptr<const host::Process>> running_;
+    std::unordered_map<pid_t, std::shared_ptr<const host::Process>> byPid_;
     std::unordered_map<pid_t, Identity> identities_;
     std::unordered_map<pid_t, Taken> taken_;
     /// Those given back since the last update.

@@ -1,6 +1,6 @@
 #include "x11/RootChildren.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace x11 {
 namespace {
@@ -20,24 +20,32 @@ Rect outerRect(int x, int y, int width, int height, int border)
 
 const RootChild* RootChildren::find(xcb_window_t window) const
 {
-    const auto found = std::ranges::find(children_, window, &RootChild::id);
-    return found == children_.end() ? nullptr : &*found;
+    const auto found = places_.find(window);
+    return found == places_.end() ? nullptr : &*found->second;
 }
 
-std::vector<RootChild>::iterator RootChildren::at(xcb_window_t window)
+std::ranges::subrange<RootChildren::List::const_iterator> RootChildren::above(xcb_window_t window) const
 {
-    return std::ranges::find(children_, window, &RootChild::id);
+    const auto found = places_.find(window);
+    return { found == places_.end() ? children_.end() : std::next(found->second), children_.end() };
+}
+
+RootChildren::List::iterator RootChildren::at(xcb_window_t window)
+{
+    const auto found = places_.find(window);
+    return found == places_.end() ? children_.end() : found->second;
 }
 
 void RootChildren::add(const RootChild& child)
 {
     remove(child.id);
-    children_.push_back(child);
+    places_.emplace(child.id, children_.insert(children_.end(), child));
 }
 
 void RootChildren::remove(xcb_window_t window)
 {
-    std::erase_if(children_, [&](const RootChild& child) { return child.id == window; });
+    if (const auto place = places_.extract(window); !place.empty())
+        children_.erase(place.mapped());
 }
 
 void RootChildren::place(xcb_window_t window, const Rect& inner, int border)
@@ -49,16 +57,13 @@ void RootChildren::place(xcb_window_t window, const Rect& inner, int border)
     child->border = border;
 }
 
-void RootChildren::restack(xcb_window_t window, xcb_window_t above)
+/// In front of `above`, or to the bottom where that is none.
+void RootChildren::restack(List::iterator child, xcb_window_t above)
 {
-    const auto moved = at(window);
-    const bool isThere = moved != children_.begin() && std::prev(moved)->id == above;
-    if (isThere || window == above)
+    if (child->id == above)
         return;
-    const RootChild child = *moved;
-    children_.erase(moved);
     const auto below = at(above);
-    children_.insert(below == children_.end() ? children_.begin() : std::next(below), child);
+    children_.splice(below == children_.end() ? children_.begin() : std::next(below), children_, child);
 }
 
 bool RootChildren::configure(const xcb_configure_notify_event_t& event)
@@ -68,7 +73,7 @@ bool RootChildren::configure(const xcb_configure_notify_event_t& event)
         return false;
     place(event.window, { event.x, event.y, event.width, event.height }, event.border_width);
     child->isOverrideRedirect = event.override_redirect != 0;
-    restack(event.window, event.above_sibling);
+    restack(child, event.above_sibling);
     return true;
 }
 
@@ -117,10 +122,10 @@ bool RootChildren::handle(const xcb_generic_event_t& event, xcb_window_t root)
     }
     case XCB_CIRCULATE_NOTIFY: {
         const auto& circulate = as<xcb_circulate_notify_event_t>(event);
-        if (circulate.event != root || !find(circulate.window))
+        const auto child = at(circulate.window);
+        if (circulate.event != root || child == children_.end())
             return false;
-        restack(circulate.window,
-            circulate.place == XCB_PLACE_ON_TOP ? children_.back().id : xcb_window_t(XCB_WINDOW_NONE));
+        restack(child, circulate.place == XCB_PLACE_ON_TOP ? children_.back().id : xcb_window_t(XCB_WINDOW_NONE));
         return true;
     }
     case XCB_REPARENT_NOTIFY: {

@@ -4,7 +4,9 @@
 
 #include <xcb/xcb.h>
 
-#include <vector>
+#include <list>
+#include <ranges>
+#include <unordered_map>
 
 namespace x11 {
 
@@ -19,11 +21,19 @@ struct RootChild {
     bool isOverrideRedirect = false;
 };
 
-/// The children of the root window from bottom to top, kept current by the root's events.
+/// The children of the root window from bottom to top, kept current by the root's events. Each event costs the same,
+/// however many they are.
 class RootChildren {
 public:
-    const std::vector<RootChild>& bottomToTop() const { return children_; }
+    RootChildren() = default;
+    RootChildren(const RootChildren&) = delete;
+    RootChildren& operator=(const RootChildren&) = delete;
+
+    using List = std::list<RootChild>;
+    const List& bottomToTop() const { return children_; }
     const RootChild* find(xcb_window_t window) const;
+    /// Those in front of the window, from bottom to top; none where it isn't among them.
+    std::ranges::subrange<List::const_iterator> above(xcb_window_t window) const;
 
     /// Puts a window on top.
     void add(const RootChild& child);
@@ -34,12 +44,13 @@ public:
     bool handle(const xcb_generic_event_t& event, xcb_window_t root);
 
 private:
-    std::vector<RootChild>::iterator at(xcb_window_t window);
-    void restack(xcb_window_t window, xcb_window_t above);
+    List::iterator at(xcb_window_t window);
+    void restack(List::iterator child, xcb_window_t above);
     bool configure(const xcb_configure_notify_event_t& event);
     bool setMapped(xcb_window_t window, bool isMapped);
 
-    std::vector<RootChild> children_;
+    List children_;
+    std::unordered_map<xcb_window_t, List::iterator> places_;
 };
 
 }

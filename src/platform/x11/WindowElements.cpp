@@ -67,10 +67,7 @@ bool WindowElements::isApplication(pid_t pid) const
 {
     if (pid == freedesktop::StandIns::dock || pid == processes_.finder())
         return true;
-    return mirror_.read([&](const DesktopState& state) {
-        return std::ranges::any_of(
-            state.windows, [&](const auto& each) { return each.second.pid == pid && state.isListed(each.second); });
-    });
+    return mirror_.read([&](const DesktopState& state) { return state.isOwner(pid); });
 }
 
 // Reading

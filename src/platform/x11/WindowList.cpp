@@ -44,7 +44,9 @@ const std::shared_ptr<const host::Window>& WindowList::record(const WindowRecord
 {
     const DesktopState& state = mirror_.state();
     const std::uint32_t desktop = state.desktopOf(window);
-    Entry& entry = entries_[window.id];
+    if (entries_.size() <= window.slot)
+        entries_.resize(window.slot + 1);
+    Entry& entry = entries_[window.slot];
     const bool isCurrent = entry.record && entry.revision == window.revision && entry.desktop == desktop
         && entry.desktopCount == state.desktopCount && entry.record->isOnScreen == isOnScreen(state, window);
     if (!isCurrent)
@@ -57,10 +59,11 @@ WindowList::List WindowList::all()
 {
     const DesktopState& state = mirror_.state();
     List list;
-    for (const WindowRecord* window : state.byAppearance())
-        list.push_back(record(*window));
-    if (entries_.size() > 2 * state.windows.size())
-        std::erase_if(entries_, [&](const auto& each) { return !state.windows.contains(each.first); });
+    list.reserve(state.appearance.size());
+    for (const WindowRecord* window : state.appearance) {
+        if (state.isListed(*window))
+            list.push_back(record(*window));
+    }
     return list;
 }
 

@@ -4,7 +4,7 @@
 #include "x11/Monitors.h"
 #include "x11/WindowMirror.h"
 
-#include <unordered_map>
+#include <vector>
 
 namespace x11 {
 
@@ -21,7 +21,7 @@ public:
     List all() override;
     List onScreen() override;
     std::shared_ptr<const host::Window> find(std::uint32_t number) override;
-    std::optional<std::uint64_t> changeCount() override { return mirror_.eventCount(); }
+    std::optional<std::uint64_t> changeCount() override { return mirror_.changeCount(); }
     std::optional<std::uint64_t> activeSpace() override;
     std::vector<host::DisplaySpaces> displaySpaces() override;
 
@@ -37,7 +37,8 @@ private:
 
     const WindowMirror& mirror_;
     Monitors& monitors_;
-    std::unordered_map<xcb_window_t, Entry> entries_;
+    /// By the windows' slots.
+    std::vector<Entry> entries_;
 };
 
 }

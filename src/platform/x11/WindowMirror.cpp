@@ -108,11 +108,8 @@ void WindowMirror::handleClientProperty(xcb_window_t window, xcb_atom_t atom)
 
 void WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event)
 {
-    if (event.event == connection_.root()) {
-        for (auto& [id, window] : state_.windows)
-            window.revision += window.frame == event.window;
-        return;
-    }
+    if (event.event == connection_.root())
+        return touchClientsIn(event.window);
     // Of the two kinds that a client gets, the window manager's synthetic ones are in the root's coordinates.
     const bool isSynthetic = (event.response_type & 0x80) != 0;
     const auto found = state_.windows.find(event.window);
@@ -123,7 +120,7 @@ void WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event)
     window.width = event.width;
     window.height = event.height;
     window.border = event.border_width;
-    ++window.revision;
+    touch(window);
 }
 
 void WindowMirror::handleMapped(xcb_window_t reporter, xcb_window_t window, bool isMapped)
@@ -181,8 +178,11 @@ void WindowMirror::forget(xcb_window_t window)
         return;
     changes_.listing = true;
     changes_.struts |= found->second.strut || found->second.partialStrut;
+    setFrame(found->second, XCB_WINDOW_NONE);
+    disown(found->second);
+    std::erase(state_.appearance, &found->second);
+    freeSlots_.push_back(found->second.slot);
     state_.windows.erase(found);
-    std::erase(state_.appearance, window);
     std::erase(state_.activations, window);
     staleProperties_.erase(window);
     staleTitles_.erase(window);
@@ -198,7 +198,47 @@ void WindowMirror::setPoints(const Points& points)
         return;
     state_.points = points;
     for (auto& [id, window] : state_.windows)
-        ++window.revision;
+        touch(window);
+}
+
+void WindowMirror::setFrame(WindowRecord& window, xcb_window_t frame)
+{
+    const auto [first, end] = state_.clients.equal_range(window.frame);
+    const auto place = std::find_if(first, end, [&](const auto& each) { return each.second == window.id; });
+    if (place != end)
+        state_.clients.erase(place);
+    if (frame != XCB_WINDOW_NONE)
+        state_.clients.emplace(frame, window.id);
+    window.frame = frame;
+}
+
+void WindowMirror::setOwner(WindowRecord& window, pid_t pid)
+{
+    const auto byAppearance = [](const WindowRecord* each) { return each->appearance; };
+    auto& windows = state_.owned[pid];
+    const auto place = std::ranges::lower_bound(windows, window.appearance, {}, byAppearance);
+    if (place != windows.end() && *place == &window)
+        return;
+    windows.insert(place, &window);
+    if (window.pid != pid)
+        disown(window);
+    window.pid = pid;
+}
+
+void WindowMirror::disown(const WindowRecord& window)
+{
+    const auto owner = state_.owned.find(window.pid);
+    if (owner == state_.owned.end())
+        return;
+    std::erase(owner->second, &window);
+    if (owner->second.empty())
+        state_.owned.erase(owner);
+}
+
+void WindowMirror::touchClientsIn(xcb_window_t frame)
+{
+    const auto [first, end] = state_.clients.equal_range(frame);
+    std::for_each(first, end, [this](const auto& each) { touch(state_.windows.at(each.second)); });
 }
 
 }

@@ -32,8 +32,8 @@ public:
     /// Selects the events, and marks everything as to be read.
     void start();
     void handle(const xcb_generic_event_t& event);
-    /// How many events there were. Main thread.
-    std::uint64_t eventCount() const { return eventCount_; }
+    /// Another number when anything may have changed. Main thread.
+    std::uint64_t changeCount() const { return eventCount_ + lastRevision_; }
     /// Asks the server for what events have left open; false when there was nothing. Afterwards more events can have
     /// come.
     bool refresh();
@@ -92,6 +92,14 @@ private:
     void findFrames();
     void settlePid(WindowRecord& window);
     pid_t namelessPid(xcb_window_t window);
+    /// For a window that has just joined the others.
+    std::size_t takeSlot();
+    void setFrame(WindowRecord& window, xcb_window_t frame);
+    void setOwner(WindowRecord& window, pid_t pid);
+    void disown(const WindowRecord& window);
+    /// Something that the window is listed with has changed.
+    void touch(WindowRecord& window) { window.revision = ++lastRevision_; }
+    void touchClientsIn(xcb_window_t frame);
 
     void forget(xcb_window_t window);
     void setActive(xcb_window_t window);
@@ -118,6 +126,9 @@ private:
     xcb_window_t announcedActive_ = XCB_WINDOW_NONE;
     std::unordered_map<std::uint32_t, pid_t> namelessPids_;
     bool wasWarned_ = false;
+    std::uint64_t lastRevision_ = 0;
+    std::uint64_t lastAppearance_ = 0;
+    std::vector<std::size_t> freeSlots_;
     std::uint64_t eventCount_ = 0;
 };
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <span>
 
 namespace x11 {
 namespace {
@@ -24,6 +25,30 @@ constexpr std::uint32_t clientEvents
 void select(xcb_connection_t* connection, xcb_window_t window, std::uint32_t events)
 {
     xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &events);
+}
+
+struct Difference {
+    std::vector<xcb_window_t> gone;
+    /// All before this place are known; most from there on aren't.
+    std::size_t firstNew = 0;
+};
+
+/// Mostly windows have joined at the end or left, and the others are listed as they were.
+Difference compare(const std::vector<const WindowRecord*>& known, const std::vector<xcb_window_t>& listed)
+{
+    Difference result;
+    for (const WindowRecord* window : known) {
+        if (result.firstNew < listed.size() && listed[result.firstNew] == window->id)
+            ++result.firstNew;
+        else
+            result.gone.push_back(window->id);
+    }
+    if (!result.gone.empty() && result.firstNew < listed.size()) {
+        const std::unordered_set<xcb_window_t> others(
+            listed.begin() + static_cast<std::ptrdiff_t>(result.firstNew), listed.end());
+        std::erase_if(result.gone, [&](xcb_window_t window) { return others.contains(window); });
+    }
+    return result;
 }
 
 std::vector<xcb_window_t> windowsIn(const Property& property)
@@ -126,14 +151,8 @@ void WindowMirror::askClients(Burst& burst)
 {
     burst.property(connection_.root(), connection_.atoms().netClientList, listLongs,
         [this](const Property& list) { managedClients_ = windowsIn(list); });
-    burst.property(
-        connection_.root(), connection_.atoms().netClientListStacking, listLongs, [this](const Property& list) {
-            auto& stacking = state_.managedStacking;
-            stacking = windowsIn(list);
-            // A window manager may write one list before the other.
-            const auto isMissing = [&](xcb_window_t id) { return std::ranges::find(stacking, id) == stacking.end(); };
-            std::ranges::copy_if(managedClients_, std::back_inserter(stacking), isMissing);
-        });
+    burst.property(connection_.root(), connection_.atoms().netClientListStacking, listLongs,
+        [this](const Property& list) { state_.managedStacking = windowsIn(list); });
     isWantedStale_ = true;
 }
 
@@ -185,11 +204,12 @@ bool WindowMirror::readChildren()
     if (staleChildren_.empty())
         return false;
     Burst burst(connection_);
-    for (const xcb_window_t child : std::exchange(staleChildren_, {}))
+    const auto children = std::exchange(staleChildren_, {});
+    for (const xcb_window_t child : children)
         askChild(burst, child);
     burst.finish();
-    for (auto& [id, window] : state_.windows)
-        ++window.revision;
+    for (const xcb_window_t child : children)
+        touchClientsIn(child);
     return true;
 }
 
@@ -236,7 +256,7 @@ bool WindowMirror::readWindows()
         WindowRecord& window = found->second;
         settlePid(window);
         window.wasLookedAt = window.facts.wantsAttention() && (window.wasLookedAt || id == state_.active);
-        ++window.revision;
+        touch(window);
         changes_.listing |= window.facts != old.facts || window.pid != old.pid;
         changes_.struts |= window.strut != old.strut || window.partialStrut != old.partialStrut;
     }
@@ -259,17 +279,18 @@ std::vector<xcb_window_t> WindowMirror::wanted() const
 void WindowMirror::followWanted(Burst& burst)
 {
     const auto windows = wanted();
-    const std::unordered_set<xcb_window_t> set(windows.begin(), windows.end());
-    for (const xcb_window_t known : std::vector(state_.appearance)) {
-        if (!set.contains(known))
-            forget(known);
-    }
-    for (const xcb_window_t window : windows) {
+    const auto [gone, firstNew] = compare(state_.appearance, windows);
+    for (const xcb_window_t window : gone)
+        forget(window);
+    for (const xcb_window_t window : std::span(windows).subspan(firstNew)) {
         const auto [place, isNew] = state_.windows.try_emplace(window);
         if (!isNew)
             continue;
-        place->second.id = place->second.frame = window;
-        state_.appearance.push_back(window);
+        place->second.id = window;
+        place->second.appearance = ++lastAppearance_;
+        place->second.slot = takeSlot();
+        setFrame(place->second, window);
+        state_.appearance.push_back(&place->second);
         staleProperties_[window] = ~PropertyBits(0);
         staleFrames_.insert(window);
         select(connection_, window, clientEvents);
@@ -333,7 +354,7 @@ void WindowMirror::findFrames()
                 if (!answer)
                     return forget(window);
                 if (answer->parent == connection_.root())
-                    state_.windows.at(window).frame = reached;
+                    setFrame(state_.windows.at(window), reached);
                 else
                     next[window] = answer->parent;
             });
@@ -365,11 +386,20 @@ void WindowMirror::findFrames()
 void WindowMirror::settlePid(WindowRecord& window)
 {
     if (window.serverPid)
-        window.pid = *window.serverPid;
+        setOwner(window, *window.serverPid);
     else if (window.declaredPid && window.machine == host_)
-        window.pid = *window.declaredPid;
+        setOwner(window, *window.declaredPid);
     else
-        window.pid = namelessPid(window.id);
+        setOwner(window, namelessPid(window.id));
+}
+
+std::size_t WindowMirror::takeSlot()
+{
+    if (freeSlots_.empty())
+        return state_.windows.size() - 1;
+    const std::size_t slot = freeSlots_.back();
+    freeSlots_.pop_back();
+    return slot;
 }
 
 pid_t WindowMirror::namelessPid(xcb_window_t window)

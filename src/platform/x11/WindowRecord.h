@@ -103,8 +103,12 @@ struct WindowRecord {
     bool takesFocus = true;
     bool hasDeleteProtocol = false;
 
-    /// Counts changes of anything above.
+    /// Another one after each change of anything above; no two windows ever have the same.
     std::uint64_t revision = 0;
+    /// Grows from window to window in the order in which they appeared.
+    std::uint64_t appearance = 0;
+    /// Its number among the windows that there are: a small one, which goes to another when it has gone.
+    std::size_t slot = 0;
 
     const std::string& title() const { return netName.empty() ? legacyName : netName; }
 };

@@ -1,5 +1,6 @@
 #include "x11/X11Desktop.h"
 
+#include "base/Clock.h"
 #include "base/RunLoop.h"
 #include "freedesktop/Badges.h"
 #include "freedesktop/UserSession.h"
@@ -18,6 +19,7 @@
 #include <QGuiApplication>
 #include <QSocketNotifier>
 
+#include <algorithm>
 #include <mutex>
 
 namespace x11 {
@@ -29,8 +31,19 @@ constexpr int mostPasses = 16;
 constexpr double titleDelay = 0.1;
 /// How long no event is read after a batch of titles and nothing else, in seconds: half a frame.
 constexpr double titleRest = 0.008;
+/// After a batch that was told, no event is read for a frame, in seconds; and where working it out took long, for so
+/// many times as long, up to a bound that only what takes longer still exceeds. So a first piece of news is told at
+/// once, and a crowd of them leaves the program and the server their time.
+constexpr double toldRest = 0.016;
+constexpr double restForWork = 16;
+constexpr double longestRest = 0.1;
 /// The session bus is left alone while the program starts, in seconds.
 constexpr double busDelay = 0.5;
+
+std::uint64_t now()
+{
+    return RunLoop::main().clock().nanoseconds();
+}
 
 /// A block on the main run loop that is there at most once, and goes with its owner. Any thread schedules it.
 class Pending {
@@ -145,6 +158,8 @@ private:
     void drain()
     {
         const RunLoop::Turn turn;
+        const std::uint64_t start = now();
+        const std::uint64_t before = mirror_.changeCount();
         readUntilSettled();
         if (connection_->isLost())
             return lose();
@@ -153,25 +168,29 @@ private:
         pointer_.report([this](const PointerWatch::Place& place) {
             return surfaces_.owns(place.over) ? !place.isButtonDown : !surfaces_.isAnyAt(place.point);
         });
-        if (mirror_.hasStaleTitles()) {
+        if (mirror_.hasStaleTitles())
             titles_.schedule(titleDelay, [this] {
                 mirror_.refreshTitles();
                 drain();
             });
-            if (!hasTold)
-                rest();
-        }
+        const double worked = static_cast<double>(now() - start) * 1e-9;
+        if (hasTold)
+            rest(std::max({ toldRest, worked, std::min(restForWork * worked, longestRest) }));
+        else if (mirror_.hasStaleTitles() && mirror_.changeCount() != before)
+            rest(titleRest);
     }
 
-    /// A window that changes its title without end wakes the program no more than so often.
-    void rest()
+    /// What changes without end wakes the program no more than so often.
+    void rest(double seconds)
     {
         if (!notifier_)
             return;
         notifier_->setEnabled(false);
-        rest_.schedule(titleRest, [this] {
+        rest_.schedule(seconds, [this] {
             if (notifier_)
                 notifier_->setEnabled(true);
+            // Asking the server for something may have taken events along, which wake nobody.
+            drain();
         });
     }
 
@@ -217,8 +236,6 @@ private:
                 if (processes_.onEvent)
                     processes_.onEvent(event, process);
             }
-            // An icon may have been asked for, and events may have come with it.
-            drainSoon();
         }
         const bool hasNewWindows = changes.listing || changes.desktops || (changes.active && !hasActivated);
         if (hasNewWindows && windows_.onChange)
