@@ -33,6 +33,7 @@ struct Reading {
 };
 
 struct Index {
+    std::optional<Value> list;
     Carried<const Value::Dictionary*, Reading> readings;
     /// Whether each process that owns such windows is a regular application.
     std::map<pid_t, bool> owners;
@@ -87,10 +88,14 @@ std::optional<WindowEntry> countedWindow(const Value& entry)
         demandsAttention(entry) };
 }
 
-/// Reads the list, and gives the processes of which windows came, went or changed.
-std::set<pid_t> readList(Carried<const Value::Dictionary*, Reading>& readings, std::map<pid_t, int>& demanding)
+/// Reads the list anew, and gives the processes of which windows came, went or changed.
+std::set<pid_t> readList(std::optional<Value>& list, Carried<const Value::Dictionary*, Reading>& readings,
+    std::map<pid_t, int>& demanding)
 {
     std::set<pid_t> changed;
+    const auto before = std::exchange(list, CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0));
+    if (before && list && before->array() == list->array())
+        return changed;
     const auto note = [&](const Reading& reading, int count) {
         if (reading.window)
             changed.insert(reading.window->pid);
@@ -98,7 +103,6 @@ std::set<pid_t> readList(Carried<const Value::Dictionary*, Reading>& readings, s
             demanding[*reading.demanding] += count;
     };
     readings.begin();
-    const auto list = CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0);
     for (const Value& entry : dictionaries(list)) {
         const auto [reading, isKnown] = readings.next(entry.dictionary());
         if (isKnown)
@@ -127,8 +131,8 @@ void followOwners(std::map<pid_t, bool>& owners, std::set<pid_t>& changed)
 
 void readWindows()
 {
-    auto& [readings, owners, demanding, map, readAt] = index();
-    std::set<pid_t> changed = readList(readings, demanding);
+    auto& [list, readings, owners, demanding, map, readAt] = index();
+    std::set<pid_t> changed = readList(list, readings, demanding);
     followOwners(owners, changed);
     readAt = NSDate::now();
     if (changed.empty())

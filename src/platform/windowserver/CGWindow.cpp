@@ -52,21 +52,31 @@ Value dictionaryOf(const host::Window& window, const host::Process* owner)
 /// The dictionaries of a list of windows, each made again only when what it tells has changed.
 class WindowDictionaries {
 public:
-    void append(Value::Array& entries, const host::Windows::List& list)
+    const Value& of(host::Windows::List list)
     {
+        const auto& running = host::Desktop::current().processes().running();
+        if (list == windows_ && running == running_)
+            return value_;
+        windows_ = std::move(list);
+        running_ = running;
         std::unordered_map<pid_t, std::shared_ptr<const host::Process>> owners;
+        for (const auto& process : running_)
+            owners.emplace(process->pid, process);
+
+        Value::Array entries;
+        entries.reserve(windows_.size());
         carried_.begin();
-        for (const auto& window : list) {
-            const auto [place, isNew] = owners.try_emplace(window->owner);
-            if (isNew)
-                place->second = host::Desktop::current().processes().find(window->owner);
-            const auto& owner = place->second;
+        for (const auto& window : windows_) {
+            const auto place = owners.find(window->owner);
+            const auto owner = place == owners.end() ? nullptr : place->second;
             auto& entry = carried_.next(window.get()).first;
             if (entry.window != window || entry.owner != owner)
                 entry = { window, owner, dictionaryOf(*window, owner.get()) };
             entries.push_back(entry.value);
         }
         carried_.end();
+        value_ = std::move(entries);
+        return value_;
     }
 
 private:
@@ -75,6 +85,9 @@ private:
         std::shared_ptr<const host::Process> owner {};
         Value value = false;
     };
+    host::Windows::List windows_;
+    std::vector<std::shared_ptr<const host::Process>> running_;
+    Value value_ = Value::Array {};
     Carried<const host::Window*, Entry> carried_;
 };
 
@@ -154,11 +167,12 @@ std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
         return std::nullopt;
     auto& dictionaries = perDesktop<std::array<WindowDictionaries, 2>>();
     const bool onScreenOnly = (option & kCGWindowListOptionOnScreenOnly) != 0;
-    const host::Windows::List list = onScreenOnly ? windows().onScreen() : windows().all();
-    Value::Array entries = windowServerDamage().listEntries;
-    entries.reserve(entries.size() + list.size());
-    dictionaries[onScreenOnly].append(entries, list);
-    return entries;
+    const Value& list = dictionaries[onScreenOnly].of(onScreenOnly ? windows().onScreen() : windows().all());
+    if (windowServerDamage().listEntries.empty())
+        return list;
+    Value::Array damaged = windowServerDamage().listEntries;
+    damaged.insert(damaged.end(), list.array()->begin(), list.array()->end());
+    return damaged;
 }
 
 bool CGRequestScreenCaptureAccess()

@@ -47,7 +47,8 @@ inline constexpr const char* kCGWindowAlpha = "kCGWindowAlpha";
 
 /// An array of dictionaries with the keys above. `option` is 0 (all, those on other spaces included, in the order in
 /// which they appeared) or 17 (on screen, without the desktop's own, front first). A dictionary that is the same object
-/// as at the call before tells that nothing of its window has changed since, its spaces included.
+/// as at the call before tells that nothing of its window has changed since, its spaces included; an array that is, the
+/// same of them all.
 std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t relativeToWindow);
 
 bool CGRequestScreenCaptureAccess();

@@ -66,82 +66,82 @@ void RootChildren::restack(List::iterator child, xcb_window_t above)
     children_.splice(below == children_.end() ? children_.begin() : std::next(below), children_, child);
 }
 
-bool RootChildren::configure(const xcb_configure_notify_event_t& event)
+std::optional<xcb_window_t> RootChildren::configure(const xcb_configure_notify_event_t& event)
 {
     const auto child = at(event.window);
     if (child == children_.end())
-        return false;
+        return std::nullopt;
+    const RootChild before = *child;
     place(event.window, { event.x, event.y, event.width, event.height }, event.border_width);
     child->isOverrideRedirect = event.override_redirect != 0;
     restack(child, event.above_sibling);
-    return true;
+    const bool isMoved = child->outer != before.outer || child->border != before.border;
+    return isMoved ? std::optional(event.window) : std::nullopt;
 }
 
-bool RootChildren::setMapped(xcb_window_t window, bool isMapped)
+void RootChildren::setMapped(xcb_window_t window, bool isMapped)
 {
-    const auto child = at(window);
-    if (child == children_.end() || child->isMapped == isMapped)
-        return false;
-    child->isMapped = isMapped;
-    return true;
+    if (const auto child = at(window); child != children_.end())
+        child->isMapped = isMapped;
 }
 
-bool RootChildren::handle(const xcb_generic_event_t& event, xcb_window_t root)
+std::optional<xcb_window_t> RootChildren::handle(const xcb_generic_event_t& event, xcb_window_t root)
 {
     switch (event.response_type & ~0x80) {
     case XCB_CREATE_NOTIFY: {
         const auto& create = as<xcb_create_notify_event_t>(event);
-        if (create.parent != root)
-            return false;
-        add({ create.window, outerRect(create.x, create.y, create.width, create.height, create.border_width),
-            create.border_width, false, create.override_redirect != 0 });
-        return true;
+        if (create.parent == root)
+            add({ create.window, outerRect(create.x, create.y, create.width, create.height, create.border_width),
+                create.border_width, false, create.override_redirect != 0 });
+        break;
     }
     case XCB_DESTROY_NOTIFY:
-        if (as<xcb_destroy_notify_event_t>(event).event != root)
-            return false;
-        remove(as<xcb_destroy_notify_event_t>(event).window);
-        return true;
+        if (as<xcb_destroy_notify_event_t>(event).event == root)
+            remove(as<xcb_destroy_notify_event_t>(event).window);
+        break;
     case XCB_MAP_NOTIFY:
-        return as<xcb_map_notify_event_t>(event).event == root
-            && setMapped(as<xcb_map_notify_event_t>(event).window, true);
+        if (as<xcb_map_notify_event_t>(event).event == root)
+            setMapped(as<xcb_map_notify_event_t>(event).window, true);
+        break;
     case XCB_UNMAP_NOTIFY:
-        return as<xcb_unmap_notify_event_t>(event).event == root
-            && setMapped(as<xcb_unmap_notify_event_t>(event).window, false);
+        if (as<xcb_unmap_notify_event_t>(event).event == root)
+            setMapped(as<xcb_unmap_notify_event_t>(event).window, false);
+        break;
     case XCB_CONFIGURE_NOTIFY:
-        return as<xcb_configure_notify_event_t>(event).event == root
-            && configure(as<xcb_configure_notify_event_t>(event));
+        if (as<xcb_configure_notify_event_t>(event).event == root)
+            return configure(as<xcb_configure_notify_event_t>(event));
+        break;
     case XCB_GRAVITY_NOTIFY: {
         const auto& gravity = as<xcb_gravity_notify_event_t>(event);
         const auto child = at(gravity.window);
         if (gravity.event != root || child == children_.end())
-            return false;
+            break;
         child->outer.x = gravity.x;
         child->outer.y = gravity.y;
-        return true;
+        return gravity.window;
     }
     case XCB_CIRCULATE_NOTIFY: {
         const auto& circulate = as<xcb_circulate_notify_event_t>(event);
         const auto child = at(circulate.window);
-        if (circulate.event != root || child == children_.end())
-            return false;
-        restack(child, circulate.place == XCB_PLACE_ON_TOP ? children_.back().id : xcb_window_t(XCB_WINDOW_NONE));
-        return true;
+        if (circulate.event == root && child != children_.end())
+            restack(child, circulate.place == XCB_PLACE_ON_TOP ? children_.back().id : xcb_window_t(XCB_WINDOW_NONE));
+        break;
     }
     case XCB_REPARENT_NOTIFY: {
         const auto& reparent = as<xcb_reparent_notify_event_t>(event);
         if (reparent.event != root)
-            return false;
+            break;
         if (reparent.parent != root)
             remove(reparent.window);
         else
             // Its size isn't told here; the mirror asks for it.
             add({ reparent.window, { reparent.x, reparent.y, 0, 0 }, 0, false, reparent.override_redirect != 0 });
-        return true;
+        break;
     }
     default:
-        return false;
+        break;
     }
+    return std::nullopt;
 }
 
 }

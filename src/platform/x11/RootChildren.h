@@ -5,6 +5,7 @@
 #include <xcb/xcb.h>
 
 #include <list>
+#include <optional>
 #include <ranges>
 #include <unordered_map>
 
@@ -40,14 +41,14 @@ public:
     void remove(xcb_window_t window);
     /// `inner` leaves out the border.
     void place(xcb_window_t window, const Rect& inner, int border);
-    /// Takes an event of the root's substructure; false when it is none or changes nothing.
-    bool handle(const xcb_generic_event_t& event, xcb_window_t root);
+    /// Takes an event of the root's substructure; the child that it tells another place or size of.
+    std::optional<xcb_window_t> handle(const xcb_generic_event_t& event, xcb_window_t root);
 
 private:
     List::iterator at(xcb_window_t window);
     void restack(List::iterator child, xcb_window_t above);
-    bool configure(const xcb_configure_notify_event_t& event);
-    bool setMapped(xcb_window_t window, bool isMapped);
+    std::optional<xcb_window_t> configure(const xcb_configure_notify_event_t& event);
+    void setMapped(xcb_window_t window, bool isMapped);
 
     List children_;
     std::unordered_map<xcb_window_t, List::iterator> places_;

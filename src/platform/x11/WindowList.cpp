@@ -1,6 +1,7 @@
 #include "x11/WindowList.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace x11 {
 namespace {
@@ -57,14 +58,12 @@ const std::shared_ptr<const host::Window>& WindowList::record(const WindowRecord
 
 WindowList::List WindowList::all()
 {
-    const DesktopState& state = mirror_.state();
-    List list;
-    list.reserve(state.appearance.size());
-    for (const WindowRecord* window : state.appearance) {
-        if (state.isListed(*window))
-            list.push_back(record(*window));
-    }
-    return list;
+    if (std::exchange(allCount_, mirror_.windowChangeCount()) == mirror_.windowChangeCount())
+        return all_;
+    all_.clear();
+    for (const WindowRecord* window : mirror_.state().byAppearance())
+        all_.push_back(record(*window));
+    return all_;
 }
 
 WindowList::List WindowList::onScreen()

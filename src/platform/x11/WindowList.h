@@ -39,6 +39,9 @@ private:
     Monitors& monitors_;
     /// By the windows' slots.
     std::vector<Entry> entries_;
+    /// The last answer to `all`, and the mirror's count of then.
+    List all_;
+    std::optional<std::uint64_t> allCount_;
 };
 
 }

@@ -37,7 +37,8 @@ void WindowMirror::handle(const xcb_generic_event_t& event)
 {
     const std::lock_guard lock(mutex_);
     ++eventCount_;
-    state_.rootChildren.handle(event, connection_.root());
+    if (const auto moved = state_.rootChildren.handle(event, connection_.root()))
+        touchClientsIn(*moved);
     if (tellsOfSelection(connection_, event, connection_.atoms().compositor))
         staleRoot_ |= staleCompositor;
 
@@ -108,12 +109,10 @@ void WindowMirror::handleClientProperty(xcb_window_t window, xcb_atom_t atom)
 
 void WindowMirror::handleConfigure(const xcb_configure_notify_event_t& event)
 {
-    if (event.event == connection_.root())
-        return touchClientsIn(event.window);
     // Of the two kinds that a client gets, the window manager's synthetic ones are in the root's coordinates.
     const bool isSynthetic = (event.response_type & 0x80) != 0;
     const auto found = state_.windows.find(event.window);
-    if (isSynthetic || found == state_.windows.end())
+    if (event.event == connection_.root() || isSynthetic || found == state_.windows.end())
         return;
     WindowRecord& window = found->second;
     window.position = { event.x, event.y };
@@ -128,6 +127,7 @@ void WindowMirror::handleMapped(xcb_window_t reporter, xcb_window_t window, bool
     const auto known = state_.windows.find(window);
     if (reporter == window && known != state_.windows.end()) {
         known->second.isMapped = isMapped;
+        touch(known->second);
         changes_.listing |= !state_.isManaged();
     }
     isWantedStale_ |= !state_.isManaged() && reporter == connection_.root();
@@ -176,6 +176,7 @@ void WindowMirror::forget(xcb_window_t window)
     const auto found = state_.windows.find(window);
     if (found == state_.windows.end())
         return;
+    ++lastRevision_;
     changes_.listing = true;
     changes_.struts |= found->second.strut || found->second.partialStrut;
     setFrame(found->second, XCB_WINDOW_NONE);

@@ -34,9 +34,13 @@ public:
     void handle(const xcb_generic_event_t& event);
     /// Another number when anything may have changed. Main thread.
     std::uint64_t changeCount() const { return eventCount_ + lastRevision_; }
+    /// Another number when a window was listed, unlisted, or is otherwise described. Main thread.
+    std::uint64_t windowChangeCount() const { return lastRevision_; }
     /// Asks the server for what events have left open; false when there was nothing. Afterwards more events can have
     /// come.
     bool refresh();
+    /// Whether it has changed which windows and desktops there are or which one is active.
+    bool hasNews() const { return changes_.listing || changes_.desktops || changes_.active; }
     Changes takeChanges() { return std::exchange(changes_, {}); }
 
     /// Titles that changed are read with the next thing there is to ask, or when this is called: once for many changes.

@@ -119,6 +119,7 @@ bool WindowMirror::readManager()
     if (manager != state_.manager)
         staleRoot_ |= staleAll & ~staleManager;
     state_.manager = manager;
+    ++lastRevision_;
     if (manager == XCB_WINDOW_NONE && !std::exchange(wasWarned_, true))
         std::fputs(
             "vantry: no window manager that speaks EWMH: windows are found and moved as well as can be\n", stderr);
@@ -159,6 +160,7 @@ void WindowMirror::askClients(Burst& burst)
 void WindowMirror::askDesktops(Burst& burst)
 {
     changes_.desktops = true;
+    ++lastRevision_;
     burst.property(connection_.root(), connection_.atoms().netNumberOfDesktops, 1, [this](const Property& count) {
         state_.desktopCount
             = state_.isManaged() ? std::min(count.number(XCB_ATOM_CARDINAL).value_or(0), mostDesktops) : 0;
@@ -256,7 +258,8 @@ bool WindowMirror::readWindows()
         WindowRecord& window = found->second;
         settlePid(window);
         window.wasLookedAt = window.facts.wantsAttention() && (window.wasLookedAt || id == state_.active);
-        touch(window);
+        if (window != old)
+            touch(window);
         changes_.listing |= window.facts != old.facts || window.pid != old.pid;
         changes_.struts |= window.strut != old.strut || window.partialStrut != old.partialStrut;
     }
@@ -343,6 +346,7 @@ void WindowMirror::findFrames()
     for (const xcb_window_t window : std::exchange(staleFrames_, {})) {
         climbers[window] = window;
         state_.windows.at(window).parentInFrame = {};
+        touch(state_.windows.at(window));
     }
     while (!climbers.empty()) {
         Burst burst(connection_);

@@ -110,6 +110,7 @@ struct WindowRecord {
     /// Its number among the windows that there are: a small one, which goes to another when it has gone.
     std::size_t slot = 0;
 
+    bool operator==(const WindowRecord&) const = default;
     const std::string& title() const { return netName.empty() ? legacyName : netName; }
 };
 

@@ -31,11 +31,10 @@ constexpr int mostPasses = 16;
 constexpr double titleDelay = 0.1;
 /// How long no event is read after a batch of titles and nothing else, in seconds: half a frame.
 constexpr double titleRest = 0.008;
-/// After a batch that was told, no event is read for a frame, in seconds; and where working it out took long, for so
-/// many times as long, up to a bound that only what takes longer still exceeds. So a first piece of news is told at
-/// once, and a crowd of them leaves the program and the server their time.
-constexpr double toldRest = 0.016;
-constexpr double restForWork = 16;
+/// After a batch that was told, no event is read for a frame; while each such rest ends with more to tell, for longer
+/// and longer, up to a bound. In seconds. So a first piece of news is told at once, and a crowd of them leaves the
+/// program and the server their time.
+constexpr double firstRest = 0.016;
 constexpr double longestRest = 0.1;
 /// The session bus is left alone while the program starts, in seconds.
 constexpr double busDelay = 0.5;
@@ -138,7 +137,7 @@ private:
     {
         notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(*connection_), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { drain(); });
-        beforeInput_ = std::make_unique<BeforeInput>([this] { drain(); });
+        beforeInput_ = std::make_unique<BeforeInput>([this] { catchUp(); });
         serverLoss_ = std::make_unique<ServerLoss>(*connection_, [this] { lose(); });
         drain();
     }
@@ -154,15 +153,37 @@ private:
         drainSoon();
     }
 
-    /// Takes what the server has sent, follows it up, and tells the layer what it amounts to.
-    void drain()
+    /// Takes what the server has sent, follows it up, and tells the layer what it amounts to. What comes meanwhile is
+    /// left for the next time as soon as there is anything to tell; whether there was.
+    bool drain()
+    {
+        return follow([this] {
+            for (int pass = 0; readOnce(); ++pass) {
+                if (pass == mostPasses)
+                    return drainSoon();
+                if (mirror_.hasNews())
+                    return;
+            }
+        });
+    }
+
+    /// The same, to the last of it.
+    void catchUp()
+    {
+        follow([this] { readUntilSettled(); });
+    }
+
+    template <class Read>
+    bool follow(Read read)
     {
         const RunLoop::Turn turn;
         const std::uint64_t start = now();
         const std::uint64_t before = mirror_.changeCount();
-        readUntilSettled();
-        if (connection_->isLost())
-            return lose();
+        read();
+        if (connection_->isLost()) {
+            lose();
+            return false;
+        }
         const bool hasTold = tell();
         surfaces_.windowsMoved();
         pointer_.report([this](const PointerWatch::Place& place) {
@@ -173,11 +194,13 @@ private:
                 mirror_.refreshTitles();
                 drain();
             });
-        const double worked = static_cast<double>(now() - start) * 1e-9;
-        if (hasTold)
-            rest(std::max({ toldRest, worked, std::min(restForWork * worked, longestRest) }));
-        else if (mirror_.hasStaleTitles() && mirror_.changeCount() != before)
+        if (hasTold) {
+            lastRest_ = lastRest_ == 0 ? firstRest : std::min(2 * lastRest_, longestRest);
+            rest(std::max(lastRest_, static_cast<double>(now() - start) * 1e-9));
+        } else if (mirror_.hasStaleTitles() && mirror_.changeCount() != before) {
             rest(titleRest);
+        }
+        return hasTold;
     }
 
     /// What changes without end wakes the program no more than so often.
@@ -190,32 +213,39 @@ private:
             if (notifier_)
                 notifier_->setEnabled(true);
             // Asking the server for something may have taken events along, which wake nobody.
-            drain();
+            if (!drain())
+                lastRest_ = 0;
         });
     }
 
     void readUntilSettled()
     {
         for (int pass = 0; pass < mostPasses; ++pass) {
-            while (const Event event = connection_->nextEvent()) {
-                RunLoop::main().hurry();
-                mirror_.handle(*event);
-                monitors_.handle(*event);
-                scale_.handle(*event);
-                pointer_.handle(*event);
-                keyboard_.handle(*event);
-            }
-            const bool hasAskedOfWindows = mirror_.refresh();
-            const bool hasAskedOfScale = scale_.refresh();
-            if (hasAskedOfScale)
-                monitors_.setScale(scale_.value());
-            const bool hasAskedOfMonitors = monitors_.refresh() || hasAskedOfScale;
-            const bool hasAskedOfKeyboard = keyboard_.refresh();
-            isDisplayStale_ |= hasAskedOfMonitors;
-            if (!hasAskedOfWindows && !hasAskedOfMonitors && !hasAskedOfKeyboard)
+            if (!readOnce())
                 return;
         }
         drainSoon();
+    }
+
+    /// Whether the server was asked for anything, so that more may have come.
+    bool readOnce()
+    {
+        while (const Event event = connection_->nextEvent()) {
+            RunLoop::main().hurry();
+            mirror_.handle(*event);
+            monitors_.handle(*event);
+            scale_.handle(*event);
+            pointer_.handle(*event);
+            keyboard_.handle(*event);
+        }
+        const bool hasAskedOfWindows = mirror_.refresh();
+        const bool hasAskedOfScale = scale_.refresh();
+        if (hasAskedOfScale)
+            monitors_.setScale(scale_.value());
+        const bool hasAskedOfMonitors = monitors_.refresh() || hasAskedOfScale;
+        const bool hasAskedOfKeyboard = keyboard_.refresh();
+        isDisplayStale_ |= hasAskedOfMonitors;
+        return hasAskedOfWindows || hasAskedOfMonitors || hasAskedOfKeyboard;
     }
 
     /// Whether there was anything to tell.
@@ -273,6 +303,8 @@ private:
     bool isDisplayStale_ = false;
     /// Whether a process was asked for something since they were last looked at.
     bool areProcessesStale_ = false;
+    /// 0 when the last one ended with nothing to tell.
+    double lastRest_ = 0;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::unique_ptr<BeforeInput> beforeInput_;
     std::unique_ptr<ServerLoss> serverLoss_;
