@@ -11,6 +11,7 @@
 #include "x11/PointerWatch.h"
 #include "x11/ServerLoss.h"
 #include "x11/StartupNotice.h"
+#include "x11/ToolkitConnection.h"
 #include "x11/WindowCapture.h"
 #include "x11/WindowElements.h"
 #include "x11/WindowList.h"
@@ -138,6 +139,7 @@ private:
         notifier_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(*connection_), QSocketNotifier::Read);
         QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { drain(); });
         beforeInput_ = std::make_unique<BeforeInput>([this] { catchUp(); });
+        quietenToolkit(connection_->root());
         serverLoss_ = std::make_unique<ServerLoss>(*connection_, [this] { lose(); });
         drain();
     }
