@@ -5,6 +5,9 @@
 #include "windowserver/CGWindow.h"
 #include "windowserver/Damage.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace {
 
 class WindowIndexTest : public ModelTest {
@@ -85,6 +88,46 @@ TEST_F(WindowIndexTest, OneReadingServesForFourTenthsOfASecond)
     WindowIndex::byPID();
     EXPECT_EQ(count("windowList"), 3u);
     EXPECT_EQ(first->at(pid).size(), 1u) << "a reading that is held doesn't change";
+}
+
+TEST_F(WindowIndexTest, InACrowdOnlyTheWindowThatChangesIsLookedAt)
+{
+    std::vector<pid_t> programs;
+    for (int number = 0; number < 20; ++number)
+        programs.push_back(run("Program " + std::to_string(number)));
+    std::vector<std::uint32_t> windows;
+    for (int number = 0; number < 2000; ++number)
+        windows.push_back(openWindow(programs[static_cast<std::size_t>(number) % programs.size()]));
+    EXPECT_EQ(countOf(programs[7]), 100u);
+
+    const pid_t pid = programs[7];
+    const struct {
+        const char* what;
+        std::function<void()> change;
+        std::size_t count;
+        std::size_t lookedAt;
+    } cases[] {
+        { "nothing", [] {}, 100, 0 },
+        { "the focus changes", [&] { world().focus(windows[1203]); }, 100, 0 },
+        { "one opens", [&] { openWindow(pid); }, 101, 1 },
+        { "one has another title", [&] { world().setTitle(windows[907], "Other"); }, 101, 1 },
+        { "one becomes too small",
+            [&] {
+                world().setBounds(windows[907], { 0, 0, 10, 10 });
+            },
+            100, 0 },
+        { "one lies on another space", [&] { world().setSpaces(windows[1007], { 2 }); }, 100, 1 },
+        { "one closes", [&] { world().close(windows[27]); }, 99, 0 },
+        { "thirty in a row close",
+            [&] { std::for_each_n(windows.begin() + 500, 30, [&](auto each) { world().close(each); }); }, 97, 0 },
+    };
+    for (const auto& test : cases) {
+        test.change();
+        calls().clear();
+        EXPECT_EQ(countOf(pid), test.count) << test.what;
+        EXPECT_EQ(count("window"), test.lookedAt) << test.what;
+    }
+    EXPECT_EQ(WindowIndex::byPID()->at(pid)[44].id, windows[967]) << "the others keep their order";
 }
 
 TEST_F(WindowIndexTest, TitlesNeedAWindowAndTheRight)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -15,10 +16,10 @@ public:
     /// Begins a reading.
     void begin()
     {
-        before_ = std::exchange(now_, {});
-        now_.reserve(before_.size() + 1);
+        before_.clear();
         index_.clear();
         place_ = 0;
+        isAsBefore_ = true;
         hasSkipped_ = false;
     }
 
@@ -26,7 +27,11 @@ public:
     /// until the next call.
     std::pair<Result&, bool> next(const Key& key)
     {
-        const std::size_t found = find(key);
+        if (isAsBefore_ && place_ < now_.size() && now_[place_].first == key)
+            return { now_[place_++].second, true };
+        if (isAsBefore_ && place_ < now_.size())
+            part();
+        const std::size_t found = isAsBefore_ ? before_.size() : find(key);
         const bool isKnown = found < before_.size();
         if (isKnown) {
             now_.push_back(std::move(before_[found]));
@@ -35,16 +40,17 @@ public:
             place_ = found + 1;
         } else {
             now_.emplace_back(key, Result {});
+            place_ += isAsBefore_;
         }
         return { now_.back().second, isKnown };
     }
 
-    /// Ends the reading, with what there was of elements that it hasn't met; their keys are empty otherwise.
+    /// Ends the reading, with what there was of elements that it hasn't met, among others whose keys are empty.
     std::vector<Entry> end()
     {
-        const bool hasLost = hasSkipped_ || place_ < before_.size();
-        auto before = std::exchange(before_, {});
-        return hasLost ? std::move(before) : std::vector<Entry> {};
+        if (isAsBefore_)
+            part();
+        return std::exchange(before_, {});
     }
 
     const std::vector<Entry>& entries() const { return now_; }
@@ -52,6 +58,16 @@ public:
 private:
     /// So far ahead is looked before an index is made: a few elements have gone.
     static constexpr std::size_t nearby = 16;
+
+    /// From here on the order may be another: what was there stands apart, to be looked for.
+    void part()
+    {
+        const auto first = now_.begin() + static_cast<std::ptrdiff_t>(place_);
+        before_.assign(std::make_move_iterator(first), std::make_move_iterator(now_.end()));
+        now_.erase(first, now_.end());
+        place_ = 0;
+        isAsBefore_ = false;
+    }
 
     std::size_t find(const Key& key)
     {
@@ -69,8 +85,10 @@ private:
         return found == index_.end() || before_[found->second].first != key ? before_.size() : found->second;
     }
 
-    std::vector<Entry> before_;
     std::vector<Entry> now_;
+    /// While all elements have been as before, those are in `now_` still, and `place_` is there, else in `before_`.
+    bool isAsBefore_ = true;
+    std::vector<Entry> before_;
     std::unordered_map<Key, std::size_t> index_;
     std::size_t place_ = 0;
     bool hasSkipped_ = false;

@@ -23,7 +23,7 @@ struct Call {
         /// Of an accessibility action.
         action,
         /// "activate", "hide", "unhide", "terminate", "forceTerminate" of a process; "open" of an application;
-        /// "openURL"; "windowList"; "capture"; "key" of a process, "postKeyDown" and "postKeyUp".
+        /// "openURL"; "windowList"; "window"; "capture"; "key" of a process, "postKeyDown" and "postKeyUp".
         request,
     };
 

@@ -40,6 +40,7 @@ Windows::List Windows::onScreen()
 
 std::shared_ptr<const host::Window> Windows::find(std::uint32_t number)
 {
+    log_.add({ .window = number, .name = "window", .value = {} });
     const Window* window = world_.window(number);
     return window ? record(*window) : nullptr;
 }

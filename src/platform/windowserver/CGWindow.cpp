@@ -10,7 +10,6 @@
 #include "windowserver/Damage.h"
 
 #include <array>
-#include <unordered_map>
 
 namespace {
 
@@ -55,23 +54,19 @@ public:
     const Value& of(host::Windows::List list)
     {
         const auto& running = host::Desktop::current().processes().running();
-        if (list == windows_ && running == running_)
+        const bool areOwnersSame = running == running_;
+        if (list == windows_ && areOwnersSame)
             return value_;
         windows_ = std::move(list);
         running_ = running;
-        std::unordered_map<pid_t, std::shared_ptr<const host::Process>> owners;
-        for (const auto& process : running_)
-            owners.emplace(process->pid, process);
 
         Value::Array entries;
         entries.reserve(windows_.size());
         carried_.begin();
         for (const auto& window : windows_) {
-            const auto place = owners.find(window->owner);
-            const auto owner = place == owners.end() ? nullptr : place->second;
-            auto& entry = carried_.next(window.get()).first;
-            if (entry.window != window || entry.owner != owner)
-                entry = { window, owner, dictionaryOf(*window, owner.get()) };
+            const auto [entry, isKnown] = carried_.next(window.get());
+            if (!isKnown || !areOwnersSame)
+                describe(entry, window);
             entries.push_back(entry.value);
         }
         carried_.end();
@@ -85,6 +80,14 @@ private:
         std::shared_ptr<const host::Process> owner {};
         Value value = false;
     };
+
+    static void describe(Entry& entry, const std::shared_ptr<const host::Window>& window)
+    {
+        const auto owner = host::Desktop::current().processes().find(window->owner);
+        if (entry.window != window || entry.owner != owner)
+            entry = { window, owner, dictionaryOf(*window, owner.get()) };
+    }
+
     host::Windows::List windows_;
     std::vector<std::shared_ptr<const host::Process>> running_;
     Value value_ = Value::Array {};

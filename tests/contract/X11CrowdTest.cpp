@@ -1,0 +1,93 @@
+#include "contract/X11Fixture.h"
+
+#include "x11/WindowMirror.h"
+
+#include <chrono>
+#include <unordered_map>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A mirror of its own, which counts what it does.
+class CountingMirror {
+public:
+    CountingMirror() { mirror_.start(); }
+
+    /// Takes what has come; true once nothing has for a while.
+    bool isQuiet()
+    {
+        bool isBusy = false;
+        while (const x11::Event event = connection_->nextEvent()) {
+            isBusy = true;
+            mirror_.handle(*event);
+        }
+        isBusy |= mirror_.refresh();
+        if (isBusy)
+            lastBusy_ = Clock::now();
+        return Clock::now() - lastBusy_ > std::chrono::milliseconds(200);
+    }
+
+    /// Something has been set off that may not have come yet.
+    void expectMore() { lastBusy_ = Clock::now(); }
+
+    std::size_t windowCount() const { return mirror_.state().windows.size(); }
+    unsigned requestCount() const { return xcb_no_operation(*connection_).sequence; }
+    /// By window, a number that changes when it is described otherwise.
+    std::unordered_map<xcb_window_t, std::uint64_t> revisions() const
+    {
+        std::unordered_map<xcb_window_t, std::uint64_t> result;
+        for (const auto& [id, window] : mirror_.state().windows)
+            result.emplace(id, window.revision);
+        return result;
+    }
+
+private:
+    std::string reason_;
+    std::unique_ptr<x11::Connection> connection_ = x11::Connection::open(reason_);
+    x11::WindowMirror mirror_ { *connection_ };
+    Clock::time_point lastBusy_ = Clock::now();
+};
+
+}
+
+TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
+{
+    constexpr std::size_t crowd = 150;
+    // An open window costs some 60 requests, and may be heard of in several steps.
+    constexpr unsigned mostRequests = 140;
+    constexpr std::ptrdiff_t mostTouched = 4;
+
+    CountingMirror mirror;
+    const auto program = start("crowd");
+    const auto open = [&] {
+        const auto window = under_->createWindow(program.pid, { 200, 150, 500, 400 });
+        under_->tell(window, "map");
+        return window;
+    };
+    std::vector<std::uint32_t> windows;
+    for (std::size_t number = 0; number < crowd; ++number)
+        windows.push_back(open());
+    ASSERT_TRUE(settle([&] { return mirror.isQuiet() && mirror.windowCount() > crowd; }));
+
+    const std::pair<const char*, std::function<void()>> changes[] {
+        { "one opens", [&] { windows.push_back(open()); } },
+        { "one has another title", [&] { under_->setTitle(windows[20], "Other"); } },
+        { "one is iconified", [&] { under_->tell(windows.back(), "iconify"); } },
+        { "one closes", [&] { under_->tell(windows[30], "destroy"); } },
+    };
+    for (const auto& [what, change] : changes) {
+        const auto before = mirror.revisions();
+        const unsigned requests = mirror.requestCount();
+        change();
+        mirror.expectMore();
+        EXPECT_TRUE(settle([&] { return mirror.isQuiet(); }));
+        EXPECT_LT(mirror.requestCount() - requests, mostRequests) << what;
+        const auto after = mirror.revisions();
+        const auto touched = std::ranges::count_if(before, [&](const auto& window) {
+            const auto now = after.find(window.first);
+            return now != after.end() && now->second != window.second;
+        });
+        EXPECT_LE(touched, mostTouched) << what;
+    }
+}
