@@ -3,6 +3,7 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWorkspace.h"
 #include "bar/BarManager.h"
+#include "bar/RefreshSoon.h"
 #include "controls/BarVisibility.h"
 #include "foundation/NSNotificationCenter.h"
 #include "host/Displays.h"
@@ -60,6 +61,24 @@ protected:
     std::shared_ptr<BarManager> manager_;
 };
 
+}
+
+TEST_F(BarManagerTest, ARefreshThatTakesLongLeavesOtherWorkAsLong)
+{
+    int count = 0;
+    RefreshSoon soon([&] {
+        ++count;
+        advance(0.03);
+    });
+    soon.ask();
+    advance(0.03);
+    EXPECT_EQ(count, 1) << "the first comes at once";
+    soon.ask();
+    soon.ask();
+    advance(0.02);
+    EXPECT_EQ(count, 1);
+    advance(0.02);
+    EXPECT_EQ(count, 2);
 }
 
 TEST_F(BarManagerTest, EachDisplayHasABarAlongItsEdge)
