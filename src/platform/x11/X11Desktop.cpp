@@ -36,6 +36,10 @@ constexpr double titleRest = 0.008;
 /// and longer, up to a bound. In seconds. So a first piece of news is told at once, and a crowd of them leaves the
 /// program and the server their time.
 constexpr double firstRest = 0.016;
+/// A window that opens is news in some steps, which are all told at once: so many, before what follows counts as a
+/// crowd. After so long without news, in nanoseconds, the next is the first again.
+constexpr int tellingsAtOnce = 6;
+constexpr std::uint64_t quiet = 40'000'000;
 constexpr double longestRest = 0.1;
 /// The session bus is left alone while the program starts, in seconds.
 constexpr double busDelay = 0.5;
@@ -163,7 +167,7 @@ private:
             for (int pass = 0; readOnce(); ++pass) {
                 if (pass == mostPasses)
                     return drainSoon();
-                if (mirror_.hasNews())
+                if (mirror_.hasNews() && lastRest_ > 0)
                     return;
             }
         });
@@ -196,7 +200,14 @@ private:
                 mirror_.refreshTitles();
                 drain();
             });
-        if (hasTold) {
+        if (hasTold)
+            tellings_ = start - lastTold_ > quiet ? 1 : tellings_ + 1;
+        if (hasTold)
+            lastTold_ = now();
+        if (hasTold && tellings_ <= tellingsAtOnce && lastRest_ == 0) {
+            // An icon may have been asked for, and events may have come with it.
+            drainSoon();
+        } else if (hasTold) {
             lastRest_ = lastRest_ == 0 ? firstRest : std::min(2 * lastRest_, longestRest);
             rest(std::max(lastRest_, static_cast<double>(now() - start) * 1e-9));
         } else if (mirror_.hasStaleTitles() && mirror_.changeCount() != before) {
@@ -215,8 +226,10 @@ private:
             if (notifier_)
                 notifier_->setEnabled(true);
             // Asking the server for something may have taken events along, which wake nobody.
-            if (!drain())
-                lastRest_ = 0;
+            if (drain())
+                return;
+            lastRest_ = 0;
+            tellings_ = 0;
         });
     }
 
@@ -307,6 +320,8 @@ private:
     bool areProcessesStale_ = false;
     /// 0 when the last one ended with nothing to tell.
     double lastRest_ = 0;
+    int tellings_ = 0;
+    std::uint64_t lastTold_ = 0;
     std::unique_ptr<QSocketNotifier> notifier_;
     std::unique_ptr<BeforeInput> beforeInput_;
     std::unique_ptr<ServerLoss> serverLoss_;
