@@ -3,7 +3,7 @@
 import os
 import unittest
 
-from session import Session, eventually
+from session import SessionTest, eventually
 from Xlib import X, display
 from Xlib.protocol import event
 
@@ -61,36 +61,37 @@ class Source:
         self.display.flush()
 
 
-class DragTest(unittest.TestCase):
+class DragTest(SessionTest):
+    def setUp(self):
+        super().setUp()
+        self.session.write_settings(showFinderButton=False)
+        self.session.start_bar()
+
     def test_held_over_a_button_it_brings_the_window_forward_to_be_dropped_there(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            terminal = session.xterm()
-            editor = session.open("L3afpad", "l3afpad")
-            eventually(lambda: session.names() == ["XTerm", "L3afpad"], "both have a button")
-            session.activate(editor)
-            bar = session.bar()
-            source = Source(session, **{"text/plain": b"text"})
-            self.assertFalse(source.move(bar.middle("launcher")))
-            self.assertFalse(source.move(bar.button(0)), "the button is no place for it")
-            eventually(lambda: session.active() == terminal.id, "the window comes forward")
-            source.tell("XdndLeave")
+        session = self.session
+        terminal = session.xterm()
+        editor = session.open("L3afpad", "l3afpad")
+        eventually(lambda: session.names() == ["XTerm", "L3afpad"], "both have a button")
+        session.activate(editor)
+        bar = session.bar()
+        source = Source(session, **{"text/plain": b"text"})
+        self.assertFalse(source.move(bar.middle("launcher")))
+        self.assertFalse(source.move(bar.button(0)), "the button is no place for it")
+        eventually(lambda: session.active() == terminal.id, "the window comes forward")
+        source.tell("XdndLeave")
 
     def test_files_dropped_on_the_trash_go_there(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            path = os.path.join(session.environment["HOME"], "a letter.txt")
-            with open(path, "w", encoding="utf-8") as file:
-                file.write("text")
-            trash = session.bar().trash(0)
-            source = Source(session, **{"text/uri-list": b"file://" + path.replace(" ", "%20").encode() + b"\r\n"})
-            self.assertFalse(source.move(session.bar().middle("search")))
-            self.assertTrue(source.move(trash))
-            self.assertTrue(source.drop())
-            eventually(lambda: os.listdir(session.trash_folder()) == ["a letter.txt"], "it is in the Trash")
-            self.assertFalse(os.path.exists(path))
+        session = self.session
+        path = os.path.join(session.environment["HOME"], "a letter.txt")
+        with open(path, "w", encoding="utf-8") as file:
+            file.write("text")
+        bar = session.bar()
+        source = Source(session, **{"text/uri-list": b"file://" + path.replace(" ", "%20").encode() + b"\r\n"})
+        self.assertFalse(source.move(bar.middle("search")))
+        self.assertTrue(source.move(bar.trash(0)))
+        self.assertTrue(source.drop())
+        eventually(lambda: os.listdir(session.trash_folder()) == ["a letter.txt"], "it is in the Trash")
+        self.assertFalse(os.path.exists(path))
 
 
 if __name__ == "__main__":
