@@ -224,6 +224,8 @@ void BarView::mouseUp(const NSEvent& event)
     // One that has ended before its release means nothing any more.
     if (!press_)
         return;
+    // A quick pointer may also release where no movement has told of it.
+    press_->moveTo(point.x);
     const bool wasDrag = press_->isDrag();
     if (wasDrag)
         commitDrag();

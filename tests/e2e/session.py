@@ -23,6 +23,12 @@ WINDOW_MANAGER = os.environ.get("VANTRY_WM", "openbox")
 
 DOMAIN = "com.merrowen.vantry"
 
+# What window managers find in their user's home, so that nothing of theirs stands in the tests' way.
+HOMES = {
+    # It complains, in a window, of having nothing to set its style's wallpaper with.
+    ".fluxbox/overlay": "background: unset\n",
+}
+
 # The sessions that run now; what they saw is told when a wait is in vain.
 running = []
 
@@ -79,18 +85,36 @@ class Bar:
         return self._pixel(self.apps + max(1, buttons) * self.item + self.pad + self.item // 2)
 
 
+def frame(session, window):
+    """x, y, width, height with decorations."""
+    x, y, width, height = session.geometry(window)
+    left, right, top, bottom = session.property(window, "_NET_FRAME_EXTENTS") or (0, 0, 0, 0)
+    return x - left, y - top, width + left + right, height + top + bottom
+
+
+def foot(session, window):
+    _, y, _, height = frame(session, window)
+    return y + height
+
+
+def is_full_screen(session, window):
+    return "_NET_WM_STATE_FULLSCREEN" in session.atoms(window, "_NET_WM_STATE")
+
+
 class SessionTest(unittest.TestCase):
     """Tests that each have a session of their own."""
 
+    WORLD = {}
+
     def setUp(self):
-        self.session = Session()
+        self.session = Session(**self.WORLD)
         self.session.__enter__()
         self.addCleanup(self.session.__exit__)
 
 
 class World:
     """A user's folders, with just the programs that the tests use. Nothing else that is installed, of the settings and of
-    the language of whoever runs the tests is seen from in here."""
+    the language of whoever runs the tests is seen from in here; unless it is the installed programs that matter."""
 
     # What the programs themselves need of the machine.
     SHARED = ("glib-2.0", "icons/hicolor", "mime", "pixmaps", "themes", "xfwm4")
@@ -99,8 +123,9 @@ class World:
                "FeatherPad": ("featherpad.desktop", (50, 80, 230))}
     OWN = {"Client": (230, 190, 20), "Painter": (200, 40, 210), "Storm": (20, 190, 210)}
 
-    def __init__(self, has_shipped_icons=False):
+    def __init__(self, has_shipped_icons=False, has_installed_programs=False):
         self.has_shipped_icons = has_shipped_icons
+        self.has_installed_programs = has_installed_programs
         self.colors = {name: color for name, (_, color) in self.SHIPPED.items()} | self.OWN
 
     def __enter__(self):
@@ -116,6 +141,13 @@ class World:
             os.makedirs(path, mode=0o700, exist_ok=True)
             self.environment[variable] = path
         self.environment["LC_ALL"] = "C.UTF-8"
+        if self.has_installed_programs:
+            self.environment["XDG_DATA_DIRS"] += ":/usr/local/share:/usr/share"
+        for name, text in HOMES.items():
+            path = os.path.join(self.environment["HOME"], name)
+            os.makedirs(os.path.dirname(path), exist_ok=True)
+            with open(path, "w", encoding="ascii") as file:
+                file.write(text)
         for name in self.SHARED:
             self._share("/usr/share/" + name, "share/" + name)
         self._share("/usr/share/dbus-1/services/org.xfce.Xfconf.service", "share/dbus-1/services/org.xfce.Xfconf.service")
@@ -236,6 +268,17 @@ class Session(World):
     def start_window_manager(self):
         self.window_manager = self.start(*self.window_manager_name.split())
         eventually(lambda: self.property(self.root, "_NET_SUPPORTING_WM_CHECK"), "a window manager runs", 20)
+        # One that has just started may let the first window go by.
+        probe = self.root.create_window(0, 0, 100, 100, 0, X.CopyFromParent)
+
+        def is_managed():
+            if not self.property(probe, "WM_STATE"):
+                probe.map()
+            return probe.id in [window.id for window in self.clients()]
+
+        eventually(is_managed, "it manages windows", 20)
+        probe.destroy()
+        eventually(lambda: probe.id not in [window.id for window in self.clients()], "and lets them go")
 
     def start_bar(self, *arguments, env=None, wait=True):
         self.log_file = os.path.join(self.folder, f"vantry-{len(self.processes)}.log")
@@ -308,6 +351,22 @@ class Session(World):
                 if window.get_attributes().map_state == X.IsViewable:
                     found.append(window)
         return sorted(found, key=lambda window: self.geometry(window)[:2])
+
+    def frame_of(self, window):
+        """The root's child that the window is, or is in."""
+        while True:
+            parent = window.query_tree().parent
+            if parent == 0 or parent.id == self.root.id:
+                return window
+            window = parent
+
+    def shown(self):
+        """The numbers of the windows on the screen, docks left out, the frontmost first."""
+        inside = {self.frame_of(window).id: window.id for window in self.clients()
+                  if "_NET_WM_WINDOW_TYPE_DOCK" not in self.atoms(window, "_NET_WM_WINDOW_TYPE")
+                  and not self.is_minimised(window)}
+        return [inside[frame.id] for frame in reversed(self.root.query_tree().children)
+                if frame.id in inside and frame.get_attributes().map_state == X.IsViewable]
 
     def popups(self, kind):
         """The program's mapped windows of that type that no window manager manages."""
@@ -439,7 +498,9 @@ class Session(World):
         if index >= len(bars):
             return []
         bar, width = self.bar(index), self.geometry(bars[index])[2]
-        row = self.picture(bar.x, bar.button(0)[1], width, 1)
+        # Of the window itself: a compositing manager may be behind with the screen until the next painting.
+        raw = bars[index].get_image(0, bar.button(0)[1] - bar.y, width, 1, X.ZPixmap, 0xFFFFFFFF)
+        row = Image.frombytes("RGB", (width, 1), raw.data, "raw", "BGRX")
         places = (bar.button(index)[0] - bar.x for index in range(width // bar.item))
         names = [self._named(row.getpixel((x, 0))) for x in places if x < width]
         while names and not names[-1]:

@@ -2,36 +2,10 @@
 
 import unittest
 
-from Xlib import X, display
+from parts import CARD, GAP, MARGIN, Panels, Program
 from session import SessionTest, eventually
 
-CARD, GAP, MARGIN, THUMBNAIL = 176, 8, 10, 104
-
-
-class Program:
-    """A program of our own with several windows, each of one colour."""
-
-    def __init__(self, session):
-        self.session = session
-        self.display = display.Display(session.environment["DISPLAY"])
-
-    def open(self, title, color, x, y):
-        screen = self.display.screen()
-        window = screen.root.create_window(x, y, 480, 320, 0, screen.root_depth, X.InputOutput, X.CopyFromParent,
-                                           background_pixel=color)
-        window.set_wm_class("painter", "Painter")
-        window.set_wm_name(title)
-        window.map()
-        self.display.flush()
-        eventually(lambda: self.session.active() == window.id, "the new window is active")
-        return window
-
-    def close(self, window):
-        window.destroy()
-        self.display.flush()
-
-
-class HoverTest(SessionTest):
+class HoverTest(Panels, SessionTest):
     def setUp(self):
         super().setUp()
         self.session.write_settings(showFinderButton=False)
@@ -41,28 +15,6 @@ class HoverTest(SessionTest):
                                    "-geometry", geometry, "-e", "sleep", "1000")
         eventually(lambda: self.session.active() == window.id, "the new terminal is active")
         return window
-
-    def popup(self, kind):
-        """Where the one popup of that kind lies: x, y, width, height."""
-        popups = self.session.popups(kind)
-        return self.session.geometry(popups[0]) if len(popups) == 1 else None
-
-    def tooltip(self):
-        return eventually(lambda: self.popup("TOOLTIP"), "the tooltip shows")
-
-    def preview(self):
-        return eventually(lambda: self.popup("POPUP_MENU"), "the preview shows")
-
-    def no_panels(self):
-        return not self.session.popups("TOOLTIP") and not self.session.popups("POPUP_MENU")
-
-    def card(self, preview, index):
-        """The middle of a card's picture."""
-        return preview[0] + MARGIN + index * (CARD + GAP) + CARD // 2, preview[1] + MARGIN + THUMBNAIL // 2
-
-    def is_color(self, point, color):
-        got = self.session.picture(*point, 1, 1).getpixel((0, 0))
-        return all(abs(a - b) < 12 for a, b in zip(got, color))
 
     def test_the_trash_tells_its_name_and_the_bar_stays_out_of_the_way(self):
         session = self.session
@@ -102,10 +54,6 @@ class HoverTest(SessionTest):
         session.release()
         eventually(lambda: session.active() == red.id, "the picked window is active")
         eventually(self.no_panels, "the panel goes with the pick")
-
-    def travel(self, start, end, steps=60):
-        for step in range(1, steps + 1):
-            self.session.move(*(a + (b - a) * step / steps for a, b in zip(start, end)))
 
     def test_at_either_edge_the_pointer_reaches_the_preview_at_any_speed_and_leaving_closes_it(self):
         session = self.session

@@ -3,71 +3,17 @@
 import os
 import unittest
 
-from Xlib import X
+from parts import Menus
 from session import SessionTest, eventually
 
 
-class MenuTest(SessionTest):
+class MenuTest(Menus, SessionTest):
     def setUp(self):
         super().setUp()
         self.settings(showFinderButton=False, showTooltips=False, showWindowPreviews=False)
 
     def settings(self, **values):
         self.session.write_settings(**values)
-
-    def install(self, name, command, *lines):
-        folder = os.path.join(self.session.environment["XDG_DATA_HOME"], "applications")
-        os.makedirs(folder, exist_ok=True)
-        with open(os.path.join(folder, f"test-{len(os.listdir(folder))}.desktop"), "w", encoding="utf-8") as file:
-            file.write("\n".join(["[Desktop Entry]", "Type=Application", "Name=" + name, "Exec=" + command, *lines, ""]))
-
-    # Hands
-
-    def right_click(self, point):
-        self.session.move(*point)
-        self.session.press(3)
-        self.session.release(3)
-
-    def open(self, point):
-        """Opens a menu by a right click, and gives its window."""
-        self.right_click(point)
-        return eventually(lambda: self.menus() and self.has_keyboard() and self.menus()[0], "the menu opens")
-
-    def choose(self, point, *keys):
-        self.open(point)
-        self.session.key(*keys)
-        eventually(lambda: not self.menus(), "a choice closes the menu")
-
-    def entry(self, number):
-        """The keys that choose the nth entry of those that can be chosen."""
-        return ["Down"] * number + ["Return"]
-
-    # Eyes
-
-    def menus(self):
-        """Previews, which are windows of the same kind, are switched off."""
-        return self.session.popups("POPUP_MENU")
-
-    def has_keyboard(self):
-        """Whether a program has all keys for itself, asked while no other can take or give them back."""
-        shown = self.session.display
-        shown.grab_server()
-        status = self.session.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
-        if status == X.GrabSuccess:
-            shown.ungrab_keyboard(X.CurrentTime)
-        shown.ungrab_server()
-        shown.sync()
-        return status == X.AlreadyGrabbed
-
-    def button(self, name):
-        return self.session.bar().button(self.session.names().index(name))
-
-    def empty_bar(self):
-        bar = self.session.bar()
-        return bar.x + 1500, bar.y + bar.height // 2
-
-    def setting(self, name):
-        return (self.session.settings_or_none() or {}).get(name)
 
 
 class ItemMenuTest(MenuTest):

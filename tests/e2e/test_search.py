@@ -3,12 +3,11 @@
 import subprocess
 import unittest
 
-from Xlib import X
-
+from parts import SearchBox
 from session import SessionTest, eventually
 
 
-class SearchAtAnEdge:
+class SearchAtAnEdge(SearchBox):
     EDGE = "bottom"
 
     def setUp(self):
@@ -19,41 +18,6 @@ class SearchAtAnEdge:
         self.editor = self.session.open("L3afpad", "l3afpad")
         eventually(lambda: self.session.active() == self.editor.id, "the editor is active")
         eventually(lambda: set(self.session.names()) >= {"XTerm", "L3afpad"}, "both have a button")
-
-    # Hands and eyes
-
-    def focus(self):
-        """The window that gets what is typed."""
-        focused = self.session.display.get_input_focus().focus
-        return focused.id if hasattr(focused, "id") else focused
-
-    def belongs_to_keyboard(self, window):
-        """Whether the focus is on the window or on one inside of it."""
-        number = self.focus()
-        while number > 1 and number != self.session.root.id:
-            if number == window.id:
-                return True
-            number = self.session.window(number).query_tree().parent.id
-        return False
-
-    def bar_has_keyboard(self):
-        return self.belongs_to_keyboard(self.session.bars()[0])
-
-    def press_into_field(self):
-        self.session.click(self.session.bar().middle("search"))
-        eventually(self.bar_has_keyboard, "the bar has the keyboard")
-
-    def panel(self):
-        """The results: x, y, width, height; none while there are none."""
-        for child in self.session.root.query_tree().children:
-            size = child.get_geometry()
-            if size.width == 320 and child.get_attributes().map_state == X.IsViewable and child.get_attributes().override_redirect:
-                return size.x, size.y, size.width, size.height
-        return None
-
-    def rows(self):
-        panel = self.panel()
-        return (panel[3] - 8) // 40 if panel else 0
 
     # What must hold at either edge
 

@@ -7,26 +7,10 @@ import unittest
 
 from Xlib import X, Xutil, display
 
-from session import SessionTest, eventually
+from session import SessionTest, eventually, foot, frame, is_full_screen
 
 CLEAR = 1080 - 63 - 5
 TICK = 0.5
-
-
-def frame(session, window):
-    """x, y, width, height with decorations."""
-    x, y, width, height = session.geometry(window)
-    left, right, top, bottom = session.property(window, "_NET_FRAME_EXTENTS") or (0, 0, 0, 0)
-    return x - left, y - top, width + left + right, height + top + bottom
-
-
-def foot(session, window):
-    _, y, _, height = frame(session, window)
-    return y + height
-
-
-def is_full_screen(session, window):
-    return "_NET_WM_STATE_FULLSCREEN" in session.atoms(window, "_NET_WM_STATE")
 
 
 class Watch:
