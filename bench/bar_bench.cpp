@@ -36,18 +36,18 @@ public:
         RunLoop::main().setClock(&clock_);
         root_ = std::filesystem::temp_directory_path() / ("vantry-bench-" + std::to_string(::getpid()));
         embedded::ScenarioBuilder desk;
-        desk.display(0).frame({ 0, 0, width, 1080 });
+        desk.displays[0].frame = { 0, 0, width, 1080 };
         for (int i = 0; i < applications; ++i) {
-            auto app = desk.app("Application " + std::to_string(i));
+            const std::string name = "Application " + std::to_string(i);
             if (i % 2 == 0)
-                app.pinned();
-            const pid_t pid = app.pid();
+                desk.pinnedApp(name);
+            const pid_t pid = desk.app(name).pid;
             for (int window = i; window < windows; window += applications)
-                desk.window(pid, "Window " + std::to_string(window)).at({ 10.0 * window, 40, 800, 600 });
+                desk.window(pid, "Window " + std::to_string(window)).bounds = { 10.0 * window, 40, 800, 600 };
         }
         for (int i = 0; i < 5; ++i)
-            desk.badge("Application " + std::to_string(i), std::to_string(i + 1));
-        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), root_.string());
+            desk.badges["Application " + std::to_string(i)] = std::to_string(i + 1);
+        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk, root_.string());
         host::Desktop::setCurrent(desktop_.get());
         controller_ = std::make_shared<BarController>(Displays::all().front());
     }

@@ -142,10 +142,10 @@ void findHits(benchmark::State& state)
         desk.installedApp("Application " + std::to_string(i));
     for (int i = 0; i < 200; ++i) {
         const std::string name = "Program " + std::to_string(i % 40);
-        desk.window(i < 40 ? desk.app(name).pid() : embedded::firstPid + i % 40, "Window of " + name)
-            .at({ 10, 40, 800, 600 });
+        desk.window(i < 40 ? desk.app(name).pid : embedded::firstPid + i % 40, "Window of " + name).bounds
+            = { 10, 40, 800, 600 };
     }
-    const auto desktop = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), (home() / "embedded").string());
+    const auto desktop = std::make_unique<embedded::EmbeddedDesktop>(desk, (home() / "embedded").string());
     host::Desktop::setCurrent(desktop.get());
     AppCatalog::all();
     const char* const queries[] = { "a", "ap", "application 4", "window of program 39", "no such thing at all" };

@@ -26,8 +26,8 @@ public:
         RunLoop::main().setClock(&clock_);
         fs::create_directories(root_);
         embedded::ScenarioBuilder desk;
-        desk.display(0).frame({ 0, 0, 1024, 768 });
-        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), root_.string());
+        desk.displays[0].frame = { 0, 0, 1024, 768 };
+        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk, root_.string());
         desktop_->calls().setRecording(true);
         host::Desktop::setCurrent(desktop_.get());
     }

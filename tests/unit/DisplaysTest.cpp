@@ -9,7 +9,7 @@ class DisplaysTest : public ModelTest {
 protected:
     void describe() override
     {
-        desk.scenario().displays = {
+        desk.displays = {
             display(1, "PRIMARY", { 0, 0, 1000, 800 }, { 1 }),
             display(2, "RIGHT", { 1000, 0, 1000, 600 }, { 2 }),
             display(3, "ABOVE", { 0, 800, 1000, 500 }, { 3 }),
@@ -66,10 +66,7 @@ TEST_F(DisplaysTest, ADisplayWithoutANumberIsLeftOutAndOneWithoutAUuidIsNot)
     EXPECT_EQ(displays[3].frame(), (CGRect { 2800, 0, 800, 600 }));
     EXPECT_EQ(Displays::screenFor(5), displays[3].screen);
     EXPECT_FALSE(Displays::screenFor(99));
-}
 
-TEST_F(DisplaysTest, WithoutAScreenAWindowBelongsNowhere)
-{
     while (!world().screens().all().empty())
         world().removeScreen(0);
     EXPECT_TRUE(Displays::all().empty());

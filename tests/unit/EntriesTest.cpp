@@ -14,12 +14,11 @@ class EntriesTest : public ModelTest {
 protected:
     void describe() override
     {
-        desk.scenario().displays = { display(1, "MAIN", { 0, 0, 1440, 900 }, { 1, 2 }),
+        desk.displays = { display(1, "MAIN", { 0, 0, 1440, 900 }, { 1, 2 }),
             display(2, "SIDE", { 1440, 0, 1440, 900 }, { 20, 21 }) };
-        desk.tile("Apps", "file:///Applications/Apps.app/");
-        desk.installedApp("Notes").pinned();
-        desk.installedApp("Both").pinned();
-        desk.badge("Notes", "2").badge("Both", "7").badge("Main", "1");
+        for (const char* pinned : { "Apps", "Notes", "Both" })
+            desk.pinnedApp(pinned);
+        desk.badges = { { "Notes", "2" }, { "Both", "7" }, { "Main", "1" } };
     }
 
     void SetUp() override
@@ -46,7 +45,7 @@ protected:
             capacity, index < 0 ? std::nullopt : std::optional(displays.at(static_cast<std::size_t>(index)))));
     }
 
-    BarItem entry(const std::string& name)
+    static BarItem entry(const std::string& name)
     {
         WindowIndex::invalidate();
         const auto items = DockModel::entries(100, std::nullopt);
@@ -126,17 +125,20 @@ TEST_F(EntriesTest, GroupingDecidesBetweenApplicationsAndWindows)
     const Texts perWindow { "Apps", "Notes", "B1", "B2", "M1", "S1", "None" };
     const struct {
         WindowGrouping grouping;
+        int display;
         int capacity;
         Texts shown;
     } cases[] {
-        { WindowGrouping::always, 100, perApplication },
-        { WindowGrouping::never, 1, perWindow },
-        { WindowGrouping::automatic, 7, perWindow },
-        { WindowGrouping::automatic, 6, perApplication },
+        { WindowGrouping::always, -1, 100, perApplication },
+        { WindowGrouping::never, -1, 1, perWindow },
+        { WindowGrouping::automatic, -1, 7, perWindow },
+        { WindowGrouping::automatic, -1, 6, perApplication },
+        // All windows of an application that has one there.
+        { WindowGrouping::never, 1, 1, { "Apps", "Notes", "B1", "B2", "S1" } },
     };
     for (const auto& test : cases) {
         Settings::grouping.set(test.grouping);
-        EXPECT_EQ(shownOn(-1, test.capacity), test.shown) << title(test.grouping) << " " << test.capacity;
+        EXPECT_EQ(shownOn(test.display, test.capacity), test.shown) << title(test.grouping) << " " << test.capacity;
     }
 }
 
@@ -159,10 +161,4 @@ TEST_F(EntriesTest, AWindowsButtonStandsForThatWindowAlone)
 
     world().processFaults(both_).hangs = true;
     EXPECT_FALSE(entry("Both").isFrontmost) << "which window has the focus can't be told";
-}
-
-TEST_F(EntriesTest, APerScreenBarShowsAllWindowsOfAnApplicationThatHasOneThere)
-{
-    Settings::grouping.set(WindowGrouping::never);
-    EXPECT_EQ(shownOn(1), (Texts { "Apps", "Notes", "B1", "B2", "S1" }));
 }

@@ -17,7 +17,7 @@
 /// A test on an embedded desktop of its own, in a fresh folder, on a clock that stands still. Describe the desktop with
 /// `desk`, then `start()` it:
 ///
-///     const pid_t mail = desk.app("Mail").pinned().pid();
+///     const pid_t mail = desk.app("Mail").pid;
 ///     desk.window(mail, "Inbox");
 ///     start();
 ///     world().hide(mail);   // what a user or another program does
@@ -48,7 +48,7 @@ protected:
     /// Once a test. Calls are recorded from here on.
     void start()
     {
-        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk.scenario(), root_.string());
+        desktop_ = std::make_unique<embedded::EmbeddedDesktop>(desk, root_.string());
         desktop_->calls().setRecording(true);
         host::Desktop::setCurrent(desktop_.get());
     }

@@ -52,30 +52,22 @@ TEST(ScenarioFile, AnErrorSaysWhereAndWhy)
     }
 }
 
-TEST(ScenarioFile, GivesAProcessWhatItsApplicationHasUnlessItIsTakenAway)
-{
-    std::string text = sound;
-    text.replace(text.find(R"("pid": 100)"), 10, R"("name": null, "pid": 100)");
-
-    const auto scenario = std::get<Scenario>(parseScenario(text));
-
-    EXPECT_EQ(scenario.processes.at(0).bundleIdentifier, "org.example.mail");
-    EXPECT_EQ(scenario.processes.at(0).bundlePath, "/Applications/Mail.app");
-    EXPECT_EQ(scenario.processes.at(0).name, std::nullopt);
-}
-
-TEST(ScenarioFile, CarriesFaultsOver)
+TEST(ScenarioFile, GivesAProcessWhatItsApplicationHasUnlessItIsTakenAwayAndItsFaults)
 {
     std::string text = sound;
     text.replace(text.find(R"("frontmost")"), 0, R"("faults": { "keyTapMissing": true, "fullScreenDelay": 0.7 },)");
-    text.replace(text.find(R"("pid": 100)"), 0, R"("faults": { "refusesToHide": "once", "fails": { "AXRaise": 2 } },)");
+    text.replace(text.find(R"("pid": 100)"), 0,
+        R"("name": null, "faults": { "refusesToHide": "once", "fails": { "AXRaise": 2 } },)");
 
     const auto scenario = std::get<Scenario>(parseScenario(text));
-
+    const Scenario::Process& process = scenario.processes.at(0);
+    EXPECT_EQ(process.bundleIdentifier, "org.example.mail");
+    EXPECT_EQ(process.bundlePath, "/Applications/Mail.app");
+    EXPECT_EQ(process.name, std::nullopt);
+    EXPECT_EQ(process.faults.refusesToHide, Refusal::once);
+    EXPECT_EQ(process.faults.fails.at("AXRaise"), 2);
     EXPECT_TRUE(scenario.faults.keyTapMissing);
     EXPECT_EQ(scenario.faults.fullScreenDelay, 0.7);
-    EXPECT_EQ(scenario.processes.at(0).faults.refusesToHide, Refusal::once);
-    EXPECT_EQ(scenario.processes.at(0).faults.fails.at("AXRaise"), 2);
 }
 
 }

@@ -9,10 +9,9 @@ class SpaceScannerTest : public ModelTest {
 protected:
     void describe() override
     {
-        desk.scenario().displays = { display(1, "MAIN", { 0, 0, 1440, 900 }, { 1, 2 }),
+        desk.displays = { display(1, "MAIN", { 0, 0, 1440, 900 }, { 1, 2 }),
             display(2, "SECOND", { 1440, 0, 800, 600 }, { 20, 21 }) };
-        desk.scenario().displays[0].spaces.push_back(
-            { .id = 7, .type = embedded::Scenario::Space::fullScreen, .pid = 4242 });
+        desk.displays[0].spaces.push_back({ .id = 7, .type = embedded::Scenario::Space::fullScreen, .pid = 4242 });
     }
 };
 
@@ -44,8 +43,14 @@ TEST_F(SpaceScannerTest, ListsTheFirstDisplaysSpacesWithTheWindowsOfRegularAppli
     EXPECT_EQ(log_, Texts { "scan: 3 spaces, active=1" });
 }
 
-TEST_F(SpaceScannerTest, WithoutAListOfWindowsOrSpacesThereIsStillTheActiveOne)
+TEST_F(SpaceScannerTest, EachDisplayHasItsActiveSpaceAndWithoutAListThereIsStillOne)
 {
+    world().showSpace(21);
+    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("MAIN"), 1u);
+    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("SECOND"), 21u);
+    for (const auto& display : { std::optional<std::string>("UNLISTED"), std::optional<std::string>() })
+        EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay(display), SpaceScanner::activeSpaceID());
+
     windowServerDamage().listMissing = true;
     EXPECT_EQ(SpaceScanner::scan().size(), 3u);
     log_.clear();
@@ -54,13 +59,4 @@ TEST_F(SpaceScannerTest, WithoutAListOfWindowsOrSpacesThereIsStillTheActiveOne)
     EXPECT_EQ(log_, Texts { "CGSCopyManagedDisplaySpaces returned nothing" });
     EXPECT_TRUE(SpaceScanner::activeSpacesByDisplay().empty());
     EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("MAIN"), 1u);
-}
-
-TEST_F(SpaceScannerTest, EachDisplayHasItsOwnActiveSpace)
-{
-    world().showSpace(21);
-    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("MAIN"), 1u);
-    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("SECOND"), 21u);
-    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay("UNLISTED"), SpaceScanner::activeSpaceID());
-    EXPECT_EQ(SpaceScanner::activeSpaceIDForDisplay(std::nullopt), SpaceScanner::activeSpaceID());
 }

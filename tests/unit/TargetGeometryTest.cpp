@@ -12,7 +12,7 @@ protected:
     {
         auto primary = display(1, "PRIMARY", { 0, 0, 1000, 800 }, { 1 });
         primary.dockInset = 50;
-        desk.scenario().displays = { primary, display(2, "RIGHT", { 1000, 100, 900, 600 }, { 2 }),
+        desk.displays = { primary, display(2, "RIGHT", { 1000, 100, 900, 600 }, { 2 }),
             display(3, "ABOVE", { 0, 800, 1000, 500 }, { 3 }), display(4, "BELOW", { 0, -700, 1000, 700 }, { 4 }),
             display(5, "LEFT", { -800, -100, 800, 1000 }, { 5 }) };
     }
