@@ -2,6 +2,7 @@
 
 #include "foundation/NSUserDefaults.h"
 #include "model/Items.h"
+#include "model/Ordering.h"
 #include "settings/Settings.h"
 
 namespace {
@@ -40,19 +41,27 @@ protected:
 
 TEST_F(ItemsTest, PinnedItemsComeFirstThenWhatElseRuns)
 {
-    for (const char* name : { "Notes", "Mail", "Chat" })
+    for (const char* name : { "Notes", "Mail", "Chat", "Hidden" })
         install(name);
-    storeDock(Value::Array { tile("Mail"), tile("Notes") });
+    storeDock(Value::Array { tile("Apps", "file:///Applications/Anything.app/"), tile("Mail"), tile("Hidden"),
+        tile("Notes"), tile("Ghost") });
     Settings::extraPinnedPaths.set({ path("Chat"), path("Mail"), path("Chat") });
-    run("Editor");
+    Settings::hiddenKeys.set({ "org.Hidden", "org.Editor", "Ghost" });
+    for (const char* name : { "Editor", "Mail", "Apps" })
+        run(name);
     run("Agent", host::ActivationPolicy::accessory);
-    run("Mail");
     run("Chat", host::ActivationPolicy::accessory);
-    EXPECT_EQ(shown(), (Texts { "Mail*:Mail", "Notes*", "Chat*:Chat", "Editor:Editor" }));
-    EXPECT_EQ(logged("dock: "), Texts { "dock: 2 pinned apps" });
+    world().launch({ .name = {}, .bundleIdentifier = {}, .bundlePath = {}, .icon = {}, .faults = {} });
+    EXPECT_EQ(shown(), (Texts { "Apps*", "Mail*:Mail", "Notes*", "Chat*:Chat", "Editor:Editor", "Apps:Apps", "?:?" }))
+        << "a hidden key takes away the pin, but not a running application";
+    EXPECT_EQ(logged("dock: "), Texts { "dock: 5 pinned apps" });
+    const auto items = DockModel::items();
+    EXPECT_TRUE(items[0].isLauncher);
+    EXPECT_FALSE(items[1].isLauncher || items[5].isLauncher) << "just a pinned entry of that name";
+    EXPECT_EQ(DockModel::key(items.back()), "?");
 }
 
-TEST_F(ItemsTest, NothingIsShownForTheProgramItselfAndFinder)
+TEST_F(ItemsTest, OneApplicationIsFrontmostAndTheProgramItselfAndFinderHaveNoButtons)
 {
     storeDock(Value::Array {});
     world().launch({ .name = "Second copy",
@@ -61,17 +70,20 @@ TEST_F(ItemsTest, NothingIsShownForTheProgramItselfAndFinder)
         .icon = {},
         .faults = {} });
     EXPECT_EQ(shown(), Texts());
-    Settings::showFinderButton.set(false);
-    EXPECT_EQ(shown(), Texts { "Finder:Finder!" });
-}
+    const pid_t mail = run("Mail");
+    world().activate(mail);
+    EXPECT_EQ(shown(), Texts { "Mail:Mail!" });
+    EXPECT_FALSE(DockModel::finderItem()->isFrontmost);
 
-TEST_F(ItemsTest, AHiddenKeyTakesAwayThePinButNotARunningApplication)
-{
-    install("Notes");
-    storeDock(Value::Array { tile("Notes"), tile("Mail"), tile("Ghost") });
-    run("Mail");
-    Settings::hiddenKeys.set({ "org.Notes", "org.Mail", "Ghost" });
-    EXPECT_EQ(shown(), Texts { "Mail:Mail" });
+    const pid_t finder = world().processNamed("com.apple.finder")->pid();
+    world().activate(finder);
+    const auto item = DockModel::finderItem();
+    EXPECT_TRUE(item->isFrontmost && item->isPinned);
+    EXPECT_EQ(item->pid, finder);
+    Settings::showFinderButton.set(false);
+    EXPECT_EQ(shown(), (Texts { "Finder:Finder!", "Mail:Mail" }));
+    world().quit(finder);
+    EXPECT_FALSE(DockModel::finderItem());
 }
 
 TEST_F(ItemsTest, AMalformedTileIsSkippedButAForeignElementFailsTheWholeList)
@@ -134,39 +146,33 @@ TEST_F(ItemsTest, TheBarsOwnPinsAreNamedByTheSettingsThenByTheDesktop)
     EXPECT_EQ(DockModel::key(DockModel::items()[2]), "Gone");
 }
 
-TEST_F(ItemsTest, OnlyAPinnedEntryCalledAppsIsTheLauncher)
+TEST_F(ItemsTest, TheUsersOrderDecides)
 {
-    storeDock(Value::Array { tile("Apps", "file:///Applications/Anything.app/"), tile("Apps2") });
-    run("Apps");
-    const auto items = DockModel::items();
-    ASSERT_EQ(items.size(), 3u);
-    EXPECT_TRUE(items[0].isLauncher);
-    EXPECT_FALSE(items[1].isLauncher);
-    EXPECT_FALSE(items[2].isLauncher);
-}
-
-TEST_F(ItemsTest, OneApplicationIsFrontmostAndFinderHasItsOwnItem)
-{
-    storeDock(Value::Array {});
-    const pid_t mail = run("Mail");
-    run("Chat");
-    world().activate(mail);
-    EXPECT_EQ(shown(), (Texts { "Mail:Mail!", "Chat:Chat" }));
-    EXPECT_FALSE(DockModel::finderItem()->isFrontmost);
-
-    const pid_t finder = world().processNamed("com.apple.finder")->pid();
-    world().activate(finder);
-    EXPECT_EQ(shown(), (Texts { "Mail:Mail", "Chat:Chat" }));
-    const auto item = DockModel::finderItem();
-    EXPECT_TRUE(item->isFrontmost && item->isPinned);
-    EXPECT_EQ(item->pid, finder);
-    world().quit(finder);
-    EXPECT_FALSE(DockModel::finderItem());
-}
-
-TEST_F(ItemsTest, AnApplicationWithoutAnIdentifierOrANameStillHasAButton)
-{
-    world().launch({ .name = {}, .bundleIdentifier = {}, .bundlePath = {}, .icon = {}, .faults = {} });
-    EXPECT_EQ(shown(), Texts { "?:?" });
-    EXPECT_EQ(DockModel::key(DockModel::items().front()), "?");
+    std::vector<BarItem> items;
+    for (const auto& [name, id] : { std::pair { "beta", "b" }, std::pair { "Apps", "launcher" },
+             std::pair { "Alpha", "a1" }, std::pair { "gamma", "g" }, std::pair { "Alpha", "a2" } }) {
+        BarItem& item = items.emplace_back();
+        item.name = name;
+        item.bundleID = id;
+        item.isLauncher = item.name == "Apps";
+    }
+    const struct {
+        AppOrder order;
+        Settings::Strings manual;
+        Texts ids;
+    } cases[] {
+        { AppOrder::dock, { "g" }, { "b", "launcher", "a1", "g", "a2" } },
+        { AppOrder::alphabetical, { "g" }, { "launcher", "a1", "a2", "b", "g" } },
+        { AppOrder::manual, { "g", "a2", "absent", "g" }, { "launcher", "g", "a2", "a1", "b" } },
+        // A window's key stands once for each of them: the first place counts.
+        { AppOrder::manual, { "b", "a1", "g", "b" }, { "launcher", "b", "a1", "g", "a2" } },
+    };
+    for (const auto& test : cases) {
+        Settings::appOrder.set(test.order);
+        Settings::manualOrder.set(test.manual);
+        Texts ids;
+        for (const BarItem& ordered : DockModel::ordered(items))
+            ids.push_back(*ordered.bundleID);
+        EXPECT_EQ(ids, test.ids) << title(test.order);
+    }
 }
