@@ -16,91 +16,70 @@ BarLayout bar(double width, int buttons, const std::vector<BarComponent>& compon
 
 TEST(BarLayoutTest, AreaOfTheButtonsHugsThemAsFarAsThereIsRoom)
 {
-    struct Row {
+    const struct {
         const char* what;
         double width;
         int buttons;
         double areaWidth;
-    };
-    const Row rows[] = {
+    } rows[] {
         { "no button", 1400, 0, 46 },
         { "one button", 1400, 1, 46 },
         { "all the room", 1400, 22, 1000 },
         { "more buttons than room", 1400, 60, 1000 },
         { "no room at all", 300, 5, 46 },
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         const BarLayout layout = bar(row.width, row.buttons);
         EXPECT_EQ(layout.rect(apps), (CGRect { 338, 0, row.areaWidth, 52 }));
         EXPECT_EQ(layout.rect(trash).x, 338 + row.areaWidth + 8);
+        EXPECT_EQ(layout.leadingSeparatorX(), 330.5);
+        EXPECT_EQ(layout.trailingSeparatorX(), 338 + row.buttons * 46 + 7.5) << "not at the end of the area";
+        EXPECT_EQ(layout.magnifierBox(), (CGRect { 70, 19, 14, 14 }));
+        const CGRect field = layout.searchFieldRect();
+        EXPECT_EQ(field.x, 90);
+        EXPECT_EQ(field.maxX(), 211);
+        EXPECT_EQ(field.midY(), 26);
     }
+    EXPECT_EQ(bar(1400, 5, { apps }).searchFieldRect().width, 20) << "without a box";
 }
 
 TEST(BarLayoutTest, CapacityIsWhatFitsWhateverIsThereNow)
 {
-    struct Row {
+    const struct {
         const char* what;
         double width;
         std::vector<BarComponent> components;
         int capacity;
-    };
-    const Row rows[] = {
-        { "everything", 1400, everything, 21 },
+    } rows[] {
         { "one point short of 22", 1418, everything, 21 },
         { "just 22", 1419, everything, 22 },
         { "without the Trash its room is free", 1400, { launcher, search, showDesktop, finder, apps }, 22 },
         { "the Trash takes its room in front too", 1400, { trash, apps }, 27 },
-        { "a narrow bar", 400, everything, 1 },
         { "a bar narrower than its components", 100, everything, 1 },
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(bar(row.width, 5, row.components).buttonCapacity(), row.capacity) << row.what;
-        EXPECT_EQ(bar(row.width, 50, row.components).buttonCapacity(), row.capacity) << row.what;
-    }
+    for (const auto& row : rows)
+        for (const int buttons : { 5, 50 })
+            EXPECT_EQ(bar(row.width, buttons, row.components).buttonCapacity(), row.capacity) << row.what;
 }
 
 TEST(BarLayoutTest, DraggedButtonLandsInTheCellUnderThePointer)
 {
-    struct Row {
-        double x;
-        int place;
-    };
     // Cells begin at 338, 46 points each.
-    const Row rows[] = { { -1'000'000, 0 }, { 338, 0 }, { 383.9, 0 }, { 384, 1 }, { 429.9, 1 }, { 430, 2 }, { 560, 4 },
-        { 2000, 5 }, { 1e300, 5 } };
-    for (const Row& row : rows)
-        EXPECT_EQ(bar(1400, 6).insertionIndex(5, row.x), row.place) << row.x;
-}
-
-TEST(BarLayoutTest, SeparatorsStandBesideTheButtonsWhateverTheirNeighbours)
-{
-    EXPECT_EQ(bar(1400, 5).leadingSeparatorX(), 330.5);
-    EXPECT_EQ(bar(1400, 5).trailingSeparatorX(), 338 + 5 * 46 + 7.5);
-    EXPECT_EQ(bar(1400, 60).trailingSeparatorX(), 338 + 60 * 46 + 7.5) << "not at the end of the area";
-    EXPECT_EQ(bar(1400, 0, { apps, launcher }).trailingSeparatorX(), 15.5);
-}
-
-TEST(BarLayoutTest, SearchTextFillsTheBoxBehindTheMagnifier)
-{
-    const BarLayout layout = bar(1400, 5);
-    const CGRect field = layout.searchFieldRect();
-    EXPECT_EQ(layout.magnifierBox(), (CGRect { 70, 19, 14, 14 }));
-    EXPECT_EQ(field.x, 90);
-    EXPECT_EQ(field.maxX(), 211);
-    EXPECT_EQ(field.midY(), 26);
-    EXPECT_EQ(bar(1400, 5, { apps }).searchFieldRect().width, 20) << "without a box";
+    const std::pair<double, int> rows[] { { -1'000'000, 0 }, { 338, 0 }, { 383.9, 0 }, { 384, 1 }, { 429.9, 1 },
+        { 430, 2 }, { 2000, 5 }, { 1e300, 5 } };
+    for (const auto& [x, place] : rows)
+        EXPECT_EQ(bar(1400, 6).insertionIndex(5, x), place) << x;
 }
 
 TEST(BarLayoutTest, PointIsOverTheFirstThatHoldsIt)
 {
-    struct Row {
+    const struct {
         const char* what;
         int buttons;
         CGPoint point;
         std::optional<int> hit;
-    };
-    const Row rows[] = {
+    } rows[] {
         { "left edge of the launcher", 5, { 8, 0 }, BarHit::launcher },
         { "left of everything", 5, { 7.9, 20 }, std::nullopt },
         { "search box", 5, { 100, 13 }, BarHit::search },
@@ -115,7 +94,7 @@ TEST(BarLayoutTest, PointIsOverTheFirstThatHoldsIt)
         { "a button under the Trash", 60, { 1350, 20 }, BarHit::trash },
         { "a button past the end of the area", 60, { 1396, 20 }, 23 },
     };
-    for (const Row& row : rows)
+    for (const auto& row : rows)
         EXPECT_EQ(bar(1400, row.buttons).hit(row.point), row.hit) << row.what;
     EXPECT_EQ(bar(1400, 60).button({ 1350, 20 }), 22) << "the button itself is still there";
 }

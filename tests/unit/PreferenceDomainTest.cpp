@@ -137,64 +137,57 @@ TEST_F(PreferenceDomainTest, AFileThatCannotBeParsedIsSetAsideBeforeAnythingIsWr
     }
 }
 
-TEST_F(PreferenceDomainTest, AFullDiskLeavesTheOldFileWholeAndLogsOneLine)
-{
-    PreferenceDomain store = domain();
-    store.set("key", Value("old"));
-    const std::string before = content();
-
-    // A limit on the size of files stands in for the full disk: the write fails half-way.
-    ::signal(SIGXFSZ, SIG_IGN);
-    struct rlimit old { };
-    ::getrlimit(RLIMIT_FSIZE, &old);
-    const struct rlimit small {
-        100, old.rlim_max
-    };
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    const std::string reason = said([&] { store.set("key", Value("new")); });
-    ::setrlimit(RLIMIT_FSIZE, &old);
-
-    EXPECT_EQ(content(), before);
-    EXPECT_EQ(*store.find("key")->string(), "new") << "this process goes on with the new value";
-    EXPECT_EQ(std::count(reason.begin(), reason.end(), '\n'), 1) << reason;
-    EXPECT_NE(reason.find("\"key\" is not saved"), std::string::npos) << reason;
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 2) << "no temporary file stays behind";
-}
-
-TEST_F(PreferenceDomainTest, WhatCannotBeSavedHoldsAndGoesIntoTheNextWrite)
+TEST_F(PreferenceDomainTest, WhatCannotBeSavedIsToldOnceHoldsAndGoesIntoTheNextWrite)
 {
     const fs::path place = folder / "in" / "a folder";
     file = place / "domain.plist";
-    PreferenceDomain store = domain();
-    store.set("before", Value(1));
-    EXPECT_EQ(domain().find("before")->integer(), 1) << "a folder that isn't there is made";
+    rlimit limit {};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    ::signal(SIGXFSZ, SIG_IGN);
+    int lock = -1;
+    const struct {
+        const char* what;
+        std::function<void()> spoil;
+        std::function<void()> repair;
+        bool isFileThere = true;
+    } cases[] {
+        // A limit on the size of files: the write fails half-way.
+        { "a full disk",
+            [&] {
+                const rlimit small { 100, limit.rlim_max };
+                ::setrlimit(RLIMIT_FSIZE, &small);
+            },
+            [&] { ::setrlimit(RLIMIT_FSIZE, &limit); } },
+        { "another process keeps the lock",
+            [&] {
+                lock = ::open((file.string() + ".lock").c_str(), O_RDWR | O_CLOEXEC);
+                ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+            },
+            [&] { ::close(lock); } },
+        { "no folder", [&] { fs::remove_all(folder / "in"), std::ofstream(folder / "in") << "no folder"; },
+            [&] { fs::remove(folder / "in"); }, false },
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.what);
+        PreferenceDomain store = domain();
+        store.set({ { "a", Value(1) }, { "b", Value(1) }, { "c", std::nullopt } });
+        const std::string before = content();
+        test.spoil();
+        const std::string reason = said([&] { store.set({ { "a", Value(2) }, { "b", Value(3) } }); });
+        EXPECT_EQ(content(), test.isFileThere ? before : "");
+        EXPECT_EQ(store.find("a")->integer(), 2) << "this process goes on with the new value";
+        test.repair();
+        EXPECT_EQ(std::count(reason.begin(), reason.end(), '\n'), 1) << reason;
+        EXPECT_NE(reason.find("\"a\", \"b\" is not saved"), std::string::npos) << reason;
+        if (test.isFileThere) {
+            EXPECT_EQ(std::distance(fs::directory_iterator(place), {}), 2) << "no temporary file stays behind";
+        }
 
-    fs::remove_all(folder / "in");
-    std::ofstream(folder / "in") << "no folder";
-    const std::string reason = said([&] { store.set({ { "a", Value(2) }, { "b", Value(3) } }); });
-    EXPECT_EQ(std::count(reason.begin(), reason.end(), '\n'), 1) << reason;
-    EXPECT_NE(reason.find("\"a\", \"b\" is not saved"), std::string::npos) << reason;
-    EXPECT_EQ(store.find("a")->integer(), 2);
-
-    fs::remove(folder / "in");
-    store.set({ { "a", std::nullopt }, { "c", Value(4) } });
-    EXPECT_FALSE(domain().find("a"));
-    EXPECT_EQ(domain().find("b")->integer(), 3);
-    EXPECT_EQ(domain().find("c")->integer(), 4);
-}
-
-TEST_F(PreferenceDomainTest, ALockThatIsNeverGivenBackHoldsNobodyUpForLong)
-{
-    PreferenceDomain store = domain();
-    store.set("key", Value("old"));
-    const int lock = ::open((file.string() + ".lock").c_str(), O_RDWR | O_CLOEXEC);
-    ASSERT_EQ(::flock(lock, LOCK_EX), 0);
-    const std::string reason = said([&] { store.set("key", Value("new")); });
-    EXPECT_NE(reason.find("another process keeps the lock"), std::string::npos) << reason;
-    EXPECT_EQ(*domain().find("key")->string(), "old");
-    ::close(lock);
-    store.set("other", Value(1));
-    EXPECT_EQ(*domain().find("key")->string(), "new");
+        store.set({ { "a", std::nullopt }, { "c", Value(4) } });
+        EXPECT_FALSE(domain().find("a"));
+        EXPECT_EQ(domain().find("b")->integer(), 3);
+        EXPECT_EQ(domain().find("c")->integer(), 4);
+    }
 }
 
 TEST_F(PreferenceDomainTest, ALinkStaysALinkAndTheFileKeepsItsPermissions)

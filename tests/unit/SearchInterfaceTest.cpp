@@ -34,12 +34,6 @@ protected:
         settle();
     }
 
-    void TearDown() override
-    {
-        controller_.reset();
-        ModelTest::TearDown();
-    }
-
     BarView& view() { return *controller_->view(); }
     BarSearchField& field() { return *view().searchField(); }
     QLineEdit& edit() { return *field().widget()->findChild<QLineEdit*>(); }
@@ -93,59 +87,50 @@ protected:
 
 }
 
-TEST_F(SearchInterfaceTest, APressIntoTheFieldTakesTheKeyboardAndEscapeGivesItBack)
+TEST_F(SearchInterfaceTest, ThePanelTouchesTheBoxOnTheSideTowardTheDesktop)
+{
+    const CGRect box = view().rect(BarComponent::search);
+    pressIntoField();
+    type("inbox");
+    EXPECT_EQ(panel().frame(), (CGRect { box.x, box.maxY(), 320, 48 }));
+    type("box");
+    EXPECT_EQ(panel().frame(), (CGRect { box.x, box.maxY(), 320, 128 }));
+    Settings::barEdge.set(BarEdge::top);
+    settle();
+    EXPECT_TRUE(panel().isVisible() && hasKeyboard());
+    EXPECT_EQ(panel().frame(), (CGRect { box.x, 900 - 24 - 52 + box.y - 128, 320, 128 }));
+}
+
+TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtTheTop)
 {
     EXPECT_FALSE(controller_->window().canBecomeKey());
     pressIntoField();
     EXPECT_TRUE(hasKeyboard());
-    type("inb");
-    EXPECT_EQ(rows(), Texts { "Inbox" });
+    type("box");
+    const std::pair<Qt::Key, int> steps[] { { Qt::Key_Down, 1 }, { Qt::Key_Up, 0 }, { Qt::Key_Up, 2 },
+        { Qt::Key_Down, 0 }, { Qt::Key_Down, 1 } };
+    for (const auto& [pressed, selected] : steps) {
+        key(pressed);
+        EXPECT_EQ(panel().listView()->selectedIndex(), selected);
+    }
+    const Texts lines = described(panel().listView()->record());
+    for (const char* line : { "fill 0,0 320x128 r0 262626@0.98", "fill 0,44 320x40 r0 3478F6@0.85",
+             "text Outbox 13 FFFFFF 42,65", "text Mail 10 FFFFFF 42,51" })
+        EXPECT_EQ(std::ranges::count(lines, line), 1) << line;
+
+    key(Qt::Key_Backspace);
+    EXPECT_EQ(panel().listView()->selectedIndex(), 0);
     key(Qt::Key_Escape);
     EXPECT_FALSE(hasKeyboard());
     EXPECT_EQ(world().frontmost(), notes_);
     EXPECT_EQ(field().stringValue(), "");
     EXPECT_EQ(rows(), Texts());
-}
 
-TEST_F(SearchInterfaceTest, ThePanelTouchesTheBoxOnTheSideTowardTheDesktop)
-{
-    const CGRect box = view().rect(BarComponent::search);
-    const struct {
-        BarEdge edge;
-        const char* text;
-        CGRect frame;
-    } cases[] {
-        { BarEdge::bottom, "inbox", { box.x, box.maxY(), 320, 48 } },
-        { BarEdge::bottom, "box", { box.x, box.maxY(), 320, 128 } },
-        { BarEdge::top, nullptr, { box.x, 900 - 24 - 52 + box.y - 128, 320, 128 } },
-    };
-    pressIntoField();
-    for (const auto& each : cases) {
-        Settings::barEdge.set(each.edge);
-        settle();
-        if (each.text)
-            type(each.text);
-        EXPECT_TRUE(panel().isVisible());
-        EXPECT_EQ(panel().frame(), each.frame);
-        EXPECT_TRUE(hasKeyboard());
-    }
-}
-
-TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtTheTop)
-{
-    const auto selected = [this] { return panel().listView()->selectedIndex(); };
-    pressIntoField();
-    type("box");
-    const struct {
-        Qt::Key key;
-        int selected;
-    } steps[] { { Qt::Key_Down, 1 }, { Qt::Key_Up, 0 }, { Qt::Key_Up, 2 }, { Qt::Key_Down, 0 }, { Qt::Key_Down, 1 } };
-    for (const auto& step : steps) {
-        key(step.key);
-        EXPECT_EQ(selected(), step.selected);
-    }
-    key(Qt::Key_Backspace);
-    EXPECT_EQ(selected(), 0);
+    QMimeData text;
+    QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
+    text.setText("box");
+    QApplication::sendEvent(&edit(), &enter);
+    EXPECT_FALSE(enter.isAccepted()) << "nothing is dropped on the field";
 }
 
 TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
@@ -200,21 +185,6 @@ TEST_F(SearchInterfaceTest, ASearchEndsWithItsBar)
     }
 }
 
-TEST_F(SearchInterfaceTest, WhatIsDroppedOnTheFieldIsRefused)
-{
-    QMimeData text;
-    text.setText("box");
-    QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
-    QApplication::sendEvent(&edit(), &enter);
-    QDragMoveEvent move({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
-    QApplication::sendEvent(&edit(), &move);
-    EXPECT_FALSE(move.isAccepted());
-    QDropEvent drop({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
-    QApplication::sendEvent(&edit(), &drop);
-    EXPECT_FALSE(drop.isAccepted());
-    EXPECT_EQ(field().stringValue(), "");
-}
-
 TEST_F(SearchInterfaceTest, WhoCantHaveTheKeyboardBackLeavesItToTheNext)
 {
     world().activate(mail_);
@@ -251,19 +221,6 @@ TEST_F(SearchInterfaceTest, WhatFindsNothingLeavesNothingToChoose)
     }
     type("inbox");
     EXPECT_EQ(rows(), Texts { "Inbox" });
-}
-
-TEST_F(SearchInterfaceTest, ARowShowsItsIconItsTitleAndWhoseItIs)
-{
-    pressIntoField();
-    type("box");
-    key(Qt::Key_Down);
-    const Texts lines = described(panel().listView()->record());
-    const auto has = [&](const std::string& line) { return std::ranges::count(lines, line) == 1; };
-    EXPECT_TRUE(has("fill 0,0 320x128 r0 262626@0.98"));
-    EXPECT_TRUE(has("fill 0,44 320x40 r0 3478F6@0.85")) << "the second row";
-    EXPECT_TRUE(has("text Outbox 13 FFFFFF 42,65"));
-    EXPECT_TRUE(has("text Mail 10 FFFFFF 42,51"));
 }
 
 TEST(ShortenedText, KeepsWholeCharactersAndAtLeastSoManyOfThem)

@@ -81,6 +81,7 @@ TEST_F(ShortcutsTest, KeysAreClaimedByTheTable)
         { "d with command", 2, command, "passed", "passed" },
     };
     Shortcuts::start();
+    EXPECT_EQ(log_, Texts { "shortcuts: event tap installed" });
     for (const bool isOn : { true, false }) {
         Settings::enableShortcuts.set(isOn);
         for (const auto& row : rows) {
@@ -91,24 +92,29 @@ TEST_F(ShortcutsTest, KeysAreClaimedByTheTable)
             world().activate(editor_);
         }
     }
-}
-
-TEST_F(ShortcutsTest, WithoutAnybodyToAskAKeyIsSwallowedAllTheSame)
-{
-    Shortcuts::start();
+    Settings::enableShortcuts.set(true);
     Shortcuts::itemsProvider = nullptr;
-    EXPECT_EQ(press(18, option), "swallowed");
+    EXPECT_EQ(press(18, option), "swallowed") << "with nobody to ask";
 }
 
 TEST_F(ShortcutsTest, ATapThatTheSystemTurnsOffIsArmedAgain)
 {
+    world().faults().keyTapMissing = true;
+    Shortcuts::start();
+    EXPECT_EQ(logged("shortcuts: "), Texts { "shortcuts: could not create event tap" });
+    EXPECT_EQ(press(11, option | command), "passed");
     Shortcuts::reenableTap("nothing");
     EXPECT_FALSE(Shortcuts::isTapEnabled());
+    world().faults().keyTapMissing = false;
+    world().faults().takenKeys = { "Alt+One", "Alt+Two" };
+    log_.clear();
     ::setenv("BAR_PROBE_TAP", "1", 1);
     Shortcuts::start();
     Shortcuts::start();
     ::unsetenv("BAR_PROBE_TAP");
-    EXPECT_EQ(logged("shortcuts: "), Texts { "shortcuts: event tap installed" });
+    EXPECT_EQ(logged("shortcuts: "),
+        (Texts { "shortcuts: event tap lacks Alt+One, which another program has",
+            "shortcuts: event tap lacks Alt+Two, which another program has" }));
     using End = host::Keyboard::TapEnd;
     for (const auto& [end, reason] : { std::pair { End::timeout, "timeout" }, { End::userInput, "user input" } }) {
         desktop().keyboard().disableTap(end);
@@ -125,30 +131,4 @@ TEST_F(ShortcutsTest, ATapThatTheSystemTurnsOffIsArmedAgain)
     EXPECT_EQ(logged("shortcuts: "),
         (Texts { "shortcuts: tap enabled = false", "shortcuts: tap re-enabled after self-test",
             "shortcuts: tap enabled = true" }));
-}
-
-TEST_F(ShortcutsTest, WithoutTheRightToWatchTheKeyboardThereAreNoShortcuts)
-{
-    world().faults().keyTapMissing = true;
-    Shortcuts::start();
-    EXPECT_EQ(logged("shortcuts: "), Texts { "shortcuts: could not create event tap" });
-    EXPECT_EQ(press(11, option | command), "passed");
-}
-
-TEST_F(ShortcutsTest, KeysThatAnotherProgramHasAreNamed)
-{
-    world().faults().takenKeys = { "Alt+One", "Alt+Two" };
-    Shortcuts::start();
-    EXPECT_EQ(logged("shortcuts: "),
-        (Texts { "shortcuts: event tap lacks Alt+One, which another program has",
-            "shortcuts: event tap lacks Alt+Two, which another program has" }));
-    EXPECT_TRUE(Shortcuts::isTapEnabled());
-}
-
-TEST_F(ShortcutsTest, TheLaunchersKeysArePosted)
-{
-    NativeLauncher::openSpotlight();
-    EXPECT_EQ(log_, Texts { "launcher: sent Cmd+Space" });
-    EXPECT_EQ(count("key", editor_), 1u);
-    EXPECT_EQ(count("postKeyDown") + count("postKeyUp"), 2u);
 }
