@@ -150,11 +150,10 @@ TEST_F(ClickTest, TheFormerApplicationIsTheOneBeforeThisOneAndNeverTheProgram)
         (Texts { "history: current=App previous=" + std::to_string(former_),
             "history: current=Former previous=" + std::to_string(app_) }));
 
-    // Nothing is in front at the start.
     for (const char* identifier : { "org.Former", "org.App", "com.apple.finder" })
         world().quit(world().processNamed(identifier)->pid());
     settle();
-    ASSERT_FALSE(world().frontmost());
+    ASSERT_FALSE(world().frontmost()) << "nothing is in front at the start";
     AppHistory::start();
     bringToFront(run("Next"));
     EXPECT_FALSE(AppHistory::previous());

@@ -29,7 +29,7 @@ std::string text(const NSBezierPath& path)
     return joined(text(path.bounds()), " r", path.xRadius());
 }
 
-/// A symbol that one colour was poured over; anything else is told as a whole.
+/// A symbol that one colour was poured over.
 std::string tinted(const NSImage::Drawing& drawing)
 {
     const auto& operations = drawing.list->operations;
@@ -38,21 +38,16 @@ std::string tinted(const NSImage::Drawing& drawing)
     const CGRect whole { 0, 0, drawing.size.width, drawing.size.height };
     const bool isTint = image && color && image->image.symbol() && image->rect == whole
         && color->path == NSBezierPath::rect(whole) && color->operation == NSCompositingOperation::sourceAtop;
-    if (isTint) {
-        const NSImage::Symbol& symbol = *image->image.symbol();
-        return joined("symbol ", symbol.name, ' ', symbol.configuration.pointSize, ' ', text(color->color));
-    }
-    std::string all = "drawing of";
-    for (const std::string& line : described(*drawing.list))
-        all += " [" + line + ']';
-    return all;
+    if (!isTint)
+        return "another drawing";
+    const NSImage::Symbol& symbol = *image->image.symbol();
+    return joined("symbol ", symbol.name, ' ', symbol.configuration.pointSize, ' ', text(color->color));
 }
 
 struct Describe {
     std::string operator()(const Drawing::Fill& fill) const
     {
-        const bool isOver = fill.operation == NSCompositingOperation::sourceOver;
-        return joined(isOver ? "fill " : "fill atop ", text(fill.path), ' ', text(fill.color));
+        return joined("fill ", text(fill.path), ' ', text(fill.color));
     }
     std::string operator()(const Drawing::Stroke& stroke) const
     {

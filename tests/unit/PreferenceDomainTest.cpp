@@ -32,12 +32,16 @@ class PreferenceDomainTest : public testing::Test {
 protected:
     PreferenceDomainTest()
     {
+        RunLoop::main().reset();
+        RunLoop::main().setClock(&clock);
         std::string pattern = (fs::temp_directory_path() / "vantry-preferences-XXXXXX").string();
         folder = ::mkdtemp(pattern.data());
         file = folder / "domain.plist";
     }
     ~PreferenceDomainTest() override
     {
+        RunLoop::main().reset();
+        RunLoop::main().setClock(nullptr);
         fs::permissions(folder, fs::perms::owner_all);
         fs::remove_all(folder);
     }
@@ -51,7 +55,7 @@ protected:
     void overwrite(const std::string& bytes) const { std::ofstream(file, std::ios::binary) << bytes; }
     PreferenceDomain domain() const { return PreferenceDomain(file.string()); }
 
-    /// What a write says on standard error.
+    /// What a write says on standard error, which is a pipe because files may be limited.
     static std::string said(const std::function<void()>& write)
     {
         int pipe[2];
@@ -68,6 +72,15 @@ protected:
         return { line, static_cast<std::size_t>(std::max<ssize_t>(length, 0)) };
     }
 
+    /// How often a follower was told since the last question.
+    int news()
+    {
+        clock.advance(0);
+        return std::exchange(told, 0);
+    }
+
+    ManualClock clock;
+    int told = 0;
     fs::path folder;
     fs::path file;
 };
@@ -283,32 +296,7 @@ TEST_F(PreferenceDomainTest, ARewriteKeepsAllThatAnotherProgramWroteInEveryLangu
     EXPECT_TRUE(german.speaks()) << "the program's own texts stay as the user wants them";
 }
 
-/// Follows a file on a clock that is moved by hand.
-class FollowTest : public PreferenceDomainTest {
-protected:
-    FollowTest()
-    {
-        RunLoop::main().reset();
-        RunLoop::main().setClock(&clock);
-    }
-    ~FollowTest() override
-    {
-        RunLoop::main().reset();
-        RunLoop::main().setClock(nullptr);
-    }
-
-    /// How often it was told since the last question.
-    int news()
-    {
-        clock.advance(0);
-        return std::exchange(told, 0);
-    }
-
-    ManualClock clock;
-    int told = 0;
-};
-
-TEST_F(FollowTest, AChangeFromOutsideIsToldOnceInATurnOfItsOwn)
+TEST_F(PreferenceDomainTest, AChangeFromOutsideIsToldOnceInATurnOfItsOwn)
 {
     PreferenceDomain other = domain();
     PreferenceDomain store = domain();
@@ -335,7 +323,7 @@ TEST_F(FollowTest, AChangeFromOutsideIsToldOnceInATurnOfItsOwn)
     EXPECT_EQ(news(), 1) << "what a write of its own came upon";
 }
 
-TEST_F(FollowTest, TheFileIsWatchedThroughAllThatCanHappenToIt)
+TEST_F(PreferenceDomainTest, TheFileIsWatchedThroughAllThatCanHappenToIt)
 {
     const fs::path place = folder / "not" / "yet";
     file = place / "domain.plist";

@@ -54,9 +54,8 @@ TEST_F(WorldTest, AKilledDockComesBackWithThePreferencesOfThatMomentAndFilesOutl
     desktop().processes().terminate(dock);
     advance(1);
 
-    const RunningProcess* relaunched = world().processNamed(dockIdentifier);
-    ASSERT_TRUE(relaunched);
-    EXPECT_NE(relaunched->pid(), dock);
+    ASSERT_TRUE(world().processNamed(dockIdentifier));
+    EXPECT_NE(world().processNamed(dockIdentifier)->pid(), dock);
     EXPECT_TRUE(world().dock().tiles().empty());
     EXPECT_EQ(desktop().displays().all().front().visibleFrame.y, 0);
 

@@ -210,15 +210,13 @@ TEST_F(SearchInterfaceTest, WhatFindsNothingLeavesNothingToChoose)
 {
     pressIntoField();
     type("box");
-    for (const QString& text : { QString("no such thing"), QString(10'000, 'b') }) {
-        edit().setText(text);
-        QTest::keyClicks(&edit(), "x");
-        key(Qt::Key_Down);
-        key(Qt::Key_Return);
-        EXPECT_EQ(rows(), Texts());
-        EXPECT_TRUE(hasKeyboard());
-        EXPECT_EQ(edit().text(), text + "x");
-    }
+    edit().setText(QString(10'000, 'b'));
+    QTest::keyClicks(&edit(), "x");
+    key(Qt::Key_Down);
+    key(Qt::Key_Return);
+    EXPECT_EQ(rows(), Texts());
+    EXPECT_TRUE(hasKeyboard());
+    EXPECT_EQ(edit().text().size(), 10'001);
     type("inbox");
     EXPECT_EQ(rows(), Texts { "Inbox" });
 }
