@@ -6,7 +6,6 @@
 #include "settings/Settings.h"
 
 #include <filesystem>
-#include <memory>
 
 namespace {
 

@@ -156,10 +156,7 @@ TEST_F(HoverTest, WhatEndsATooltipEndsOneToComeToo)
 {
     const CGPoint notes = button("Notes");
     const CGPoint beside { 1300, 20 }, away { 700, 600 }, moved { notes.x + 6, notes.y };
-    const struct {
-        const char* what;
-        std::function<void()> act;
-    } cases[] {
+    const std::pair<const char*, std::function<void()>> cases[] {
         { "a release", [&] { release(beside); } },
         { "the start of a drag", [&] { press(notes), drag(moved); } },
         { "leaving", [&] { movePointer(away); } },
@@ -169,8 +166,8 @@ TEST_F(HoverTest, WhatEndsATooltipEndsOneToComeToo)
         { "the bar hidden", [&] { Settings::barVisible.set(false), settle(); } },
         { "the bar torn down", [&] { controller_->tearDown(); } },
     };
-    for (const auto& test : cases) {
-        SCOPED_TRACE(test.what);
+    for (const auto& [what, act] : cases) {
+        SCOPED_TRACE(what);
         for (const bool isShowing : { true, false }) {
             Settings::barVisible.set(true);
             Settings::barEdge.set(BarEdge::bottom);
@@ -181,7 +178,7 @@ TEST_F(HoverTest, WhatEndsATooltipEndsOneToComeToo)
             view().mouseMoved({ notes });
             advance(isShowing ? delay : 0.2);
             EXPECT_EQ(shown(), isShowing ? "Notes" : "nothing");
-            test.act();
+            act();
             EXPECT_EQ(shown(), "nothing");
             advance(delay);
             EXPECT_EQ(shown(), "nothing");
@@ -434,24 +431,20 @@ TEST_F(HoverTest, AThumbnailIsCapturedOnceAndAgainWhenItIsOld)
 TEST_F(HoverTest, ACaptureThatFailsLeavesAPlaceholder)
 {
     world().faults().captureDelay = 0.1;
-    const struct {
-        const char* reason;
-        std::function<void()> spoil;
-    } cases[] {
+    const std::pair<const char*, std::function<void()>> cases[] {
         { "the user doesn't permit screen recording", [&] { world().setScreenCapturePermitted(false); } },
         { "the capture failed", [&] { world().windowFaults(inbox_).fails["capture"] = 1; } },
         { "there is no such window", [&] { settle(), world().close(inbox_); } },
         { nullptr, [] {} },
     };
-    for (const auto& test : cases) {
+    for (const auto& [reason, spoil] : cases) {
         log_.clear();
         bool isReady = false;
         Preview::thumbnail(inbox_, [&] { isReady = true; });
-        test.spoil();
+        spoil();
         advance(0.2);
         EXPECT_FALSE(isReady || Preview::isAvailable());
-        EXPECT_EQ(logged("preview: "),
-            test.reason ? Texts { std::string("preview: capture failed — ") + test.reason } : Texts());
+        EXPECT_EQ(logged("preview: "), reason ? Texts { std::string("preview: capture failed — ") + reason } : Texts());
         world().setScreenCapturePermitted(true);
     }
 }

@@ -1,6 +1,5 @@
 #include "ModelTest.h"
 
-#include "accessibility/AXUIElement.h"
 #include "model/Raise.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include "appkit/RunLoopDriver.h"
 #include "base/Clock.h"
 #include "foundation/DispatchQueue.h"
-#include "foundation/NSDate.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSTimer.h"
 #include "foundation/PreferenceDomain.h"

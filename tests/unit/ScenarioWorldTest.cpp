@@ -1,4 +1,3 @@
-#include "foundation/PreferenceDomain.h"
 #include "unit/Fixture.h"
 
 #include <atomic>
@@ -15,9 +14,6 @@ protected:
     void SetUp() override
     {
         desk.addDisplay();
-        desk.displays[0].dockInset = 70;
-        desk.pinnedApp("Mail");
-        desk.trash = { "old.txt" };
         mail = desk.app("Mail").pid;
         desk.window(mail, "Inbox").spaces = { 2 };
         desk.window(desk.app("Chat").pid, "Chat").bounds = { 1500, 100, 400, 300 };
@@ -40,29 +36,6 @@ TEST_F(WorldTest, WindowsComeForwardFindRefugeAndKeepToTheSizesThatTheyTake)
     EXPECT_EQ(world().window(2)->spaces, std::vector<std::uint64_t> { 3 });
     world().removeScreen(1);
     EXPECT_EQ(world().window(2)->spaces, std::vector<std::uint64_t> { 2 });
-}
-
-TEST_F(WorldTest, AKilledDockComesBackWithThePreferencesOfThatMomentAndFilesOutliveTheDesktop)
-{
-    const pid_t dock = world().processNamed(dockIdentifier)->pid();
-    EXPECT_EQ(desktop().displays().all().front().visibleFrame.y, 70);
-
-    auto preferences = PreferenceDomain::named(dockIdentifier);
-    preferences->set("autohide", true);
-    preferences->set("persistent-apps", Value::Array {});
-    EXPECT_EQ(world().dock().tiles().size(), 1u);
-    desktop().processes().terminate(dock);
-    advance(1);
-
-    ASSERT_TRUE(world().processNamed(dockIdentifier));
-    EXPECT_NE(world().processNamed(dockIdentifier)->pid(), dock);
-    EXPECT_TRUE(world().dock().tiles().empty());
-    EXPECT_EQ(desktop().displays().all().front().visibleFrame.y, 0);
-
-    std::filesystem::remove(desktop().session().homeFolder() + "/.Trash/old.txt");
-    stop();
-    start();
-    EXPECT_TRUE(std::filesystem::is_empty(desktop().session().homeFolder() + "/.Trash"));
 }
 
 /// On the machine's clock: threads can't wait for one that stands still.

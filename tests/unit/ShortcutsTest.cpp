@@ -1,7 +1,6 @@
 #include "ModelTest.h"
 
 #include "controls/Shortcuts.h"
-#include "search/NativeLauncher.h"
 #include "settings/Settings.h"
 
 #include <cstdlib>
