@@ -124,10 +124,12 @@ TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtT
     EXPECT_EQ(rows(), Texts());
 
     QMimeData text;
-    QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
     text.setText("box");
+    QDragEnterEvent enter({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
     QApplication::sendEvent(&edit(), &enter);
-    EXPECT_FALSE(enter.isAccepted()) << "nothing is dropped on the field";
+    QDragMoveEvent move({ 5, 5 }, Qt::CopyAction, &text, Qt::LeftButton, {});
+    QApplication::sendEvent(&edit(), &move);
+    EXPECT_FALSE(move.isAccepted()) << "nothing is dropped on the field";
 }
 
 TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)

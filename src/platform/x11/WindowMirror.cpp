@@ -167,7 +167,7 @@ void WindowMirror::lookAt(WindowRecord& window)
 {
     if (!window.facts.wantsAttention() || std::exchange(window.wasLookedAt, true))
         return;
-    ++window.revision;
+    touch(window);
     changes_.listing = true;
 }
 
