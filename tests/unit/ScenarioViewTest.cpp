@@ -58,6 +58,7 @@ protected:
 TEST_F(ViewTest, ClicksAndDragsGoToTheWindowThatIsInFrontThereAndKeysToTheFocusedOne)
 {
     ASSERT_TRUE(view->focusWidget()) << "without a click";
+    QTest::keyClick(view->focusWidget(), Qt::Key_A);
     const pid_t finder = world().processNamed(finderIdentifier)->pid();
     const struct {
         QPointF point;
@@ -67,7 +68,6 @@ TEST_F(ViewTest, ClicksAndDragsGoToTheWindowThatIsInFrontThereAndKeysToTheFocuse
         click(each.point);
         EXPECT_EQ(world().frontmost(), each.front);
     }
-    key(Qt::Key_A, Qt::NoModifier, "a");
     key(Qt::Key_B, Qt::NoModifier, "b");
     EXPECT_EQ(world().window(1)->typed, "ab");
 
