@@ -57,9 +57,10 @@ QImage shapeOf(const QImage& picture)
     mask.fill(0);
     for (int y = 0; y < picture.height(); ++y) {
         const auto* line = reinterpret_cast<const QRgb*>(picture.constScanLine(y));
+        uchar* bits = mask.scanLine(y);
         for (int x = 0; x < picture.width(); ++x) {
             if (qAlpha(line[x]) >= leastAlpha)
-                mask.setPixel(x, y, 1);
+                bits[x / 8] |= static_cast<uchar>(1 << x % 8);
         }
     }
     return mask;
@@ -148,12 +149,15 @@ void BarSurface::cutOut(Panel& panel)
 {
     if (panel.style.isOpaque || canBlend())
         return;
-    // A popup's shape follows from its size, and so does that of a bar which reaches the edges of its window.
-    const bool isWhole = host::isBar(panel.style.role) && reachesEdges(*panel.widget);
-    const bool isKnown = panel.shape.size() == panel.widget->size() && panel.isWhole == isWhole;
-    if (isKnown && (isWhole || !host::isBar(panel.style.role)))
+    const bool isBar = host::isBar(panel.style.role);
+    if (isBar && reachesEdges(*panel.widget)) {
+        if (!std::exchange(panel.shape, {}).isNull())
+            panel.widget->clearMask();
         return;
-    panel.isWhole = isWhole;
+    }
+    // A popup's shape follows from its size; what stands on a floating bar may stand out of it.
+    if (!isBar && panel.shape.size() == panel.widget->size())
+        return;
     const QImage shape = shapeOf(painted(*panel.widget, panel.widget->rect()));
     if (std::exchange(panel.shape, shape) != shape)
         panel.widget->setMask(QRegion(QBitmap::fromImage(shape)));

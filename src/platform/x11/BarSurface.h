@@ -48,9 +48,8 @@ private:
         xcb_window_t window;
         host::SurfaceStyle style;
         Rect frame;
-        /// What it was cut to.
+        /// What it was cut to; null while it is whole.
         QImage shape {};
-        bool isWhole = false;
         /// The window in front of this one that raising it hasn't got it past.
         xcb_window_t obstacle = XCB_WINDOW_NONE;
         /// Where it lay when it was last asked to come back, and hasn't.
