@@ -1,10 +1,7 @@
 #include "contract/X11Fixture.h"
 
-#include "base/IconSource.h"
-
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 
 namespace {
 
@@ -45,23 +42,4 @@ TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
     EXPECT_EQ(applications().identifier("/Applications/Test same.app"), "t-same-2");
     EXPECT_FALSE(applications().bundles("/Applications/Utilities"));
     unsetenv("XDG_CURRENT_DESKTOP");
-}
-
-TEST_F(X11, AnIconOfTheCatalogueIsLookedForWhenItIsPainted)
-{
-    writeAtHome("data/pixmaps/test-late.png", "picture");
-    TestEntries entries;
-    entries.write("t-late", "Name=Test late\nExec=a\nIcon=test-late\n");
-    entries.write("t-none", "Name=Test none\nExec=a\nIcon=no-such-picture\n");
-    const auto deferred = [&](const std::string& name) {
-        const auto icon = applications().icon("/Applications/" + name + ".app");
-        const auto* content = icon ? std::get_if<IconSource::Deferred>(&icon->content) : nullptr;
-        return content ? content->find() : nullptr;
-    };
-    const auto late = deferred("Test late");
-    ASSERT_TRUE(late);
-    EXPECT_EQ(std::get<IconSource::File>(late->content).path, temporaryHome() + "/data/pixmaps/test-late.png");
-    EXPECT_EQ(applications().icon("/Applications/Test late.app"), applications().icon("/Applications/Test late.app"));
-    EXPECT_EQ(deferred("Test none"), applications().icon("/Applications/No Such Thing.app"))
-        << "the general one of applications";
 }

@@ -62,7 +62,7 @@ TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
     const auto program = start("crowd");
     const auto open = [&] {
         const auto window = under_->createWindow(program.pid, { 200, 150, 500, 400 });
-        under_->tell(window, "map");
+        under_->show(window);
         return window;
     };
     std::vector<std::uint32_t> windows;
@@ -73,8 +73,8 @@ TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
     const std::pair<const char*, std::function<void()>> changes[] {
         { "one opens", [&] { windows.push_back(open()); } },
         { "one has another title", [&] { under_->setTitle(windows[20], "Other"); } },
-        { "one is iconified", [&] { under_->tell(windows.back(), "iconify"); } },
-        { "one closes", [&] { under_->tell(windows[30], "destroy"); } },
+        { "one is iconified", [&] { under_->minimise(windows.back()); } },
+        { "one closes", [&] { under_->closeWindow(windows[30]); } },
     };
     for (const auto& [what, change] : changes) {
         const auto before = mirror.revisions();

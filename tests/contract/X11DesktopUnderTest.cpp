@@ -11,15 +11,15 @@
 
 #include <xcb/xtest.h>
 
-#include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 #include <thread>
 
@@ -28,41 +28,21 @@ namespace {
 /// How long a desktop may take to follow, in seconds.
 constexpr double patience = 5;
 
-class TemporaryHome {
-public:
-    TemporaryHome()
-    {
-        char pattern[] = "/tmp/vantry-home-XXXXXX";
-        path_ = mkdtemp(pattern);
-        setenv("HOME", path_.c_str(), 1);
-        setenv("XDG_CONFIG_HOME", (path_ + "/config").c_str(), 1);
-        setenv("XDG_DATA_HOME", (path_ + "/data").c_str(), 1);
-        setenv("XDG_DATA_DIRS", (path_ + "/shared").c_str(), 1);
-        write("open", "echo \"$1\" >> '" + path_ + "/opened'\n");
-        write("data/applications/test-files.desktop",
-            "[Desktop Entry]\nType=Application\nName=Test Files\nStartupWMClass=testfiles\nMimeType=inode/directory;\n"
-            "Exec=sh "
-                + path_ + "/open %u\n");
-        write("config/mimeapps.list", "[Default Applications]\ninode/directory=test-files.desktop\n");
-    }
-    ~TemporaryHome()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(path_, error);
-    }
-    const std::string& path() const { return path_; }
-    void write(const std::string& name, const std::string& text) const
-    {
-        const std::filesystem::path file = path_ + '/' + name;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file) << text;
-    }
-
-private:
-    std::string path_;
-};
-
-const TemporaryHome home;
+const bool hasHome = [] {
+    const std::string& home = temporaryHome();
+    setenv("HOME", home.c_str(), 1);
+    for (const auto& [variable, folder] :
+        { std::pair("CONFIG_HOME", "/config"), { "DATA_HOME", "/data" }, { "DATA_DIRS", "/shared" } })
+        setenv((std::string("XDG_") + variable).c_str(), (home + folder).c_str(), 1);
+    writeAtHome("open", "echo \"$1\" >> '" + home + "/opened'\n");
+    writeAtHome("data/applications/test-files.desktop",
+        "[Desktop Entry]\nType=Application\nName=Test Files\nStartupWMClass=testfiles\nMimeType=inode/directory;\n"
+        "Exec=sh "
+            + home + "/open %u\n");
+    writeAtHome("config/mimeapps.list", "[Default Applications]\ninode/directory=test-files.desktop\n");
+    std::atexit([] { std::filesystem::remove_all(temporaryHome()); });
+    return true;
+}();
 
 const bool isRegistered = [] {
     // What the suite asks for takes a window manager.
@@ -79,7 +59,7 @@ xcb_keycode_t serverCode(std::uint16_t key)
     return codes.at(key);
 }
 
-std::string numbers(const CGRect& frame)
+std::string description(const CGRect& frame)
 {
     const auto text = [](double value) { return std::to_string(static_cast<int>(value)) + ' '; };
     return text(frame.x) + text(frame.y) + text(frame.width) + text(frame.height);
@@ -89,60 +69,30 @@ std::string numbers(const CGRect& frame)
 
 const std::string& temporaryHome()
 {
-    return home.path();
+    static const std::string path = [] {
+        char pattern[] = "/tmp/vantry-home-XXXXXX";
+        return std::string(mkdtemp(pattern));
+    }();
+    return path;
 }
 
 void writeAtHome(const std::string& name, const std::string& text)
 {
-    home.write(name, text);
+    const std::filesystem::path file = temporaryHome() + '/' + name;
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file) << text;
 }
 
-ClientProgram::ClientProgram(const std::string& name)
+std::string contentsOf(const std::string& path)
 {
-    int toClient[2];
-    int fromClient[2];
-    if (pipe(toClient) != 0 || pipe(fromClient) != 0)
-        throw std::runtime_error("no pipe");
-    posix_spawn_file_actions_t files;
-    posix_spawn_file_actions_init(&files);
-    posix_spawn_file_actions_adddup2(&files, toClient[0], STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&files, fromClient[1], STDOUT_FILENO);
-    for (const int end : { toClient[0], toClient[1], fromClient[0], fromClient[1] })
-        posix_spawn_file_actions_addclose(&files, end);
-
-    std::string program = WINDOW_CLIENT;
-    std::string argument = name;
-    char* arguments[] = { program.data(), argument.data(), nullptr };
-    if (posix_spawn(&pid_, program.c_str(), &files, nullptr, arguments, environ) != 0)
-        throw std::runtime_error("can't start " + program);
-    posix_spawn_file_actions_destroy(&files);
-    close(toClient[0]);
-    close(fromClient[1]);
-    input_ = fdopen(toClient[1], "w");
-    output_ = fdopen(fromClient[0], "r");
-}
-
-ClientProgram::~ClientProgram()
-{
-    std::fclose(input_);
-    std::fclose(output_);
-    kill(pid_, SIGKILL);
-    waitpid(pid_, nullptr, 0);
-}
-
-std::uint32_t ClientProgram::tell(const std::string& command)
-{
-    std::fprintf(input_, "%s\n", command.c_str());
-    std::fflush(input_);
-    std::uint32_t answer = 0;
-    return std::fscanf(output_, "%u", &answer) == 1 ? answer : 0;
+    std::ifstream file(path);
+    return { std::istreambuf_iterator<char>(file), {} };
 }
 
 X11DesktopUnderTest::X11DesktopUnderTest()
     : connection_(xcb_connect(nullptr, nullptr))
     , screen_(xcb_setup_roots_iterator(xcb_get_setup(connection_)).data)
 {
-    signal(SIGPIPE, SIG_IGN);
     haveTwoSpaces();
     switchToSpace(0);
     std::string reason;
@@ -153,11 +103,8 @@ X11DesktopUnderTest::X11DesktopUnderTest()
 
 X11DesktopUnderTest::~X11DesktopUnderTest()
 {
-    std::vector<pid_t> pids;
-    for (const auto& [pid, program] : programs_)
-        pids.push_back(pid);
-    for (const pid_t pid : pids)
-        endProgram(pid);
+    while (!programs_.empty())
+        endProgram(programs_.begin()->first);
     // The next test is not to meet this one's windows.
     settle([&] { return !isAnyListed(); });
     desktop_.reset();
@@ -184,14 +131,20 @@ bool X11DesktopUnderTest::settle(const std::function<bool()>& condition, double 
 
 pid_t X11DesktopUnderTest::startProgram(const std::string& name)
 {
-    auto program = std::make_unique<ClientProgram>(name);
-    const pid_t pid = program->pid();
+    auto program = std::make_unique<QProcess>();
+    program->setObjectName(name);
+    program->start(WINDOW_CLIENT, {});
+    if (!program->waitForStarted())
+        throw std::runtime_error("can't start " WINDOW_CLIENT);
+    const auto pid = static_cast<pid_t>(program->processId());
     programs_.emplace(pid, std::move(program));
     return pid;
 }
 
 void X11DesktopUnderTest::endProgram(pid_t pid)
 {
+    programs_.at(pid)->kill();
+    programs_.at(pid)->waitForFinished();
     programs_.erase(pid);
 }
 
@@ -207,8 +160,20 @@ std::string X11DesktopUnderTest::install(const std::string& name)
 
 std::uint32_t X11DesktopUnderTest::createWindow(pid_t pid, const CGRect& frame)
 {
-    const std::uint32_t window = program(pid).tell("create " + numbers(frame));
-    owners_[window] = pid;
+    QProcess& program = *programs_.at(pid);
+    const std::string place = description(frame);
+    program.write((place + '\n').c_str());
+    while (!program.canReadLine() && program.waitForReadyRead()) { }
+    const auto window = static_cast<xcb_window_t>(program.readLine().toULong());
+    const std::string name = program.objectName().toStdString();
+    setProperty(window, "WM_CLASS STRING " + name + '\0' + name + '\0');
+    setProperty(window, "WM_PROTOCOLS ATOM WM_DELETE_WINDOW");
+    setProperty(window, "_NET_WM_PID CARDINAL " + std::to_string(pid));
+    // Where and how large the user wants it.
+    setProperty(window, "WM_NORMAL_HINTS WM_SIZE_HINTS 3 " + place + " 0 0 0 0 0 0 0 0 0 0 0 0 0");
+    const std::uint32_t keys = XCB_EVENT_MASK_KEY_PRESS;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &keys);
+    opened_.push_back(window);
     return window;
 }
 
@@ -216,37 +181,67 @@ std::uint32_t X11DesktopUnderTest::openWindow(pid_t pid, const std::string& titl
 {
     const std::uint32_t window = createWindow(pid, frame);
     setTitle(window, title);
-    tell(window, "map");
+    show(window);
     // A window manager focuses a new window in its own time; what the test does next is to come after that.
     settle([&] { return activeWindow() == window; }, 0.5);
     return window;
 }
 
-void X11DesktopUnderTest::tell(std::uint32_t window, const std::string& verb, const std::string& rest)
+void X11DesktopUnderTest::show(xcb_window_t window)
 {
-    const auto owner = programs_.find(owners_.at(window));
-    if (owner != programs_.end())
-        owner->second->tell(verb + ' ' + std::to_string(window) + ' ' + rest);
+    xcb_map_window(connection_, window);
+    sync();
+}
+
+void X11DesktopUnderTest::raise(xcb_window_t window)
+{
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_, window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    sync();
 }
 
 void X11DesktopUnderTest::closeWindow(std::uint32_t window)
 {
-    tell(window, "destroy");
+    xcb_destroy_window(connection_, window);
+    sync();
+}
+
+void X11DesktopUnderTest::setProperty(xcb_window_t window, const std::string& description)
+{
+    std::istringstream words(description);
+    std::string name;
+    std::string type;
+    words >> name >> type >> std::ws;
+    const bool isText = type.ends_with("STRING") || (type != "ATOM" && !std::isdigit(words.peek()));
+    std::string text;
+    std::vector<std::uint32_t> values;
+    if (isText)
+        std::getline(words, text);
+    else
+        for (std::string word; words >> word;)
+            values.push_back(type == "ATOM" ? atom(word) : static_cast<std::uint32_t>(std::stoll(word)));
+    const void* data = isText ? static_cast<const void*>(text.data()) : values.data();
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(name), atom(type), isText ? 8 : 32,
+        static_cast<std::uint32_t>(isText ? text.size() : values.size()), data);
+    sync();
 }
 
 void X11DesktopUnderTest::setTitle(std::uint32_t window, const std::string& title)
 {
-    tell(window, "text", "_NET_WM_NAME UTF8_STRING " + title);
+    setProperty(window, "_NET_WM_NAME UTF8_STRING " + title);
 }
 
 void X11DesktopUnderTest::minimise(std::uint32_t window)
 {
-    tell(window, "iconify");
+    constexpr std::uint32_t iconic = 3;
+    tellManager(window, "WM_CHANGE_STATE", { iconic });
 }
 
-void X11DesktopUnderTest::enterFullScreen(std::uint32_t window)
+void X11DesktopUnderTest::addState(std::uint32_t window, const std::string& state)
 {
-    tell(window, "fullscreen");
+    constexpr std::uint32_t add = 1;
+    constexpr std::uint32_t fromApplication = 1;
+    tellManager(window, "_NET_WM_STATE", { add, atom(state), 0, fromApplication });
 }
 
 void X11DesktopUnderTest::focus(std::uint32_t window)
@@ -268,29 +263,25 @@ void X11DesktopUnderTest::bringForward(std::uint32_t window)
 /// Whether the window manager or the desktop still lists a window of the programs.
 bool X11DesktopUnderTest::isAnyListed()
 {
-    const auto managed = rootNumbers("_NET_CLIENT_LIST");
-    return std::ranges::any_of(owners_, [&](const auto& owner) {
-        return std::ranges::find(managed, owner.first) != managed.end() || desktop_->windows().find(owner.first);
+    const auto managed = numbers(root(), "_NET_CLIENT_LIST");
+    return std::ranges::any_of(opened_, [&](xcb_window_t window) {
+        return std::ranges::find(managed, window) != managed.end() || desktop_->windows().find(window);
     });
 }
 
 xcb_window_t X11DesktopUnderTest::activeWindow()
 {
-    const auto active = rootNumbers("_NET_ACTIVE_WINDOW");
+    const auto active = numbers(root(), "_NET_ACTIVE_WINDOW");
     return active.empty() ? xcb_window_t(XCB_WINDOW_NONE) : active.front();
 }
 
-std::vector<std::uint32_t> X11DesktopUnderTest::rootNumbers(const std::string& property)
+std::vector<std::uint32_t> X11DesktopUnderTest::numbers(xcb_window_t window, const std::string& property)
 {
-    auto* reply = xcb_get_property_reply(
-        connection_, xcb_get_property(connection_, 0, root(), atom(property), XCB_ATOM_ANY, 0, 1000), nullptr);
-    std::vector<std::uint32_t> numbers;
-    if (reply) {
-        const auto* values = static_cast<const std::uint32_t*>(xcb_get_property_value(reply));
-        numbers.assign(values, values + reply->value_len);
-    }
-    std::free(reply);
-    return numbers;
+    const auto reply = ask(xcb_get_property_reply, xcb_get_property, 0, window, atom(property), XCB_ATOM_ANY, 0, 1000);
+    if (!reply)
+        return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return { first, first + xcb_get_property_value_length(reply.get()) / 4 };
 }
 
 void X11DesktopUnderTest::typeKey(std::uint16_t key, std::uint64_t flags)
@@ -302,19 +293,21 @@ void X11DesktopUnderTest::typeKey(std::uint16_t key, std::uint64_t flags)
             codes.push_back(code);
     }
     codes.push_back(serverCode(key));
-    const auto fake = [&](std::uint8_t type, xcb_keycode_t code) {
-        xcb_test_fake_input(connection_, type, code, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
-    };
     for (const xcb_keycode_t code : codes)
-        fake(XCB_KEY_PRESS, code);
+        fakeInput(XCB_KEY_PRESS, code);
     for (const xcb_keycode_t code : codes)
-        fake(XCB_KEY_RELEASE, code);
-    xcb_flush(connection_);
+        fakeInput(XCB_KEY_RELEASE, code);
 }
 
 std::size_t X11DesktopUnderTest::pressesSeen(std::uint32_t window, std::uint16_t key)
 {
-    return program(owners_.at(window)).tell("presses " + std::to_string(serverCode(key)));
+    sync();
+    while (const x11::Reply<xcb_generic_event_t> event { xcb_poll_for_event(connection_) })
+        if ((event->response_type & 0x7F) == XCB_KEY_PRESS) {
+            const auto& press = reinterpret_cast<const xcb_key_press_event_t&>(*event);
+            ++presses_[{ press.event, press.detail }];
+        }
+    return presses_[{ window, serverCode(key) }];
 }
 
 bool X11DesktopUnderTest::shows(const QWidget& panel)
@@ -326,23 +319,26 @@ bool X11DesktopUnderTest::shows(const QWidget& panel)
 void X11DesktopUnderTest::movePointer(CGPoint point)
 {
     const double height = desktop_->displays().all().front().frame.height;
-    xcb_warp_pointer(connection_, XCB_WINDOW_NONE, root(), 0, 0, 0, 0, static_cast<std::int16_t>(point.x),
-        static_cast<std::int16_t>(height - point.y - 1));
-    xcb_flush(connection_);
+    fakeInput(XCB_MOTION_NOTIFY, 0, static_cast<int>(point.x), static_cast<int>(height - point.y - 1));
 }
 
 void X11DesktopUnderTest::click(CGPoint point)
 {
     movePointer(point);
-    for (const int type : { XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE })
-        xcb_test_fake_input(
-            connection_, static_cast<std::uint8_t>(type), 1, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    fakeInput(XCB_BUTTON_PRESS, 1);
+    fakeInput(XCB_BUTTON_RELEASE, 1);
+}
+
+void X11DesktopUnderTest::fakeInput(std::uint8_t type, std::uint8_t detail, int x, int y)
+{
+    xcb_test_fake_input(connection_, type, detail, XCB_CURRENT_TIME, root(), static_cast<std::int16_t>(x),
+        static_cast<std::int16_t>(y), 0);
     xcb_flush(connection_);
 }
 
 void X11DesktopUnderTest::haveTwoSpaces()
 {
-    const auto count = [this] { return rootNumbers("_NET_NUMBER_OF_DESKTOPS"); };
+    const auto count = [this] { return numbers(root(), "_NET_NUMBER_OF_DESKTOPS"); };
     if (count() == std::vector<std::uint32_t> { 1 })
         tellManager(root(), "_NET_NUMBER_OF_DESKTOPS", { 2 });
     settle([&] { return count() != std::vector<std::uint32_t> { 1 }; });
@@ -355,11 +351,13 @@ void X11DesktopUnderTest::switchToSpace(std::size_t index)
 
 xcb_atom_t X11DesktopUnderTest::atom(const std::string& name)
 {
-    auto* reply = xcb_intern_atom_reply(
-        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr);
-    const xcb_atom_t result = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-    std::free(reply);
-    return result;
+    return ask(xcb_intern_atom_reply, xcb_intern_atom, 0, static_cast<std::uint16_t>(name.size()), name.data())->atom;
+}
+
+/// The server takes connections in any order; what others ask for next is to come after what was asked here.
+void X11DesktopUnderTest::sync()
+{
+    ask(xcb_get_input_focus_reply, xcb_get_input_focus);
 }
 
 void X11DesktopUnderTest::tellManager(
@@ -370,9 +368,8 @@ void X11DesktopUnderTest::tellManager(
     message.format = 32;
     message.window = window;
     message.type = atom(type);
-    std::copy(data.begin(), data.end(), message.data.data32);
+    std::ranges::copy(data, message.data.data32);
     xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
         reinterpret_cast<const char*>(&message));
-    // The server takes connections in any order; what the desktop asks for next is to come after this.
-    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    sync();
 }

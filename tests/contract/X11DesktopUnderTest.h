@@ -2,28 +2,14 @@
 
 #include "contract/DesktopUnderTest.h"
 
+#include "x11/Reply.h"
+
 #include <xcb/xcb.h>
 
-#include <cstdio>
+#include <QProcess>
+
 #include <map>
-
-/// A program with windows, in a process of its own, that does as it is told; its file says what it can be told.
-class ClientProgram {
-public:
-    explicit ClientProgram(const std::string& name);
-    ~ClientProgram();
-    ClientProgram(const ClientProgram&) = delete;
-    ClientProgram& operator=(const ClientProgram&) = delete;
-
-    pid_t pid() const { return pid_; }
-    /// Sends a command and waits for its answer.
-    std::uint32_t tell(const std::string& command);
-
-private:
-    pid_t pid_ = 0;
-    std::FILE* input_ = nullptr;
-    std::FILE* output_ = nullptr;
-};
+#include <type_traits>
 
 /// The X11 desktop on the server that DISPLAY names, under the window manager that runs there.
 class X11DesktopUnderTest final : public DesktopUnderTest {
@@ -39,11 +25,11 @@ public:
     std::uint32_t openWindow(pid_t pid, const std::string& title, const CGRect& frame) override;
     void closeWindow(std::uint32_t window) override;
     std::string install(const std::string& name) override;
-    void demandAttention(std::uint32_t window) override { tell(window, "attention"); }
+    void demandAttention(std::uint32_t window) override { addState(window, "_NET_WM_STATE_DEMANDS_ATTENTION"); }
     void setTitle(std::uint32_t window, const std::string& title) override;
     void minimise(std::uint32_t window) override;
     void focus(std::uint32_t window) override;
-    void enterFullScreen(std::uint32_t window) override;
+    void enterFullScreen(std::uint32_t window) override { addState(window, "_NET_WM_STATE_FULLSCREEN"); }
     void typeKey(std::uint16_t key, std::uint64_t flags) override;
     std::size_t pressesSeen(std::uint32_t window, std::uint16_t key) override;
     bool shows(const QWidget& panel) override;
@@ -51,34 +37,49 @@ public:
     void click(CGPoint point) override;
     void switchToSpace(std::size_t index) override;
 
+    /// By the XTEST extension; where, on the root, matters to movements.
+    void fakeInput(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0);
+
     /// As a pager would, also a window that counts as active though it is iconified.
     void bringForward(std::uint32_t window);
 
-    ClientProgram& program(pid_t pid) { return *programs_.at(pid); }
-    /// Tells a window's program to do something with it: "VERB WINDOW REST".
-    void tell(std::uint32_t window, const std::string& verb, const std::string& rest = {});
     /// Makes a window that isn't shown yet.
     std::uint32_t createWindow(pid_t pid, const CGRect& frame);
+    void show(xcb_window_t window);
+    void raise(xcb_window_t window);
+    /// "NAME TYPE VALUE...": names of atoms, numbers, or text where the type or the first letter says so.
+    void setProperty(xcb_window_t window, const std::string& description);
+    /// The numbers in a property.
+    std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property);
 
     xcb_connection_t* connection() { return connection_; }
     xcb_window_t root() const { return screen_->root; }
     xcb_atom_t atom(const std::string& name);
+    /// What the server answers; null where it can't. Afterwards it has done all that came before.
+    template <class T, class Cookie, class... Arguments>
+    x11::Reply<T> ask(T* (*reply)(xcb_connection_t*, Cookie, xcb_generic_error_t**),
+        Cookie (*request)(xcb_connection_t*, Arguments...), std::type_identity_t<Arguments>... arguments)
+    {
+        return x11::Reply<T>(reply(connection_, request(connection_, arguments...), nullptr));
+    }
 
 private:
     bool settle(const std::function<bool()>& condition, double seconds);
     bool isAnyListed();
     void haveTwoSpaces();
     xcb_window_t activeWindow();
-    /// The windows, or other numbers, in a property of the root.
-    std::vector<std::uint32_t> rootNumbers(const std::string& property);
+    void sync();
+    void addState(std::uint32_t window, const std::string& state);
     void tellManager(xcb_window_t window, const std::string& type, const std::vector<std::uint32_t>& data);
 
     /// The tests' own, by which they act as a pager or a user would.
     xcb_connection_t* connection_;
     xcb_screen_t* screen_;
     std::unique_ptr<host::Desktop> desktop_;
-    std::map<pid_t, std::unique_ptr<ClientProgram>> programs_;
-    std::map<std::uint32_t, pid_t> owners_;
+    /// They bear the names of their classes.
+    std::map<pid_t, std::unique_ptr<QProcess>> programs_;
+    std::vector<xcb_window_t> opened_;
+    std::map<std::pair<xcb_window_t, xcb_keycode_t>, std::size_t> presses_;
 };
 
 /// A home folder for the tests' sake, in force from the start of the process. An application "Test Files" opens folders
@@ -86,3 +87,4 @@ private:
 const std::string& temporaryHome();
 /// Writes a file below it: "data/" is the user's folder of data, "config/" that of settings.
 void writeAtHome(const std::string& name, const std::string& text);
+std::string contentsOf(const std::string& path);

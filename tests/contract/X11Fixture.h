@@ -5,7 +5,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -47,29 +46,20 @@ protected:
         return !manager || std::string_view(manager) != "none";
     }
 
-    /// A property of 32-bit numbers.
     std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property)
     {
-        const std::unique_ptr<xcb_get_property_reply_t, decltype(&std::free)> reply(
-            xcb_get_property_reply(under_->connection(),
-                xcb_get_property(under_->connection(), 0, window, under_->atom(property), XCB_ATOM_ANY, 0, 64),
-                nullptr),
-            &std::free);
-        if (!reply)
-            return {};
-        const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
-        return { first, first + xcb_get_property_value_length(reply.get()) / 4 };
+        return under_->numbers(window, property);
     }
 
-    /// A program of that class with a window that has the given properties ("VERB REST") before it is shown.
-    Program start(const std::string& name, const std::vector<std::pair<std::string, std::string>>& properties = {},
+    /// A program of that class with a window that has the given properties before it is shown.
+    Program start(const std::string& name, const std::vector<std::string>& properties = {},
         const CGRect& frame = { 200, 150, 500, 400 })
     {
         Program program { under_->startProgram(name), 0 };
         program.window = under_->createWindow(program.pid, frame);
-        for (const auto& [verb, rest] : properties)
-            under_->tell(program.window, verb, rest);
-        under_->tell(program.window, "map");
+        for (const std::string& property : properties)
+            under_->setProperty(program.window, property);
+        under_->show(program.window);
         EXPECT_TRUE(settle([&] { return isListed(program.window); })) << name;
         return program;
     }

@@ -4,21 +4,12 @@
 #include "base/Value.h"
 
 #include <QWidget>
-#include <xcb/xtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 namespace {
 
 using host::ElementID;
-
-std::string contentsOf(const std::string& path)
-{
-    std::ifstream file(path);
-    return { std::istreambuf_iterator<char>(file), {} };
-}
 
 std::string description(const CGRect& rect)
 {
@@ -52,8 +43,7 @@ TEST_F(X11, LayerAndPolicyFollowTypeAndState)
     };
     for (const auto& row : rows) {
         const auto program = start("layers",
-            { { "atoms", std::string("_NET_WM_WINDOW_TYPE ") + row.type },
-                { "atoms", std::string("_NET_WM_STATE ") + row.state } });
+            { std::string("_NET_WM_WINDOW_TYPE ATOM ") + row.type, std::string("_NET_WM_STATE ATOM ") + row.state });
         const auto layer = [&] { return listed(program.window).layer; };
         EXPECT_TRUE(settle([&] {
             return (row.layer == desktopLayers ? layer() < desktopLayers : layer() == row.layer)
@@ -69,7 +59,7 @@ TEST_F(X11, TheShadowsThatAClientDrawsAreNoPartOfItsBounds)
 {
     const auto program = start("shadows");
     const CGRect plain = bounds(program.window);
-    under_->tell(program.window, "numbers", "_GTK_FRAME_EXTENTS CARDINAL 10 20 30 40");
+    under_->setProperty(program.window, "_GTK_FRAME_EXTENTS CARDINAL 10 20 30 40");
 
     const CGRect visible { plain.x + 10, plain.y + 30, plain.width - 30, plain.height - 70 };
     EXPECT_TRUE(settle([&] { return bounds(program.window) == visible; }));
@@ -77,36 +67,6 @@ TEST_F(X11, TheShadowsThatAClientDrawsAreNoPartOfItsBounds)
     EXPECT_EQ(write(element(program.pid, program.window), Attribute::position, CGPoint { 300, 200 }), kAXErrorSuccess);
     EXPECT_EQ(write(element(program.pid, program.window), Attribute::size, CGSize { 350, 300 }), kAXErrorSuccess);
     EXPECT_TRUE(settle([&] { return bounds(program.window) == CGRect { 300, 200, 350, 300 }; }));
-}
-
-TEST_F(X11, AMaximisedWindowCanBePlaced)
-{
-    if (!hasWindowManager())
-        GTEST_SKIP() << "nobody maximises";
-    const auto program = start(
-        "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
-    ASSERT_TRUE(settle([&] { return bounds(program.window).width >= displays().all().front().frame.width; }));
-
-    // The first request ends the maximised state, and with it goes its decoration; who wants it exact asks again.
-    const CGRect goal { 100, 120, 640, 480 };
-    EXPECT_TRUE(settle([&] {
-        write(element(program.pid, program.window), Attribute::size, goal.size());
-        write(element(program.pid, program.window), Attribute::position, goal.origin());
-        return bounds(program.window) == goal;
-    })) << description(bounds(program.window));
-}
-
-TEST_F(X11, AFloodOfTitlesIsToldToNobody)
-{
-    const auto program = start("flood");
-    int changes = 0;
-    settle([&] { return title(program.window) != "?"; });
-    hear();
-    windows().onChange = [&] { ++changes; };
-    for (int number = 1; number <= 100; ++number)
-        under_->setTitle(program.window, "title " + std::to_string(number));
-    EXPECT_TRUE(settle([&] { return title(program.window) == "title 100"; }));
-    EXPECT_EQ(changes, 0);
 }
 
 TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
@@ -120,7 +80,7 @@ TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
     if (hasWindowManager())
         under_->bringForward(second);
     else
-        under_->tell(second, "map");
+        under_->show(second);
 
     EXPECT_TRUE(settle([&] { return !processes().find(program.pid)->isHidden; }));
     EXPECT_EQ(read<bool>(element(program.pid, program.window), Attribute::minimized), true);
@@ -132,8 +92,8 @@ TEST_F(X11, WhatHidingTookIsGivenBackWhateverElseTheProgramShows)
     const auto program = start("taker");
     // Of a window's functions, minimising is missing.
     const auto fixed = under_->createWindow(program.pid, { 700, 150, 300, 200 });
-    under_->tell(fixed, "numbers", "_MOTIF_WM_HINTS _MOTIF_WM_HINTS 1 38 0 0 0");
-    under_->tell(fixed, "map");
+    under_->setProperty(fixed, "_MOTIF_WM_HINTS _MOTIF_WM_HINTS 1 38 0 0 0");
+    under_->show(fixed);
     const auto other = start("other");
     under_->focus(program.window);
     ASSERT_TRUE(settle([&] { return isListed(fixed) && processes().frontmost() == program.pid; }));
@@ -160,7 +120,7 @@ TEST_F(X11, AnUrgentWindowIsPassedOverOnceItWasActive)
     under_->focus(other.window);
     ASSERT_TRUE(settle([&] { return processes().frontmost() == other.pid; }));
     const std::string hints = "WM_HINTS WM_HINTS 256 0 0 0 0 0 0 0 0";
-    under_->tell(urgent.window, "numbers", hints);
+    under_->setProperty(urgent.window, hints);
     EXPECT_TRUE(settle([&] { return listed(urgent.window).demandsAttention; }));
     under_->focus(urgent.window);
     EXPECT_TRUE(settle([&] { return !listed(urgent.window).demandsAttention; }));
@@ -168,10 +128,10 @@ TEST_F(X11, AnUrgentWindowIsPassedOverOnceItWasActive)
     ASSERT_TRUE(settle([&] { return processes().frontmost() == other.pid; }));
     EXPECT_FALSE(listed(urgent.window).demandsAttention) << "its hint still stands";
 
-    under_->tell(urgent.window, "numbers", "WM_HINTS WM_HINTS 0 0 0 0 0 0 0 0 0");
+    under_->setProperty(urgent.window, "WM_HINTS WM_HINTS 0 0 0 0 0 0 0 0 0");
     under_->setTitle(urgent.window, "calm");
     ASSERT_TRUE(settle([&] { return title(urgent.window) == "calm"; }));
-    under_->tell(urgent.window, "numbers", hints);
+    under_->setProperty(urgent.window, hints);
     EXPECT_TRUE(settle([&] { return listed(urgent.window).demandsAttention; })) << "and says so anew";
 }
 
@@ -185,11 +145,12 @@ TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
         "[128x128/apps]\nSize=128\nType=Fixed\nContext=Applications\n");
     writeAtHome("data/icons/hicolor/16x16/apps/mail-icon.png", "16");
     writeAtHome("data/icons/hicolor/128x128/apps/mail-icon.png", "128");
+    writeAtHome("data/pixmaps/old-icon.png", "48");
     TestEntries entries;
     entries.write("org.test.Mail",
         "Name=Test Mail\nName[de]=Testpost\nStartupWMClass=testmail-main\nIcon=mail-icon\nExec=mail\n");
     entries.write("testnotes", "Name=Notes/Slips\nIcon=no-such-icon\nExec=notes %F\n");
-    entries.write("org.test.Painter", "Name=Painter\nExec=painter\n");
+    entries.write("org.test.Painter", "Name=Painter\nIcon=old-icon\nExec=painter\n");
     entries.write("wrapped", "Name=By Program\nExec=env A=b /opt/x/window_client %u\n");
     entries.write("terminal", "Name=In Terminal\nTerminal=true\nExec=window_client\n");
     entries.write("zz-second", "Name=Painter\nStartupWMClass=second painter\nExec=p2\n");
@@ -204,7 +165,7 @@ TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
         { "TestMail-Main", "org.test.Mail", "Test Mail", "/Applications/Test Mail.app",
             "data/icons/hicolor/128x128/apps/mail-icon.png" },
         { "TestNotes", "testnotes", "Notes/Slips", "/Applications/Notes-Slips.app", nullptr },
-        { "painter", "org.test.Painter", "Painter", "/Applications/Painter.app", nullptr },
+        { "painter", "org.test.Painter", "Painter", "/Applications/Painter.app", "data/pixmaps/old-icon.png" },
         { "second painter", "zz-second", "Painter", "/Applications/Painter (zz-second).app", nullptr },
         { "NoClassThatAnEntryHas", "wrapped", "By Program", "/Applications/By Program.app", nullptr },
     };
@@ -229,9 +190,7 @@ TEST_F(X11, ADesktopEntryGivesIdentifierNameBundleAndIcon)
 
 TEST_F(X11, WithoutAnEntryTheWindowsOwnClassAndIconStand)
 {
-    const auto program
-        = start("Lonely", { { "numbers", "_NET_WM_ICON CARDINAL 2 1 4278190335 4294901760 1 1 16777215 99 99 1" } });
-
+    const auto program = start("Lonely", { "_NET_WM_ICON CARDINAL 2 1 4278190335 4294901760 1 1 16777215 99 99 1" });
     const auto process = processes().find(program.pid);
     ASSERT_TRUE(process);
     EXPECT_EQ(process->bundleIdentifier, "Lonely");
@@ -243,10 +202,14 @@ TEST_F(X11, WithoutAnEntryTheWindowsOwnClassAndIconStand)
     EXPECT_EQ(pictures->front().argb, (std::vector<std::uint32_t> { 0xFF0000FF, 0xFFFF0000 }));
 }
 
-// The Finder, the Dock and the folders
-
-TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
+TEST_F(X11, TheFinderIsTheApplicationThatOpensFoldersAndTheDockHasTheListOfApplications)
 {
+    EXPECT_EQ(session().preferencesFolder(), temporaryHome() + "/config/vantry/Preferences");
+    const std::string dock = contentsOf(session().preferencesFolder() + "/com.apple.dock.plist");
+    EXPECT_NE(dock.find("<string>file:///System/Applications/Apps.app/</string>"), dock.npos);
+    EXPECT_EQ(applications().displayName("/System/Applications/Apps.app"), "Apps");
+    EXPECT_TRUE(std::holds_alternative<IconSource::Svg>(applications().icon("/System/Applications/Apps.app")->content));
+
     const auto finder = processes().running().front();
     EXPECT_EQ(finder->bundleIdentifier, "com.apple.finder");
     EXPECT_EQ(finder->policy, host::ActivationPolicy::regular);
@@ -266,6 +229,90 @@ TEST_F(X11, TheApplicationThatOpensFoldersStandsForTheFinder)
 
     stop(program);
     EXPECT_TRUE(settle([&] { return processes().running().front()->pid == finder->pid; }));
+
+    const std::string log = temporaryHome() + "/opened";
+    const struct {
+        std::function<bool()> open;
+        std::string folder;
+    } rows[] = {
+        { [&] { return applications().open(*finder->bundlePath); }, temporaryHome() },
+        { [&] { return applications().openURL("file://" + temporaryHome() + "/.Trash/"); },
+            temporaryHome() + "/data/Trash/files" },
+    };
+    for (const auto& row : rows) {
+        std::filesystem::remove(log);
+        EXPECT_TRUE(row.open());
+        EXPECT_TRUE(settle([&] { return contentsOf(log) == row.folder + "\n"; })) << row.folder;
+    }
+    EXPECT_EQ(session().locate(temporaryHome() + "/.Trash/a"), temporaryHome() + "/data/Trash/files/a");
+    EXPECT_EQ(session().locate("/elsewhere"), "/elsewhere");
+    EXPECT_FALSE(applications().openURL("no-such-scheme:there"));
+    EXPECT_FALSE(applications().open("/Applications/No Such Thing.app"));
+}
+
+// Displays and panels
+
+TEST_F(X11, AMaximisedWindowCanBePlaced)
+{
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody maximises";
+    const auto program
+        = start("maximised", { "_NET_WM_STATE ATOM _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" });
+    ASSERT_TRUE(settle([&] { return bounds(program.window).width >= displays().all().front().frame.width; }));
+
+    // The first request ends the maximised state, and with it goes its decoration; who wants it exact asks again.
+    const CGRect goal { 100, 120, 640, 480 };
+    EXPECT_TRUE(settle([&] {
+        write(element(program.pid, program.window), Attribute::size, goal.size());
+        write(element(program.pid, program.window), Attribute::position, goal.origin());
+        return bounds(program.window) == goal;
+    })) << description(bounds(program.window));
+}
+
+TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
+{
+    const CGRect frame = displays().all().front().frame;
+    auto& pointer = under_->desktop().pointer();
+    int moves = 0;
+    pointer.onMove = [&](bool) { ++moves; };
+    QWidget panel;
+    surfaces().adopt(panel, { .level = 102 }, { 300, 300, 200, 100 });
+    surfaces().orderFront(panel);
+    const int panelTop = static_cast<int>(frame.height) - 400;
+    const auto move = [&](int x, int y) {
+        const int before = moves;
+        under_->fakeInput(XCB_MOTION_NOTIFY, 0, x, y);
+        EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y - 1 }; }));
+        // The events of a movement come no later than the answer to where the pointer is.
+        settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
+        return moves - before;
+    };
+    const auto watch = [&](bool on) {
+        ASSERT_TRUE(pointer.watch(on));
+        // An answer means that the server has taken that up before what comes on our own connection.
+        pointer.location();
+    };
+    ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
+    EXPECT_EQ(move(100, 100), 0) << "not watched yet";
+    watch(true);
+    EXPECT_GT(move(110, 110), 0);
+    EXPECT_GT(move(320, panelTop + 20), 0) << "over our own panel";
+    under_->fakeInput(XCB_BUTTON_PRESS, 1);
+    EXPECT_EQ(move(330, panelTop + 30), 0) << "over our own panel with a button held down";
+    EXPECT_GT(move(110, 110), 0) << "dragged off it";
+    under_->fakeInput(XCB_BUTTON_RELEASE, 1);
+
+    const auto cover = under_->createWindow(under_->startProgram("cover"), { 250, double(panelTop - 50), 300, 200 });
+    const std::uint32_t isOverrideRedirect = 1;
+    xcb_change_window_attributes(under_->connection(), cover, XCB_CW_OVERRIDE_REDIRECT, &isOverrideRedirect);
+    under_->show(cover);
+    EXPECT_GT(move(260, panelTop - 40), 0) << "over another's window";
+    EXPECT_EQ(move(320, panelTop + 20), 0) << "where it covers our panel";
+
+    watch(false);
+    EXPECT_EQ(move(110, 110), 0);
+    pointer.onMove = nullptr;
+    surfaces().release(panel);
 }
 
 TEST_F(X11, AFileManagerThatAWrapperStartsIsKnownByItsWindows)
@@ -288,150 +335,24 @@ TEST_F(X11, AFileManagerThatAWrapperStartsIsKnownByItsWindows)
     EXPECT_FALSE(processes().find(manager.pid)->isHidden);
 }
 
-TEST_F(X11, FoldersAndTheTrashOpenWithTheirHandler)
+TEST_F(X11, OtherDocksAndMonitorsThatComeAndGoAreFollowed)
 {
-    const std::string log = temporaryHome() + "/opened";
-    const struct {
-        std::function<bool()> open;
-        std::string folder;
-    } rows[] = {
-        { [&] { return applications().open(*processes().running().front()->bundlePath); }, temporaryHome() },
-        { [&] { return applications().openURL("file://" + temporaryHome() + "/.Trash/"); },
-            temporaryHome() + "/data/Trash/files" },
-    };
-    for (const auto& row : rows) {
-        std::filesystem::remove(log);
-        EXPECT_TRUE(row.open());
-        EXPECT_TRUE(settle([&] { return contentsOf(log) == row.folder + "\n"; })) << row.folder;
-    }
-    EXPECT_EQ(session().locate(temporaryHome() + "/.Trash/a"), temporaryHome() + "/data/Trash/files/a");
-    EXPECT_EQ(session().locate("/elsewhere"), "/elsewhere");
-    EXPECT_FALSE(applications().openURL("no-such-scheme:there"));
-    EXPECT_FALSE(applications().open("/Applications/No Such Thing.app"));
-}
-
-TEST_F(X11, TheFirstStartLeavesADockWithTheListOfApplications)
-{
-    const std::string folder = session().preferencesFolder();
-    EXPECT_EQ(folder, temporaryHome() + "/config/vantry/Preferences");
-    const std::string dock = contentsOf(folder + "/com.apple.dock.plist");
-    EXPECT_NE(dock.find("<string>file:///System/Applications/Apps.app/</string>"), dock.npos);
-    EXPECT_EQ(applications().displayName("/System/Applications/Apps.app"), "Apps");
-    EXPECT_TRUE(std::holds_alternative<IconSource::Svg>(applications().icon("/System/Applications/Apps.app")->content));
-}
-
-// Displays and panels
-
-TEST_F(X11, OtherDocksAreOutsideTheVisibleFrameAndOurBarsAreNot)
-{
-    const CGRect frame = displays().all().front().frame;
+    const auto before = displays().all();
+    const CGRect frame = before.front().frame;
     int changes = 0;
     displays().onChange = [&] { ++changes; };
     const auto dock = start("dock",
-        { { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK" },
-            { "numbers", "_NET_WM_STRUT_PARTIAL CARDINAL 0 0 30 0 0 0 0 0 0 1919 0 0" } },
-        { 0, 0, frame.width, 30 });
+        { "_NET_WM_WINDOW_TYPE ATOM _NET_WM_WINDOW_TYPE_DOCK",
+            "_NET_WM_STRUT_PARTIAL CARDINAL 0 0 30 0 0 0 0 0 0 1919 0 0" },
+        { 1000, 0, 300, 30 });
     const CGRect below { 0, 0, frame.width, frame.height - 30 };
     EXPECT_TRUE(settle([&] { return displays().all().front().visibleFrame == below; }));
     EXPECT_EQ(displays().all().front().frame, frame);
-    EXPECT_GT(changes, 0);
+    EXPECT_GT(std::exchange(changes, 0), 0);
 
-    stop(dock);
-    EXPECT_TRUE(settle([&] { return displays().all().front().visibleFrame == frame; }));
-}
-
-TEST_F(X11, ABarKeepsMaximisedWindowsOffItself)
-{
-    if (!hasWindowManager())
-        GTEST_SKIP() << "nobody maximises";
-    const CGRect frame = displays().all().front().frame;
-    const auto program = start(
-        "maximised", { { "atoms", "_NET_WM_STATE _NET_WM_STATE_MAXIMIZED_VERT _NET_WM_STATE_MAXIMIZED_HORZ" } });
-    ASSERT_TRUE(settle([&] { return bounds(program.window).width >= frame.width; }));
-    // A window manager may have a panel of its own, or put the borders of a maximised window outside of its place.
-    hear();
-    const CGRect before = bounds(program.window);
-    const double border = -before.y;
-    QWidget bar;
-    surfaces().adopt(
-        bar, { .role = host::SurfaceRole::bottomBar, .level = 101, .isOpaque = false }, { 0, 0, frame.width, 48 });
-    surfaces().orderFront(bar);
-    // They keep a gap of five points as well.
-    for (const bool isTop : { false, true }) {
-        surfaces().setRole(bar, isTop ? host::SurfaceRole::topBar : host::SurfaceRole::bottomBar);
-        surfaces().setFrame(bar, { 0, isTop ? frame.height - 48 : 0, frame.width, 48 });
-        const double top = isTop ? 53 - border : before.y;
-        const double bottom = isTop ? before.maxY() : std::min(before.maxY(), frame.height - 53 + border);
-        const CGRect left { before.x, top, before.width, bottom - top };
-        EXPECT_TRUE(settle([&] { return bounds(program.window) == left; })) << description(bounds(program.window));
-        EXPECT_EQ(displays().all().front().visibleFrame, frame);
-    }
-    surfaces().release(bar);
-}
-
-TEST_F(X11, PointerMovementIsToldWhileWatchedWhereItIsOfConcern)
-{
-    const CGRect frame = displays().all().front().frame;
-    auto& pointer = under_->desktop().pointer();
-    int moves = 0;
-    pointer.onMove = [&](bool) { ++moves; };
-    QWidget panel;
-    surfaces().adopt(panel, { .level = 102 }, { 300, 300, 200, 100 });
-    surfaces().orderFront(panel);
-    const int panelTop = static_cast<int>(frame.height) - 400;
-    const auto fake = [&](std::uint8_t type, std::uint8_t detail, int x, int y) {
-        xcb_test_fake_input(under_->connection(), type, detail, XCB_CURRENT_TIME, under_->root(),
-            static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-        xcb_flush(under_->connection());
-    };
-    const auto move = [&](int x, int y) {
-        const int before = moves;
-        fake(XCB_MOTION_NOTIFY, 0, x, y);
-        EXPECT_TRUE(settle([&] { return pointer.location() == CGPoint { double(x), frame.height - y - 1 }; }));
-        // The events of a movement come no later than the answer to where the pointer is.
-        settle([&, turns = 0]() mutable { return moves != before || ++turns > 20; });
-        return moves - before;
-    };
-    const auto watch = [&](bool on) {
-        ASSERT_TRUE(pointer.watch(on));
-        // An answer means that the server has taken that up before what comes on our own connection.
-        pointer.location();
-    };
-    ASSERT_TRUE(settle([&] { return panel.isVisible(); }));
-    EXPECT_EQ(move(100, 100), 0) << "not watched yet";
-    watch(true);
-    EXPECT_GT(move(110, 110), 0);
-    EXPECT_GT(move(320, panelTop + 20), 0) << "over our own panel";
-    fake(XCB_BUTTON_PRESS, 1, 0, 0);
-    EXPECT_EQ(move(330, panelTop + 30), 0) << "over our own panel with a button held down";
-    EXPECT_GT(move(110, 110), 0) << "dragged off it";
-    fake(XCB_BUTTON_RELEASE, 1, 0, 0);
-
-    const auto cover = xcb_generate_id(under_->connection());
-    const std::uint32_t isOverrideRedirect = 1;
-    xcb_create_window(under_->connection(), XCB_COPY_FROM_PARENT, cover, under_->root(), 250,
-        static_cast<std::int16_t>(panelTop - 50), 300, 200, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-        XCB_CW_OVERRIDE_REDIRECT, &isOverrideRedirect);
-    xcb_map_window(under_->connection(), cover);
-    EXPECT_GT(move(260, panelTop - 40), 0) << "over another's window";
-    EXPECT_EQ(move(320, panelTop + 20), 0) << "where it covers our panel";
-    xcb_destroy_window(under_->connection(), cover);
-
-    watch(false);
-    EXPECT_EQ(move(110, 110), 0);
-    pointer.onMove = nullptr;
-    surfaces().release(panel);
-}
-
-TEST_F(X11, AMonitorThatComesIsADisplayOfItsOwn)
-{
-    const auto before = displays().all();
-    int changes = 0;
-    displays().onChange = [&] { ++changes; };
     ASSERT_EQ(std::system("xrandr --setmonitor '*right' 960/300x1080/300+960+0 screen"
                           " && xrandr --setmonitor left 960/300x1000/300+0+80 none"),
         0);
-
     EXPECT_TRUE(settle([&] { return displays().all().size() == 2; }));
     const auto all = displays().all();
     EXPECT_GT(changes, 0);
@@ -439,12 +360,11 @@ TEST_F(X11, AMonitorThatComesIsADisplayOfItsOwn)
     EXPECT_EQ(all[1].frame, (CGRect { -960, 0, 960, 1000 }));
     EXPECT_NE(all[0].number, all[1].number);
     EXPECT_NE(all[0].uuid, all[1].uuid);
-
-    // Window space begins at the primary display.
-    const auto program
-        = start("monitors", { { "atoms", "_NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK" } }, { 1000, 0, 300, 40 });
-    EXPECT_TRUE(settle([&] { return bounds(program.window) == CGRect { 40, 0, 300, 40 }; }));
+    EXPECT_TRUE(settle([&] {
+        return bounds(dock.window) == CGRect { 40, 0, 300, 30 };
+    })) << "window space begins at the primary one";
     ASSERT_EQ(std::system("xrandr --delmonitor left && xrandr --delmonitor right"), 0);
+    stop(dock);
     EXPECT_TRUE(settle([&] { return displays().all() == before; }));
 }
 
