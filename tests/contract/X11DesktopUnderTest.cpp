@@ -6,6 +6,7 @@
 #include "x11/X11Desktop.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QWidget>
 #include <QWindow>
 

@@ -6,10 +6,10 @@
 
 #include <xcb/xcb.h>
 
-#include <QProcess>
-
 #include <map>
 #include <type_traits>
+
+class QProcess;
 
 /// The X11 desktop on the server that DISPLAY names, under the window manager that runs there.
 class X11DesktopUnderTest final : public DesktopUnderTest {

@@ -14,7 +14,7 @@ import time
 import unittest
 
 from PIL import Image
-from Xlib import X, XK, display, error
+from Xlib import X, XK, Xutil, display, error
 from Xlib.ext import randr, xtest
 from Xlib.protocol import event
 
@@ -572,3 +572,36 @@ class Session(World):
 
     def join_monitors(self):
         subprocess.run(["xrandr", "--delmonitor", "RIGHT"], env=self.environment, check=True)
+
+
+class Client:
+    """A program with windows of any kind, which counts what is typed, or with a key of its own."""
+
+    def __init__(self, session):
+        self.session = session
+        self.display = display.Display(session.environment["DISPLAY"])
+        self.root = self.display.screen().root
+        self.presses = []
+
+    def open(self, x, y, width, height, kind="NORMAL", state=(), **hints):
+        atoms = lambda names: [self.display.intern_atom("_NET_WM_" + name) for name in names]
+        window = self.root.create_window(x, y, width, height, 0, X.CopyFromParent, event_mask=X.KeyPressMask)
+        window.set_wm_class("client", "Client")
+        window.set_wm_normal_hints(flags=Xutil.USPosition | Xutil.USSize | hints.pop("flags", 0), **hints)
+        window.change_property(self.display.intern_atom("_NET_WM_WINDOW_TYPE"), 4, 32, atoms(["WINDOW_TYPE_" + kind]))
+        window.change_property(self.display.intern_atom("_NET_WM_STATE"), 4, 32, atoms("STATE_" + name for name in state))
+        window.map()
+        self.display.sync()
+        return eventually(lambda: next((each for each in self.session.clients() if each.id == window.id), None),
+                          "the window is managed")
+
+    def grab(self, code, modifiers):
+        self.root.grab_key(code, modifiers, False, X.GrabModeAsync, X.GrabModeAsync)
+        self.display.sync()
+
+    def seen(self, code):
+        while self.display.pending_events():
+            event = self.display.next_event()
+            if event.type == X.KeyPress:
+                self.presses.append(event.detail)
+        return self.presses.count(code)

@@ -1,7 +1,6 @@
 """Real programs on the bar: names, icons, clicks, dragging, filters."""
 
 import os
-import plistlib
 import unittest
 
 import dbus
@@ -41,41 +40,36 @@ class ProgramsTest(unittest.TestCase):
                 self.assertGreater(difference(pictures[one], pictures[other]), 12, f"{one} and {other} look alike")
 
 
-class ClickTest(SessionTest):
+class ButtonsTest(SessionTest):
     def setUp(self):
         super().setUp()
         self.session.write_settings(showFinderButton=False)
         self.session.start_bar()
-        self.terminal = self.session.xterm("terminal")
         self.editor = self.session.open("L3afpad", "l3afpad")
-        eventually(lambda: self.session.active() == self.editor.id, "the editor is active")
-        eventually(lambda: self.session.names() == ["XTerm", "L3afpad"], "both have a button")
-
-    def click_button(self, name):
-        session = self.session
-        session.click(session.bar().button(session.names().index(name)))
-
-    def frontmost(self):
-        return self.session.active()
+        self.terminal = self.session.xterm("terminal")
+        eventually(lambda: self.session.names() == ["L3afpad", "XTerm"], "both have a button")
 
     def stacking(self):
         return [window.id for window in self.session.clients() if window.id in (self.terminal.id, self.editor.id)]
 
-    def test_a_click_activates_and_raises_and_a_second_one_goes_back(self):
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertEqual(self.stacking(), [self.editor.id, self.terminal.id], "and in front")
-        eventually(lambda: "CLICK TOTAL (XTerm)" in self.session.log(), "the click is timed")
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.editor.id, "a click on the frontmost goes back")
-        self.click_button("L3afpad")
-        eventually(lambda: self.frontmost() == self.terminal.id, "and back again")
-
-    def test_a_click_un_minimises(self):
-        self.session.minimise(self.terminal)
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertFalse(self.session.is_minimised(self.terminal))
+    def test_show_desktop_leaves_everything_as_it_was(self):
+        session = self.session
+        second = session.xterm("second")
+        session.minimise(second)
+        session.activate(self.terminal)
+        others = (self.terminal, self.editor)
+        for is_shown in (True, False, True):
+            session.click(session.bar().middle("showDesktop"))
+            eventually(lambda: all(session.is_minimised(window) is is_shown for window in others), "it is cleared or left")
+            session.move(900, 300)
+            eventually(lambda: session.is_showing_desktop() is is_shown, "the bar says so")
+            self.assertTrue(session.is_minimised(second), "what was minimised before stays so")
+            if not is_shown:
+                eventually(lambda: session.active() == self.terminal.id, "the program that was in front is there again")
+                eventually(lambda: self.stacking() == [self.editor.id, self.terminal.id], "the windows lie as they did")
+        session.click(session.bar().button(0))
+        eventually(lambda: session.active() == self.editor.id, "a click on a hidden program shows it")
+        self.assertTrue(session.is_minimised(self.terminal), "and no other")
 
     def test_a_small_window_is_shown_by_a_click_and_a_middle_click_opens_another(self):
         session = self.session
@@ -83,72 +77,19 @@ class ClickTest(SessionTest):
         eventually(lambda: session.names() == ["L3afpad"], "the terminal has gone")
         small = session.xterm("small", "38x12+200+150")
         session.activate(self.editor)
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == small.id, "it is active")
+        session.click(session.bar().button(1))
+        eventually(lambda: session.active() == small.id, "it is active")
         session.activate(self.editor)
         session.minimise(small)
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == small.id, "it is active again")
-        session.move(*session.bar().button(session.names().index("XTerm")))
+        session.click(session.bar().button(1))
+        eventually(lambda: session.active() == small.id, "it is active again")
+        session.move(*session.bar().button(1))
         session.press(2)
         session.release(2)
         eventually(lambda: len(session.windows_of("XTerm")) > 1, "a new window opens")
         self.assertEqual(len(session.windows_of("XTerm")), 2, "of which no click has opened one")
 
-    def test_a_click_on_a_window_button_raises_just_that_window(self):
-        second = self.session.xterm("second")
-        third = self.session.xterm("third")
-        self.session.minimise(second)
-        self.session.write_settings(grouping="never", showFinderButton=False)
-        eventually(lambda: self.session.names().count("XTerm") == 3, "three terminals are three programs")
-        # Every terminal is a process of its own: the second one's button is the third on the bar.
-        self.session.click(self.session.bar().button(2))
-        eventually(lambda: self.frontmost() == second.id, "the second terminal is active")
-        self.assertFalse(self.session.is_minimised(second))
-        self.assertFalse(self.session.is_minimised(third))
-
-    def test_show_desktop_hides_everything_and_brings_it_back_as_it_was(self):
-        session = self.session
-        minimised = session.xterm("minimised before")
-        session.minimise(minimised)
-        session.activate(self.terminal)
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: session.is_minimised(self.terminal) and session.is_minimised(self.editor), "the screen is clear")
-        session.move(900, 300)
-        eventually(session.is_showing_desktop, "the bar says so")
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: not session.is_minimised(self.terminal) and not session.is_minimised(self.editor),
-                   "the windows are back")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the program that was in front is there again")
-        eventually(lambda: self.stacking() == [self.editor.id, self.terminal.id], "the windows lie as they did")
-        self.assertTrue(session.is_minimised(minimised), "what was minimised before stays so")
-
-    def test_a_click_on_a_hidden_program_shows_it(self):
-        session = self.session
-        session.click(session.bar().middle("showDesktop"))
-        eventually(lambda: session.is_minimised(self.terminal), "the terminal is hidden")
-        session.move(900, 300)
-        eventually(session.is_showing_desktop, "the screen is clear")
-        self.click_button("XTerm")
-        eventually(lambda: self.frontmost() == self.terminal.id, "the terminal is active")
-        self.assertTrue(session.is_minimised(self.editor), "the other program stays hidden")
-
-    def test_dragging_a_button_reorders_and_is_remembered(self):
-        session = self.session
-        bar = session.bar()
-        session.drag(bar.button(0), bar.button(1))
-        eventually(lambda: session.names() == ["L3afpad", "XTerm"], "the order on the bar")
-        self.assertEqual(session.settings()["appOrder"], "manual")
-        order = session.settings()["manualOrder"]
-        self.assertEqual(len(order), 2)
-        # The file is a property list that another reader understands, with the keys in the new order.
-        with open(session.preferences(), "rb") as file:
-            self.assertEqual(plistlib.load(file)["manualOrder"], order)
-
-        session.restart_bar()
-        eventually(lambda: session.names() == ["L3afpad", "XTerm"], "the order after a new start")
-
-    def test_the_frontmost_button_and_the_hovered_one_are_lit(self):
+    def test_the_front_and_the_hovered_button_are_lit_and_a_new_order_is_remembered(self):
         session = self.session
         session.move(900, 300)
         bar = session.bar()
@@ -161,73 +102,55 @@ class ClickTest(SessionTest):
         session.move(900, 300)
         eventually(lambda: difference(corner(0), plain) < 2, "and loses it when the pointer leaves")
 
+        session.drag(bar.button(0), bar.button(1))
+        eventually(lambda: session.names() == ["XTerm", "L3afpad"], "the order on the bar")
+        # The file is a property list that another reader understands.
+        self.assertEqual(session.settings()["appOrder"], "manual")
+        self.assertEqual(len(session.settings()["manualOrder"]), 2)
+        session.restart_bar()
+        eventually(lambda: session.names() == ["XTerm", "L3afpad"], "the order after a new start")
 
-class TrashTest(unittest.TestCase):
-    def test_the_tile_follows_the_users_trash(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            session.move(900, 300)
-            bar = session.bar()
-            tile = lambda: session.picture(bar.trash(0)[0] - 16, bar.y + 12, 32, 36)
-            empty = eventually(lambda: len(set(tile().getdata())) > 8 and tile(), "the tile is painted")
-            with open(os.path.join(session.trash_folder(), "thrown away"), "w", encoding="utf-8"):
-                pass
-            eventually(lambda: difference(tile(), empty) > 0.5, "the tile shows a full Trash", 4)
-            os.remove(os.path.join(session.trash_folder(), "thrown away"))
-            eventually(lambda: difference(tile(), empty) < 0.1, "and an empty one again", 4)
+    def test_filters_the_trash_and_badges_follow_what_others_do(self):
+        session = self.session
+        session.ask(self.editor, "_NET_WM_DESKTOP", 1, 2)
+        eventually(lambda: session.property(self.editor, "_NET_WM_DESKTOP")[0] == 1, "the editor is on another desktop")
+        session.write_settings(currentSpaceOnly=True)
+        eventually(lambda: session.names() == ["XTerm"], "just this desktop's programs")
+        session.ask(session.root, "_NET_CURRENT_DESKTOP", 1)
+        eventually(lambda: session.names() == ["L3afpad"], "the other desktop's program")
+        session.write_settings(currentSpaceOnly=False)
+        eventually(lambda: session.names() == ["L3afpad", "XTerm"], "all again")
 
+        session.move(900, 300)
+        bar = session.bar()
+        tile = lambda: session.picture(bar.trash(2)[0] - 16, bar.y + 12, 32, 36)
+        empty = eventually(lambda: len(set(tile().getdata())) > 8 and tile(), "the tile is painted")
+        thrown = os.path.join(session.trash_folder(), "thrown away")
+        with open(thrown, "w", encoding="utf-8"):
+            pass
+        eventually(lambda: difference(tile(), empty) > 0.5, "the tile shows a full Trash", 4)
+        os.remove(thrown)
+        eventually(lambda: difference(tile(), empty) < 0.1, "and an empty one again", 4)
 
-class FilterTest(unittest.TestCase):
-    def test_grouping_and_the_desktop_filter_follow_settings_written_by_another_process(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            editor = session.open("L3afpad", "l3afpad")
-            session.xterm()
-            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "both are on the bar")
-            session.ask(editor, "_NET_WM_DESKTOP", 1, 2)
-            eventually(lambda: session.property(editor, "_NET_WM_DESKTOP")[0] == 1, "the editor is on another desktop")
-            session.write_settings(showFinderButton=False, currentSpaceOnly=True)
-            eventually(lambda: session.names() == ["XTerm"], "just this desktop's programs")
-            session.ask(session.root, "_NET_CURRENT_DESKTOP", 1)
-            eventually(lambda: session.names() == ["L3afpad"], "the other desktop's program")
-            session.write_settings(showFinderButton=False, currentSpaceOnly=False)
-            eventually(lambda: session.names() == ["L3afpad", "XTerm"], "all again")
+        def is_red():
+            red, green, blue = ImageStat.Stat(session.picture(bar.button(0)[0] + 8, bar.y + 8, 10, 10)).mean
+            return red > 120 and red > 2 * green and red > 2 * blue
 
+        self.assertFalse(is_red())
+        # A badge lasts as long as the program that sent it, so the sender stays.
+        bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        update = dbus.lowlevel.SignalMessage("/com/canonical/unity/launcherentry/1",
+                                             "com.canonical.Unity.LauncherEntry", "Update")
+        update.append("application://l3afpad.desktop", {"count": dbus.Int64(7), "count-visible": True}, signature="sa{sv}")
 
-class BadgeTest(unittest.TestCase):
-    def test_a_launcher_entry_signal_shows_as_a_badge(self):
-        with Session() as session:
-            session.write_settings(showFinderButton=False)
-            session.start_bar()
-            session.open("L3afpad", "l3afpad")
-            eventually(lambda: session.names() == ["L3afpad"], "the program has its button")
-            session.move(900, 300)
-            bar = session.bar()
-            corner = lambda: session.picture(bar.button(0)[0] + 8, bar.y + 8, 10, 10)
+        def signal_and_look():
+            bus.send_message(update)
+            bus.flush()
+            return is_red()
 
-            def is_red():
-                red, green, blue = ImageStat.Stat(corner()).mean
-                return red > 120 and red > 2 * green and red > 2 * blue
-
-            self.assertFalse(is_red())
-
-            # A badge lasts as long as the program that sent it, so the sender stays.
-            bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
-            update = dbus.lowlevel.SignalMessage("/com/canonical/unity/launcherentry/1",
-                                                 "com.canonical.Unity.LauncherEntry", "Update")
-            update.append("application://l3afpad.desktop", {"count": dbus.Int64(7), "count-visible": True},
-                          signature="sa{sv}")
-
-            def signal_and_look():
-                bus.send_message(update)
-                bus.flush()
-                return is_red()
-
-            eventually(signal_and_look, "the badge is painted")
-            bus.close()
-            eventually(lambda: not is_red(), "the badge goes with its sender")
+        eventually(signal_and_look, "the badge is painted")
+        bus.close()
+        eventually(lambda: not is_red(), "the badge goes with its sender")
 
 
 if __name__ == "__main__":

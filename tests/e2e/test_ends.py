@@ -47,7 +47,7 @@ class EndTest(unittest.TestCase):
                 self.assertEqual(program.wait(10), 0)
                 self.assertIn("vantry: the X server closed the connection\n", session.log())
 
-    def test_signals_end_it_in_order_unless_they_were_switched_off(self):
+    def test_signals_end_it_in_order_unless_switched_off_and_it_outlives_the_reader_of_its_log(self):
         with Session() as session:
             for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
                 program = session.start_bar()
@@ -59,9 +59,9 @@ class EndTest(unittest.TestCase):
             session.xterm()
             eventually(lambda: session.names() == ["XTerm"], "it goes on")
             self.assertIsNone(program.poll())
+            program.kill()
+            program.wait()
 
-    def test_it_outlives_the_reader_of_its_log(self):
-        with Session() as session:
             read, write = os.pipe()
             program = subprocess.Popen([PROGRAM], env={**session.environment, "BAR_DEBUG": "1"}, stderr=write)
             session.processes.append(program)
@@ -69,7 +69,7 @@ class EndTest(unittest.TestCase):
             eventually(lambda: b"launched" in os.read(read, 65536), "it logs")
             os.close(read)
             session.xterm()
-            eventually(lambda: session.names() == ["XTerm"], "it goes on")
+            eventually(lambda: session.names() == ["XTerm"] * 2, "it goes on without the reader of its log")
             self.assertIsNone(program.poll())
 
 

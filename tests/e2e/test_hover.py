@@ -10,54 +10,10 @@ class HoverTest(Panels, SessionTest):
         super().setUp()
         self.session.write_settings(showFinderButton=False)
 
-    def terminal(self, title, color, geometry):
-        window = self.session.open("XTerm", "xterm", "-title", title, "-bg", color, "-fg", color, "-cr", color,
-                                   "-geometry", geometry, "-e", "sleep", "1000")
-        eventually(lambda: self.session.active() == window.id, "the new terminal is active")
-        return window
-
-    def test_the_trash_tells_its_name_and_the_bar_stays_out_of_the_way(self):
-        session = self.session
-        terminal = self.terminal("terminal", "#204080", "80x24+200+150")
-        session.start_bar()
-        eventually(lambda: len(session.names()) == 1, "the terminal has its button")
-        bar = session.bar()
-        session.move(*bar.trash(1))
-        x, y, width, height = self.tooltip()
-        self.assertAlmostEqual(x + width / 2, bar.trash(1)[0], delta=2)
-        self.assertEqual(y + height, bar.y - 6)
-        eventually(lambda: self.is_color((x + 5, y + height // 2), (36, 36, 36)), "the tooltip is painted")
-        self.assertEqual(session.active(), terminal.id, "the focus stays where it was")
-
-        session.move(*bar.middle("showDesktop"))
-        eventually(lambda: self.popup("TOOLTIP") and self.popup("TOOLTIP")[2] > width * 2, "the next tooltip is another")
-        session.move(900, 400)
-        eventually(self.no_panels, "the tooltip goes with the pointer")
-
-    def test_a_preview_shows_covered_windows_and_a_click_on_a_card_raises_one(self):
-        session = self.session
-        session.start_bar()
-        program = Program(session)
-        red = program.open("red", 0xC02020, 200, 150)
-        program.open("blue", 0x2020C0, 230, 170)
-        self.terminal("cover", "#808080", "160x50+100+50")
-        eventually(lambda: len(session.names()) == 2, "both programs have a button")
-        button = session.bar().button(1 - session.names().index("XTerm"))
-        session.move(*button)
-        preview = self.preview()
-        self.assertEqual(preview[2:], (2 * CARD + GAP + 2 * MARGIN, 150))
-        eventually(lambda: self.is_color(self.card(preview, 0), (192, 32, 32)), "the older window is first, and covered")
-        eventually(lambda: self.is_color(self.card(preview, 1), (32, 32, 192)), "and then the other")
-        self.travel(button, self.card(preview, 0))
-        self.assertEqual(self.popup("POPUP_MENU"), preview, "the panel stays while the pointer travels into it")
-        session.press()
-        session.release()
-        eventually(lambda: session.active() == red.id, "the picked window is active")
-        eventually(self.no_panels, "the panel goes with the pick")
 
     def test_at_either_edge_the_pointer_reaches_the_preview_at_any_speed_and_leaving_closes_it(self):
         session = self.session
-        self.terminal("terminal", "#20a040", "60x20+200+250")
+        session.xterm(geometry="60x20+200+250")
         for edge in ("bottom", "top"):
             with self.subTest(edge=edge):
                 session.write_settings(barEdge=edge)
@@ -93,6 +49,7 @@ class HoverTest(Panels, SessionTest):
         button = session.bar().button(0)
         session.move(*button)
         preview = self.preview()
+        self.assertEqual(preview[2:], (2 * CARD + GAP + 2 * MARGIN, 150))
         eventually(lambda: self.is_color(self.card(preview, 1), (160, 64, 32)), "the newer window is second")
         program.close(closing)
         eventually(lambda: len(session.windows_of("Painter")) == 1, "the window has gone")
@@ -119,7 +76,7 @@ class HoverTest(Panels, SessionTest):
     def test_a_preview_goes_with_its_monitor(self):
         session = self.session
         session.split_monitors()
-        self.terminal("terminal", "#20a040", "60x20+1100+250")
+        session.xterm(geometry="60x20+1100+250")
         process = session.start_bar()
         eventually(lambda: len(session.bars()) == 2, "each monitor has its bar")
         eventually(lambda: session.names(1), "the terminal has its button")

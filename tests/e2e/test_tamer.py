@@ -7,7 +7,7 @@ import unittest
 
 from Xlib import X, Xutil, display
 
-from session import SessionTest, eventually, foot, frame, is_full_screen
+from session import Client, SessionTest, eventually, foot, frame
 
 CLEAR = 1080 - 63 - 5
 TICK = 0.5
@@ -43,27 +43,6 @@ class Watch:
         return requests, len(set(sizes))
 
 
-class Client:
-    """A program with windows of any kind."""
-
-    def __init__(self, session):
-        self.session = session
-        self.display = display.Display(session.environment["DISPLAY"])
-        self.root = self.display.screen().root
-
-    def open(self, x, y, width, height, kind="NORMAL", state=(), **hints):
-        atoms = lambda names: [self.display.intern_atom("_NET_WM_" + name) for name in names]
-        window = self.root.create_window(x, y, width, height, 0, X.CopyFromParent, X.InputOutput, X.CopyFromParent)
-        window.set_wm_class("client", "Client")
-        window.set_wm_normal_hints(flags=Xutil.USPosition | Xutil.USSize | hints.pop("flags", 0), **hints)
-        window.change_property(self.display.intern_atom("_NET_WM_WINDOW_TYPE"), 4, 32, atoms(["WINDOW_TYPE_" + kind]))
-        window.change_property(self.display.intern_atom("_NET_WM_STATE"), 4, 32, atoms("STATE_" + name for name in state))
-        window.map()
-        self.display.sync()
-        return eventually(lambda: next((each for each in self.session.clients() if each.id == window.id), None),
-                          "the window is managed")
-
-
 class TamerTest(SessionTest):
     def setUp(self):
         super().setUp()
@@ -94,22 +73,6 @@ class TamerTest(SessionTest):
         session.activate(terminal)
         eventually(lambda: 68 <= frame(session, terminal)[1] <= 70, "it follows the bar to the other edge")
 
-    def test_what_the_window_manager_maximised_is_left_alone(self):
-        session = self.session
-        terminal = session.xterm()
-        session.ask(terminal, "_NET_WM_STATE", 1, session.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
-                    session.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), 2)
-        eventually(lambda: session.geometry(terminal)[3] > 900, "it is maximised")
-        with Watch(session, terminal) as watch:
-            self.assertEqual(watch.during(4 * TICK)[0], 0)
-        self.assertIn("_NET_WM_STATE_MAXIMIZED_VERT", session.atoms(terminal, "_NET_WM_STATE"))
-
-    def test_a_full_screen_program_becomes_a_maximised_one(self):
-        session = self.session
-        terminal = session.open("XTerm", "xterm", "-fullscreen", "-e", "sleep", "1000")
-        eventually(lambda: not is_full_screen(session, terminal) and frame(session, terminal)[2] > 1880
-                   and foot(session, terminal) <= CLEAR, "it is out of full screen and fills the room")
-
     def test_floating_windows_are_lifted_as_they_are(self):
         session, client = self.session, Client(self.session)
         session.write_settings(autoFitWindows=False)
@@ -123,8 +86,16 @@ class TamerTest(SessionTest):
             self.assertEqual(session.geometry(window)[2:], size)
         self.assertGreater(foot(session, plain), CLEAR)
 
-    def test_a_window_that_cannot_shrink_is_asked_as_often_as_it_must_and_stays_put(self):
+    def test_what_is_maximised_is_left_alone_and_what_cannot_shrink_asked_as_often_as_it_must(self):
         session, client = self.session, Client(self.session)
+        terminal = session.xterm()
+        session.ask(terminal, "_NET_WM_STATE", 1, session.atom("_NET_WM_STATE_MAXIMIZED_VERT"),
+                    session.atom("_NET_WM_STATE_MAXIMIZED_HORZ"), 2)
+        eventually(lambda: session.geometry(terminal)[3] > 900, "it is maximised")
+        with Watch(session, terminal) as watch:
+            self.assertEqual(watch.during(4 * TICK)[0], 0)
+        self.assertIn("_NET_WM_STATE_MAXIMIZED_VERT", session.atoms(terminal, "_NET_WM_STATE"))
+
         window = client.open(100, 50, 500, 1050, flags=Xutil.PMinSize, min_width=500, min_height=1050)
         session.activate(window)
         with Watch(session, window) as watch:
