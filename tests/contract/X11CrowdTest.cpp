@@ -53,7 +53,7 @@ private:
 
 TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
 {
-    constexpr std::size_t crowd = 150;
+    constexpr std::size_t crowd = 80;
     // An open window costs some 60 requests, and may be heard of in several steps.
     constexpr unsigned mostRequests = 140;
     constexpr std::ptrdiff_t mostTouched = 4;

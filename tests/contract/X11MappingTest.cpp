@@ -89,6 +89,8 @@ TEST_F(X11, AUserWhoBringsBackOneWindowUnhidesTheApplication)
 
 TEST_F(X11, WhatHidingTookIsGivenBackWhateverElseTheProgramShows)
 {
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody brings a window to the front";
     const auto program = start("taker");
     // Of a window's functions, minimising is missing.
     const auto fixed = under_->createWindow(program.pid, { 700, 150, 300, 200 });
@@ -115,6 +117,8 @@ TEST_F(X11, WhatHidingTookIsGivenBackWhateverElseTheProgramShows)
 
 TEST_F(X11, AnUrgentWindowIsPassedOverOnceItWasActive)
 {
+    if (!hasWindowManager())
+        GTEST_SKIP() << "nobody tells which window is active";
     const auto urgent = start("urgent");
     const auto other = start("other");
     under_->focus(other.window);
@@ -130,7 +134,11 @@ TEST_F(X11, AnUrgentWindowIsPassedOverOnceItWasActive)
 
     under_->setProperty(urgent.window, "WM_HINTS WM_HINTS 0 0 0 0 0 0 0 0 0");
     under_->setTitle(urgent.window, "calm");
-    ASSERT_TRUE(settle([&] { return title(urgent.window) == "calm"; }));
+    // Some window managers make a state of the hint, and take it away with it.
+    const xcb_atom_t demands = under_->atom("_NET_WM_STATE_DEMANDS_ATTENTION");
+    ASSERT_TRUE(settle([&] {
+        return title(urgent.window) == "calm" && !std::ranges::count(numbers(urgent.window, "_NET_WM_STATE"), demands);
+    }));
     under_->setProperty(urgent.window, hints);
     EXPECT_TRUE(settle([&] { return listed(urgent.window).demandsAttention; })) << "and says so anew";
 }
