@@ -89,8 +89,8 @@ std::optional<WindowEntry> countedWindow(const Value& entry)
 }
 
 /// Reads the list anew, and gives the processes of which windows came, went or changed.
-std::set<pid_t> readList(std::optional<Value>& list, Carried<const Value::Dictionary*, Reading>& readings,
-    std::map<pid_t, int>& demanding)
+std::set<pid_t> readList(
+    std::optional<Value>& list, Carried<const Value::Dictionary*, Reading>& readings, std::map<pid_t, int>& demanding)
 {
     std::set<pid_t> changed;
     const auto before = std::exchange(list, CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0));

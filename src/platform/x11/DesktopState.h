@@ -26,8 +26,8 @@ struct DesktopState {
     std::vector<const WindowRecord*> appearance;
     /// By process, in the same order; no process without any.
     std::unordered_map<pid_t, std::vector<const WindowRecord*>> owned;
-    /// Bottom to top, as the window manager lists them; it may be behind `windows`. Not every one follows with that what
-    /// it does with its frames: it decides only among windows that share one.
+    /// Bottom to top, as the window manager lists them; it may be behind `windows`. Not every one follows with that
+    /// what it does with its frames: it decides only among windows that share one.
     std::vector<xcb_window_t> managedStacking;
     RootChildren rootChildren;
 
