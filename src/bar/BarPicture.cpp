@@ -43,6 +43,7 @@ BarPicture BarPicture::current(CGSize size, const std::vector<BarItem>& items)
 std::vector<BarItem> BarPicture::buttonsOf(const std::vector<BarItem>& items)
 {
     std::vector<BarItem> buttons;
+    buttons.reserve(items.size());
     std::ranges::remove_copy_if(items, std::back_inserter(buttons), &BarItem::isLauncher);
     return buttons;
 }

@@ -80,7 +80,10 @@ void BarView::gather()
     const BarLayout before = std::exchange(picture_, BarPicture::current(bounds().size(), items_)).layout;
     if (layout() != before)
         applySearchFieldStyle();
-    showState();
+    if (press_)
+        showDrag();
+    else
+        showState();
 }
 
 /// Takes what changes between two gatherings into the picture.
@@ -89,9 +92,15 @@ void BarView::showState()
     picture_.hovered = hover_.hit();
     picture_.isSearchFocused = search_.isFocused();
     picture_.isShowingDesktop = ShowDesktop::isShowingDesktop();
+    setNeedsDisplay();
+}
+
+/// The same when the press has changed, and with it perhaps the order of the buttons.
+void BarView::showDrag()
+{
     picture_.buttons = arranged(press_);
     picture_.drag = drag();
-    setNeedsDisplay();
+    showState();
 }
 
 void BarView::draw(const CGRect&)
@@ -213,7 +222,7 @@ void BarView::mouseDragged(const NSEvent& event)
         return;
     if (!wasDrag)
         cancelTooltip();
-    showState();
+    showDrag();
 }
 
 void BarView::mouseUp(const NSEvent& event)
@@ -279,7 +288,7 @@ bool BarView::performDragOperation(const NSDraggingInfo& dragged)
 void BarView::endPress()
 {
     if (std::exchange(press_, std::nullopt))
-        showState();
+        showDrag();
 }
 
 void BarView::commitDrag()

@@ -106,6 +106,7 @@ private:
     const BarLayout& layout() const { return picture_.layout; }
     void gather();
     void showState();
+    void showDrag();
     std::optional<BarDrag> drag() const;
     std::vector<BarItem> arranged(const std::optional<BarPress>& press) const;
 

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <numeric>
 
 namespace {
 
@@ -121,6 +122,8 @@ std::vector<BarItem> DockModel::expand(const std::vector<BarItem>& items)
     const auto map = WindowIndex::byPID();
     const auto focused = WindowIndex::focusedWindowID();
     std::vector<BarItem> expanded;
+    expanded.reserve(std::accumulate(items.begin(), items.end(), items.size(),
+        [&](std::size_t sum, const BarItem& item) { return sum + windowsOf(item, *map).size(); }));
     for (const BarItem& item : items) {
         const Windows& windows = windowsOf(item, *map);
         if (item.isLauncher || windows.empty()) {

@@ -64,6 +64,9 @@ template <class Body>
 void DrawingPainter::inPixels(const Body& body)
 {
     const QTransform points = painter_.worldTransform();
+    // Where they are the same, a change would still cost the toolkit.
+    if (points.isIdentity())
+        return body();
     painter_.setWorldTransform({});
     body();
     painter_.setWorldTransform(points);
