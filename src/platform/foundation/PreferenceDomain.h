@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/PreferenceFile.h"
 #include "base/RunLoop.h"
 #include "base/Value.h"
 #include "foundation/FileWatch.h"
@@ -16,10 +17,8 @@
 /// One property-list file and what was last read of it.
 ///
 /// Reading looks at the file's identity and change time, once a turn of the run loop, and reads the file again when
-/// they differ. Writing takes a lock that every writing process shares, reads what is there, changes some keys, writes
-/// the whole to a temporary file, syncs it and renames it over the old one, or over what that links to; the other keys
-/// and the file's format stay as they were. A file that can't be parsed counts as empty, and is renamed to
-/// "NAME.plist.damaged-N" before anything is written in its place. Main thread.
+/// they differ. Writing changes some keys; the others and the file's format stay as they are by then. A file that can't
+/// be parsed counts as empty. Main thread.
 class PreferenceDomain {
 public:
     /// A key without a value goes.
@@ -46,32 +45,14 @@ public:
     bool isFollowed() const { return watch_ != nullptr; }
 
 private:
-    struct Stamp {
-        std::uint64_t device = 0;
-        std::uint64_t inode = 0;
-        std::int64_t size = -1;
-        std::int64_t changed = 0;
-        bool operator==(const Stamp&) const = default;
-    };
-    enum class Condition { sound, missing, damaged, unreadable };
-
     void refresh();
-    void reload();
+    void tellUnless(const Value::Dictionary& same);
     void load();
-    void read();
-    void apply(const Changes& changes);
-    Stamp stamp() const;
-    /// Empty on success, else the reason.
-    std::string save();
-    std::string store();
-    std::string setAside();
+    static void apply(const Changes& changes, Value::Dictionary& values);
 
-    std::string file_;
-    Stamp stamp_;
+    PreferenceFile file_;
+    PreferenceFile::Contents known_;
     std::optional<std::uint64_t> checkedTurn_;
-    Condition condition_ = Condition::missing;
-    bool isBinary_ = false;
-    Value::Dictionary values_;
     Changes unsaved_;
     std::function<void()> told_;
     std::unique_ptr<FileWatch> watch_;
