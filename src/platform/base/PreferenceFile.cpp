@@ -110,6 +110,24 @@ PreferenceFile::Contents PreferenceFile::read() const
 
 std::string PreferenceFile::change(Contents& contents, const Change& change) const
 {
+    return locked([&] {
+        if (stamp() != contents.stamp)
+            contents = read();
+        change(contents);
+        return write(contents);
+    });
+}
+
+std::string PreferenceFile::remove() const
+{
+    return locked([&] {
+        const bool isGone = ::unlink(path_.c_str()) == 0 || errno == ENOENT;
+        return isGone ? std::string() : failure("can't remove");
+    });
+}
+
+std::string PreferenceFile::locked(const std::function<std::string()>& work) const
+{
     std::error_code ignored;
     fs::create_directories(fs::path(path_).parent_path(), ignored);
     const auto lock
@@ -118,10 +136,7 @@ std::string PreferenceFile::change(Contents& contents, const Change& change) con
         return failure("can't lock");
     if (!takeLock(lock))
         return "another process keeps the lock";
-    if (stamp() != contents.stamp)
-        contents = read();
-    change(contents.values);
-    return write(contents);
+    return work();
 }
 
 std::string PreferenceFile::write(Contents& contents) const

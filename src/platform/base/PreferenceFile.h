@@ -31,7 +31,8 @@ public:
         /// Empty unless the file is sound.
         Value::Dictionary values;
     };
-    using Change = std::function<void(Value::Dictionary& values)>;
+    /// Of the values, and where it matters of the format.
+    using Change = std::function<void(Contents& contents)>;
 
     explicit PreferenceFile(std::string path)
         : path_(std::move(path))
@@ -45,8 +46,12 @@ public:
     /// in the format that it came in; `contents` is then what was written. Empty on success, else the reason, and the
     /// file is as it was. A lock that another process keeps is waited for two seconds.
     std::string change(Contents& contents, const Change& change) const;
+    /// Takes the file away, under the lock too. Empty on success, or where there is none; else the reason.
+    std::string remove() const;
 
 private:
+    /// Empty when the lock was taken and the work succeeded.
+    std::string locked(const std::function<std::string()>& work) const;
     std::string write(Contents& contents) const;
     std::string setAside(Contents& contents) const;
 

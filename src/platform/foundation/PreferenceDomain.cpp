@@ -50,7 +50,8 @@ void PreferenceDomain::set(const Changes& changes)
         unsaved_.insert_or_assign(key, value);
     Value::Dictionary before = known_.values;
     apply(changes, before);
-    const std::string reason = file_.change(known_, [this](Value::Dictionary& values) { apply(unsaved_, values); });
+    const std::string reason
+        = file_.change(known_, [this](PreferenceFile::Contents& contents) { apply(unsaved_, contents.values); });
     if (reason.empty())
         unsaved_.clear();
     apply(unsaved_, known_.values);

@@ -1,6 +1,8 @@
 #include "host/Desktop.h"
 
 #include "base/PerDesktop.h"
+#include "host/LoginItem.h"
+#include "host/Tools.h"
 
 #include <cassert>
 
@@ -24,4 +26,32 @@ void host::Desktop::setCurrent(Desktop* desktop)
     if (desktop != currentDesktop)
         PerDesktop::endAll();
     currentDesktop = desktop;
+}
+
+host::Tools& host::Desktop::tools()
+{
+    static Tools none;
+    return none;
+}
+
+host::LoginItem& host::Desktop::loginItem()
+{
+    static LoginItem none;
+    return none;
+}
+
+std::unique_ptr<host::RunningTool> host::Tools::launch(const Run& run, std::string& reason)
+{
+    reason = run.path + ": there is no such tool on this desktop";
+    return nullptr;
+}
+
+std::string host::LoginItem::registerItem()
+{
+    return "this desktop starts nothing at login";
+}
+
+std::string host::LoginItem::unregisterItem()
+{
+    return "this desktop starts nothing at login";
 }

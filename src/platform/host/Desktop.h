@@ -11,10 +11,12 @@ class Badges;
 class Capture;
 class Displays;
 class Keyboard;
+class LoginItem;
 class Pointer;
 class Processes;
 class Session;
 class Surfaces;
+class Tools;
 class Windows;
 
 /// Everything the layer stands on: one desktop. Two exist, embedded/ and x11/; a third is one more folder beside them.
@@ -33,6 +35,9 @@ public:
     virtual Surfaces& surfaces() = 0;
     virtual Capture& capture() = 0;
     virtual Session& session() = 0;
+    /// As they come, there is no tool, and nothing starts at login.
+    virtual Tools& tools();
+    virtual LoginItem& loginItem();
 
     /// Set by the application object: the desktop is gone (its server closed the connection, its window was closed) and
     /// the program must end.
