@@ -15,14 +15,18 @@ public:
     }
 
     void applicationDidFinishLaunching() override;
-    void applicationWillTerminate() override { }
+    /// Gives the system's settings back, unless the user doesn't want it or there is nothing to give.
+    void applicationWillTerminate() override;
 
     /// Null in a diagnostic run and in a second instance.
     const std::shared_ptr<BarManager>& manager() const { return manager_; }
 
 private:
     void start();
+    void takeTheDocksPlace();
 
     NSApplication& application_;
     std::shared_ptr<BarManager> manager_;
+    /// This process leaves the system's settings alone at quit.
+    bool isProbeRun_ = false;
 };

@@ -6,6 +6,7 @@
 class ManualClock final : public Clock {
 public:
     std::uint64_t nanoseconds() const override { return now_; }
+    double wallSeconds() const override { return 1'772'357'400 + static_cast<double>(now_) / 1e9; }
     bool isManual() const override { return true; }
 
     /// Lets `seconds` pass: everything due on the main run loop up to then runs in order of its time, each at its time.

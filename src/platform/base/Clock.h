@@ -9,6 +9,8 @@ public:
 
     /// Monotonic, in nanoseconds since an arbitrary start.
     virtual std::uint64_t nanoseconds() const = 0;
+    /// The calendar's time, in seconds since 1970. It may be set back.
+    virtual double wallSeconds() const = 0;
     /// Whether time passes only when it is stepped; then no thread is started and no delay waits.
     virtual bool isManual() const = 0;
 };
@@ -17,5 +19,6 @@ public:
 class SystemClock final : public Clock {
 public:
     std::uint64_t nanoseconds() const override;
+    double wallSeconds() const override;
     bool isManual() const override { return false; }
 };

@@ -23,7 +23,8 @@ struct Call {
         /// Of an accessibility action.
         action,
         /// "activate", "hide", "unhide", "terminate", "forceTerminate" of a process; "open" of an application;
-        /// "openURL"; "windowList"; "window"; "capture"; "key" of a process, "postKeyDown" and "postKeyUp".
+        /// "openURL"; "windowList"; "window"; "capture"; "key" of a process, "postKeyDown" and "postKeyUp";
+        /// "tool".
         request,
     };
 
@@ -36,7 +37,8 @@ struct Call {
     std::uint64_t window = 0;
     /// The attribute, action or request.
     std::string name;
-    /// What was written; for "open" and "openURL" the path or URL; for a key its number.
+    /// What was written; for "open" and "openURL" the path or URL; for a key its number; for
+    /// "tool" its command line.
     std::optional<host::AttributeValue> value;
     AXError result = kAXErrorSuccess;
     /// How long, in seconds, a hanging application held its caller up.

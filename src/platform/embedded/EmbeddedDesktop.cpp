@@ -18,6 +18,7 @@ EmbeddedDesktop::EmbeddedDesktop(const Scenario& scenario, const std::string& ro
     , keyboard_(world_, calls_)
     , surfaces_(world_)
     , capture_(world_, calls_)
+    , tools_(world_, session_, calls_)
 {
     notices_.forget();
     notices_.onProcess = [this](host::ProcessEvent event, const Notices::Record& process) {

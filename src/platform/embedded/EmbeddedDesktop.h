@@ -8,12 +8,14 @@
 #include "embedded/Displays.h"
 #include "embedded/Icons.h"
 #include "embedded/Keyboard.h"
+#include "embedded/LoginItem.h"
 #include "embedded/Notices.h"
 #include "embedded/Pointer.h"
 #include "embedded/Processes.h"
 #include "embedded/Session.h"
 #include "embedded/SessionLock.h"
 #include "embedded/Surfaces.h"
+#include "embedded/Tools.h"
 #include "embedded/Windows.h"
 #include "embedded/World.h"
 #include "host/Desktop.h"
@@ -45,6 +47,8 @@ public:
     Surfaces& surfaces() override { return surfaces_; }
     Capture& capture() override { return capture_; }
     Session& session() override { return session_; }
+    Tools& tools() override { return tools_; }
+    LoginItem& loginItem() override { return loginItem_; }
 
     World& world() { return world_; }
     CallLog& calls() { return calls_; }
@@ -75,6 +79,8 @@ private:
     Keyboard keyboard_;
     Surfaces surfaces_;
     Capture capture_;
+    Tools tools_;
+    LoginItem loginItem_ { world_ };
     std::unique_ptr<View> view_;
 };
 

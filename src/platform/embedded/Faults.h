@@ -50,6 +50,12 @@ struct DesktopFaults {
     std::vector<std::string> takenKeys;
     /// The Dock doesn't run and isn't relaunched.
     bool dockMissing = false;
+    /// The paths of tools that can't be launched.
+    std::vector<std::string> missingTools;
+    /// Command lines of tools that fail, by a part of them.
+    FailingCalls failingTools;
+    /// "register" and "unregister" of the login item.
+    FailingCalls failingLoginItem;
     /// How long, in seconds, a window takes to enter or leave full screen.
     double fullScreenDelay = 0;
     /// How long, in seconds, a capture takes.

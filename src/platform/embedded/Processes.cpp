@@ -1,5 +1,7 @@
 #include "embedded/Processes.h"
 
+#include "base/Executable.h"
+
 #include "embedded/CallLog.h"
 #include "embedded/FaultBox.h"
 #include "embedded/World.h"
@@ -32,8 +34,14 @@ const std::vector<std::shared_ptr<const host::Process>>& Processes::running()
 
 std::shared_ptr<const host::Process> Processes::find(pid_t pid)
 {
-    const RunningProcess* process = world_.process(pid);
-    return process ? process->record : nullptr;
+    if (const RunningProcess* process = world_.process(pid))
+        return process->record;
+    // Another of this program on the same files, which hasn't this desktop to itself.
+    const std::string program = executableOf(pid);
+    if (program.empty() || program != executableOf(::getpid()))
+        return nullptr;
+    return std::make_shared<const host::Process>(
+        host::Process { pid, host::ActivationPolicy::accessory, "com.merrowen.vantry", {}, "Vantry", nullptr, false });
 }
 
 std::optional<pid_t> Processes::frontmost()

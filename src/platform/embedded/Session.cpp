@@ -1,5 +1,7 @@
 #include "embedded/Session.h"
 
+#include "base/PropertyList.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -30,6 +32,7 @@ Session::Session(std::string root, const Scenario& scenario)
     fs::create_directories(preferencesFolder(), ignored);
     fs::create_directories(homeFolder(), ignored);
     makeTrash(scenario.trash);
+    seedTrackpad();
     for (const auto& application : scenario.applications)
         makeBundle(application.path);
 }
@@ -57,6 +60,18 @@ void Session::makeBundle(const std::string& path)
 {
     std::error_code ignored;
     fs::create_directories(locate(path), ignored);
+}
+
+/// As the system has it: the gesture is on.
+void Session::seedTrackpad()
+{
+    for (const char* domain :
+        { "com.apple.AppleMultitouchTrackpad", "com.apple.driver.AppleBluetoothMultitouch.trackpad" }) {
+        const Value::Dictionary gesture { { "TrackpadThreeFingerVertSwipeGesture", 2 },
+            { "TrackpadFourFingerVertSwipeGesture", 2 } };
+        if (!fs::exists(preferenceFile(domain)))
+            std::ofstream(preferenceFile(domain), std::ios::binary) << PropertyList::xml(gesture);
+    }
 }
 
 void Session::makeTrash(const std::vector<std::string>& names)

@@ -27,6 +27,7 @@ public:
     void makeBundle(const std::string& path);
 
 private:
+    void seedTrackpad();
     void makeTrash(const std::vector<std::string>& names);
 
     std::string root_;

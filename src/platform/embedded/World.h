@@ -7,6 +7,7 @@
 #include "embedded/Notices.h"
 #include "embedded/Scenario.h"
 #include "embedded/Screens.h"
+#include "host/LoginItem.h"
 #include "host/Processes.h"
 
 #include <sys/types.h>
@@ -14,6 +15,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -169,6 +171,13 @@ public:
     bool isAccessibilityPermitted() const { return accessibilityPermitted_; }
     bool isScreenCapturePermitted() const { return screenCapturePermitted_; }
 
+    /// The labels of the login agents that are loaded.
+    std::set<std::string>& agents() { return agents_; }
+
+    host::LoginItem::Status loginItem() const { return loginItem_; }
+    /// What the user does in the system's settings, too.
+    void setLoginItem(host::LoginItem::Status status) { loginItem_ = status; }
+
     // What is wrong with it, to read and to change at any time.
 
     DesktopFaults& faults() { return faults_; }
@@ -211,6 +220,8 @@ private:
     std::optional<pid_t> frontmost_;
     bool accessibilityPermitted_;
     bool screenCapturePermitted_;
+    std::set<std::string> agents_;
+    host::LoginItem::Status loginItem_ = host::LoginItem::Status::notRegistered;
     DesktopFaults faults_;
     pid_t nextPid_ = firstPid;
     std::uint32_t nextNumber_ = 1;

@@ -14,12 +14,16 @@ public:
     static std::optional<NSBundle> initWithURL(const NSURL& url);
 
     const std::optional<std::string>& bundleIdentifier() const { return identifier_; }
+    /// Where it is. A desktop that doesn't know where its programs are has an empty path.
+    const NSURL& bundleURL() const { return url_; }
 
 private:
-    explicit NSBundle(std::optional<std::string> identifier)
+    NSBundle(std::optional<std::string> identifier, NSURL url)
         : identifier_(std::move(identifier))
+        , url_(std::move(url))
     {
     }
 
     std::optional<std::string> identifier_;
+    NSURL url_;
 };

@@ -5,7 +5,7 @@
 
 NSDate NSDate::now()
 {
-    return NSDate(static_cast<double>(DispatchTime::now().uptimeNanoseconds) / 1e9);
+    return { static_cast<double>(DispatchTime::now().uptimeNanoseconds) / 1e9, RunLoop::main().clock().wallSeconds() };
 }
 
 DispatchTime DispatchTime::now()

@@ -1,21 +1,39 @@
 #include "foundation/NSFileManager.h"
 
+#include "base/PreferenceFile.h"
 #include "host/Applications.h"
 #include "host/Desktop.h"
 #include "host/Session.h"
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 
 namespace {
+
+namespace fs = std::filesystem;
+
+fs::path located(const std::string& path)
+{
+    return host::Desktop::current().session().locate(path);
+}
+
+/// Runs what sets the error; absent when it sets none. `what` begins the reason.
+template <class Work>
+std::optional<NSError> attempt(const std::string& what, Work work)
+{
+    std::error_code error;
+    work(error);
+    return error ? std::optional(NSError { what + ": " + error.message() }) : std::nullopt;
+}
 
 /// Has every name in a folder looked at until one is enough; false when the folder can't be listed.
 template <class IsEnough>
 bool eachName(const std::string& path, bool skipsHiddenFiles, IsEnough isEnough)
 {
     std::error_code error;
-    const std::string folder = host::Desktop::current().session().locate(path);
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
+    const fs::path folder = located(path);
+    for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
         std::string name = entry->path().filename().string();
         if ((!skipsHiddenFiles || name.front() != '.') && isEnough(std::move(name)))
             break;
@@ -49,6 +67,67 @@ bool NSFileManager::hasContents(const std::string& path, bool skipsHiddenFiles)
     bool found = false;
     eachName(path, skipsHiddenFiles, [&](const std::string&) { return found = true; });
     return found;
+}
+
+bool NSFileManager::fileExists(const std::string& path)
+{
+    std::error_code error;
+    return fs::exists(located(path), error);
+}
+
+std::optional<NSError> NSFileManager::createDirectory(const std::string& path)
+{
+    return attempt(path + " can't be made", [&](auto& error) { fs::create_directories(located(path), error); });
+}
+
+std::optional<NSError> NSFileManager::copyItem(const std::string& path, const std::string& target)
+{
+    if (fileExists(target))
+        return NSError { target + " exists already" };
+    const auto content = contentsOfFile(path);
+    return content ? writeAtomically(*content, target) : NSError { path + " can't be read" };
+}
+
+std::optional<NSError> NSFileManager::moveItem(const std::string& path, const std::string& target)
+{
+    return attempt(path + " can't be moved to " + target, [&](auto& error) {
+        if (fs::exists(fs::symlink_status(located(target), error)))
+            error = std::make_error_code(std::errc::file_exists);
+        else
+            fs::rename(located(path), located(target), error);
+    });
+}
+
+std::optional<NSError> NSFileManager::removeItem(const std::string& path)
+{
+    return attempt(path + " can't be removed", [&](auto& error) {
+        if (fs::remove_all(located(path), error) == 0 && !error)
+            error = std::make_error_code(std::errc::no_such_file_or_directory);
+    });
+}
+
+std::optional<NSError> NSFileManager::setPosixPermissions(const std::string& path, unsigned permissions)
+{
+    return attempt(path + " can't be given its permissions",
+        [&](auto& error) { fs::permissions(located(path), static_cast<fs::perms>(permissions), error); });
+}
+
+std::optional<std::string> NSFileManager::contentsOfFile(const std::string& path)
+{
+    std::ifstream in(located(path), std::ios::binary);
+    std::string text { std::istreambuf_iterator<char>(in), {} };
+    return in.is_open() && !in.bad() ? std::optional(std::move(text)) : std::nullopt;
+}
+
+std::optional<NSError> NSFileManager::writeAtomically(const std::string& text, const std::string& path)
+{
+    const std::string reason = replaceFile(located(path).string(), text, 0644);
+    return reason.empty() ? std::nullopt : std::optional(NSError { path + " can't be written: " + reason });
+}
+
+std::string NSFileManager::applicationSupportDirectory()
+{
+    return located(NSHomeDirectory() + "/Library/Application Support").string();
 }
 
 bool NSFileManager::trashItemAtURL(const NSURL& url)

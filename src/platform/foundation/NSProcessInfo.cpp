@@ -14,3 +14,8 @@ pid_t NSProcessInfo::processIdentifier()
 {
     return ::getpid();
 }
+
+uid_t NSProcessInfo::userIdentifier()
+{
+    return ::getuid();
+}

@@ -11,5 +11,6 @@ namespace NSProcessInfo {
 /// A variable of the environment. Any thread.
 std::optional<std::string> environment(const char* name);
 pid_t processIdentifier();
+uid_t userIdentifier();
 
 }

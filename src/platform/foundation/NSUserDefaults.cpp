@@ -75,6 +75,15 @@ double NSUserDefaults::doubleForKey(std::string_view key) const
     return text ? leadingNumber(*text) : 0;
 }
 
+std::int64_t NSUserDefaults::integerForKey(std::string_view key) const
+{
+    const Value* value = domain_->find(key);
+    if (const auto integer = value ? value->integer() : std::nullopt)
+        return *integer;
+    constexpr double limit = 9.2e18;
+    return static_cast<std::int64_t>(std::clamp(doubleForKey(key), -limit, limit));
+}
+
 std::optional<std::string> NSUserDefaults::stringForKey(std::string_view key) const
 {
     const Value* value = domain_->find(key);
@@ -117,4 +126,30 @@ std::optional<Value::Dictionary> NSUserDefaults::dictionaryForKey(std::string_vi
 void NSUserDefaults::setObject(Value value, std::string_view key)
 {
     domain_->set(key, std::move(value));
+}
+
+void NSUserDefaults::removeObjectForKey(std::string_view key)
+{
+    domain_->set(key, std::nullopt);
+}
+
+void NSUserDefaults::setValuesForKeys(const Value::Dictionary& values)
+{
+    domain_->set(PreferenceDomain::Changes(values.begin(), values.end()));
+}
+
+void NSUserDefaults::synchronize()
+{
+    domain_->synchronize();
+}
+
+std::optional<Value::Dictionary> NSUserDefaults::persistentDomainForName(const std::string& name)
+{
+    const Value::Dictionary& values = PreferenceDomain::named(name)->values();
+    return values.empty() ? std::nullopt : std::optional(values);
+}
+
+void NSUserDefaults::removePersistentDomainForName(const std::string& name)
+{
+    PreferenceDomain::named(name)->removeAll();
 }

@@ -2,6 +2,7 @@
 
 #include "base/Value.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -28,6 +29,8 @@ public:
     bool boolForKey(std::string_view key) const;
     /// 0 for what is no number, or text that begins with one.
     double doubleForKey(std::string_view key) const;
+    /// The same without its fraction.
+    std::int64_t integerForKey(std::string_view key) const;
     /// Text, or a number as text.
     std::optional<std::string> stringForKey(std::string_view key) const;
     /// Absent unless every element is text.
@@ -38,6 +41,15 @@ public:
     /// A write that fails is logged on standard error in one line; the file stays as it was, and this process goes on
     /// with the new value, which its next write saves too.
     void setObject(Value value, std::string_view key);
+    void removeObjectForKey(std::string_view key);
+    /// All of them in one write of the file.
+    void setValuesForKeys(const Value::Dictionary& values);
+    /// The next read looks at the file, also within this turn.
+    void synchronize();
+
+    /// All values of a domain by its name; absent when there is none.
+    static std::optional<Value::Dictionary> persistentDomainForName(const std::string& name);
+    static void removePersistentDomainForName(const std::string& name);
 
 private:
     explicit NSUserDefaults(std::shared_ptr<PreferenceDomain> domain)

@@ -44,6 +44,12 @@ const Value* PreferenceDomain::find(std::string_view key)
     return known_.values.find(key);
 }
 
+const Value::Dictionary& PreferenceDomain::values()
+{
+    refresh();
+    return known_.values;
+}
+
 void PreferenceDomain::set(const Changes& changes)
 {
     for (const auto& [key, value] : changes)
@@ -61,8 +67,20 @@ void PreferenceDomain::set(const Changes& changes)
     std::string keys;
     for (const auto& [key, value] : changes)
         keys += (keys.empty() ? "\"" : ", \"") + key + '"';
-    NSFileHandle::writeToStandardError(
-        "vantry: setting " + keys + " is not saved in " + file_.path() + ": " + reason + "\n");
+    tellFailure("setting " + keys + " is not saved in", reason);
+}
+
+void PreferenceDomain::removeAll()
+{
+    unsaved_.clear();
+    if (const std::string reason = file_.remove(); !reason.empty())
+        tellFailure("settings stay in", reason);
+    load();
+}
+
+void PreferenceDomain::tellFailure(const std::string& what, const std::string& reason) const
+{
+    NSFileHandle::writeToStandardError("vantry: " + what + " " + file_.path() + ": " + reason + "\n");
 }
 
 void PreferenceDomain::apply(const Changes& changes, Value::Dictionary& values)

@@ -33,10 +33,13 @@ public:
     PreferenceDomain& operator=(const PreferenceDomain&) = delete;
 
     const Value* find(std::string_view key);
+    const Value::Dictionary& values();
     /// One write of the file. When it fails, which one line on standard error says, the changes hold in this process
     /// and go into its next write. A lock that another process keeps is waited for two seconds.
     void set(const Changes& changes);
     void set(std::string_view key, std::optional<Value> value) { set({ { std::string(key), std::move(value) } }); }
+    /// Takes the file away with all that it holds. A failure is told as that of a write is.
+    void removeAll();
     /// The next read looks at the file, also within this turn.
     void synchronize() { checkedTurn_.reset(); }
 
@@ -46,6 +49,7 @@ public:
 
 private:
     void refresh();
+    void tellFailure(const std::string& what, const std::string& reason) const;
     void tellUnless(const Value::Dictionary& same);
     void load();
     static void apply(const Changes& changes, Value::Dictionary& values);

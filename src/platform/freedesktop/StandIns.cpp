@@ -1,5 +1,9 @@
 #include "freedesktop/StandIns.h"
 
+#include "base/Executable.h"
+
+#include <unistd.h>
+
 #include <algorithm>
 
 namespace freedesktop::StandIns {
@@ -14,7 +18,14 @@ Process dockProcess(const std::shared_ptr<const IconSource>& icon)
 
 Process ownProcess(pid_t pid, const std::shared_ptr<const IconSource>& icon)
 {
-    return { pid, ActivationPolicy::accessory, "com.merrowen.vantry", {}, "Vantry", icon, false };
+    return { pid, ActivationPolicy::accessory, "com.merrowen.vantry", executableOf(pid), "Vantry", icon, false };
+}
+
+std::shared_ptr<const Process> instance(pid_t pid, const std::shared_ptr<const IconSource>& icon)
+{
+    const std::string program = executableOf(pid);
+    const bool isInstance = !program.empty() && program == executableOf(::getpid());
+    return isInstance ? std::make_shared<const Process>(ownProcess(pid, icon)) : nullptr;
 }
 
 pid_t addFinder(std::vector<Process>& processes, InstalledApplications& applications)

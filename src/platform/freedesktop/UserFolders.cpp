@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <sstream>
+#include <utility>
 
 namespace freedesktop {
 namespace {
@@ -30,6 +31,26 @@ std::string configFolder()
 std::string dataFolder()
 {
     return pathFrom("XDG_DATA_HOME", homeFolder() + "/.local/share");
+}
+
+std::string preferencesFolder()
+{
+    return configFolder() + "/vantry/Preferences";
+}
+
+std::string locate(const std::string& path)
+{
+    const std::pair<const char*, std::string> places[] = {
+        { "/.Trash", trashFolder() },
+        { "/Library/Application Support", dataFolder() },
+        { "/Library/LaunchAgents", configFolder() + "/vantry/LaunchAgents" },
+    };
+    for (const auto& [name, place] : places) {
+        const std::string folder = homeFolder() + name;
+        if (path == folder || path.starts_with(folder + '/'))
+            return place + path.substr(folder.size());
+    }
+    return path;
 }
 
 std::string trashFolder()

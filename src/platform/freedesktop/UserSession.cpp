@@ -1,16 +1,13 @@
 #include "freedesktop/UserSession.h"
 
-#include "base/PropertyList.h"
+#include "base/PreferenceFile.h"
 #include "freedesktop/LaunchContext.h"
 #include "freedesktop/UserFolders.h"
 
 #include <filesystem>
-#include <fstream>
 
 namespace freedesktop {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// The Dock's list as it is on this desktop, where no Dock runs: just the list of all applications.
 Value firstDock()
@@ -21,12 +18,19 @@ Value firstDock()
     return Value::Dictionary { { "persistent-apps", Value::Array { Value::Dictionary { { "tile-data", tile } } } } };
 }
 
-void seedDock(const fs::path& folder)
+Value trackpad()
 {
-    const fs::path file = folder / "com.apple.dock.plist";
-    std::error_code error;
-    if (!fs::exists(file, error))
-        std::ofstream(file, std::ios::binary) << PropertyList::xml(firstDock());
+    return Value::Dictionary { { "TrackpadThreeFingerVertSwipeGesture", 2 },
+        { "TrackpadFourFingerVertSwipeGesture", 2 } };
+}
+
+/// What the system's own programs would have written for a new user.
+void seed(const std::string& domain, const Value& values)
+{
+    const PreferenceFile file(freedesktop::preferencesFolder() + '/' + domain + ".plist");
+    auto contents = file.read();
+    if (contents.condition == PreferenceFile::Condition::missing)
+        file.change(contents, [&](PreferenceFile::Contents& present) { present.values = *values.dictionary(); });
 }
 
 }
@@ -44,12 +48,13 @@ std::string UserSession::preferencesFolder()
 {
     if (!preferencesFolder_.empty())
         return preferencesFolder_;
-    const std::string folder = configFolder() + "/vantry/Preferences";
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (!error)
-        seedDock(folder);
-    return preferencesFolder_ = folder;
+    preferencesFolder_ = freedesktop::preferencesFolder();
+    std::error_code ignored;
+    std::filesystem::create_directories(preferencesFolder_, ignored);
+    seed("com.apple.dock", firstDock());
+    seed("com.apple.AppleMultitouchTrackpad", trackpad());
+    seed("com.apple.driver.AppleBluetoothMultitouch.trackpad", trackpad());
+    return preferencesFolder_;
 }
 
 std::string UserSession::homeFolder()
@@ -59,10 +64,7 @@ std::string UserSession::homeFolder()
 
 std::string UserSession::locate(const std::string& path)
 {
-    const std::string trash = freedesktop::homeFolder() + "/.Trash";
-    if (path == trash || path.starts_with(trash + '/'))
-        return trashFolder() + path.substr(trash.size());
-    return path;
+    return freedesktop::locate(path);
 }
 
 bool UserSession::throwAway(const std::string& path)

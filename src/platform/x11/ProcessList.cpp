@@ -71,7 +71,7 @@ ProcessList::ProcessList(Connection& connection, const WindowMirror& mirror, Win
 std::shared_ptr<const Process> ProcessList::find(pid_t pid)
 {
     const auto found = byPid_.find(pid);
-    return found == byPid_.end() ? nullptr : found->second;
+    return found == byPid_.end() ? StandIns::instance(pid, applications_.icons().application()) : found->second;
 }
 
 // Requests

@@ -2,7 +2,10 @@
 
 #include "base/Clock.h"
 #include "base/RunLoop.h"
+#include "freedesktop/Agents.h"
 #include "freedesktop/Badges.h"
+#include "freedesktop/LoginItem.h"
+#include "freedesktop/Tools.h"
 #include "freedesktop/UserSession.h"
 #include "x11/BarSurface.h"
 #include "x11/DesktopScale.h"
@@ -122,6 +125,7 @@ public:
         busStart_.schedule(busDelay, [this] {
             badges_.connect();
             session_.connect();
+            freedesktop::Agents::followMovedTools();
         });
     }
 
@@ -136,6 +140,8 @@ public:
     host::Surfaces& surfaces() override { return surfaces_; }
     host::Capture& capture() override { return capture_; }
     host::Session& session() override { return session_; }
+    host::Tools& tools() override { return tools_; }
+    host::LoginItem& loginItem() override { return loginItem_; }
 
 private:
     void listen()
@@ -314,6 +320,8 @@ private:
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
     WindowCapture capture_ { mirror_ };
     freedesktop::UserSession session_;
+    freedesktop::Tools tools_;
+    freedesktop::LoginItem loginItem_;
 
     bool isDisplayStale_ = false;
     /// Whether a process was asked for something since they were last looked at.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+
+/// The flag that stands while the system's settings are changed: a file, raised before the first change and lowered
+/// after the last one is undone. Main thread.
+namespace DockRepair {
+
+/// One that is raised already keeps its holder.
+void markDirty();
+void clearDirty();
+bool isDirty();
+
+struct DirtyFlag {
+    /// The instance that raised it; absent when the flag doesn't tell.
+    std::optional<pid_t> holder;
+};
+/// Absent when none is raised, or it can't be read.
+std::optional<DirtyFlag> readFlag();
+
+}
