@@ -152,17 +152,6 @@ TEST_P(Contract, AProgramAndItsWindowsAreListedNamedAndToldUntilTheyGo)
     EXPECT_FALSE(processes().terminate(program.pid));
 }
 
-TEST_P(Contract, TerminatingAProgramEndsIt)
-{
-    const auto program = start("alpha");
-    const auto other = start("beta", upRight);
-
-    EXPECT_TRUE(processes().terminate(program.pid));
-
-    EXPECT_TRUE(settle([&] { return !processes().find(program.pid); }));
-    EXPECT_TRUE(processes().find(other.pid));
-}
-
 TEST_P(Contract, WhatComesForwardIsFirstInTheListAndToldAndKeepsItsPlaceElsewhere)
 {
     const auto a = start("alpha");

@@ -67,19 +67,6 @@ class DragTest(SessionTest):
         self.session.write_settings(showFinderButton=False)
         self.session.start_bar()
 
-    def test_held_over_a_button_it_brings_the_window_forward_to_be_dropped_there(self):
-        session = self.session
-        terminal = session.xterm()
-        editor = session.open("L3afpad", "l3afpad")
-        eventually(lambda: session.names() == ["XTerm", "L3afpad"], "both have a button")
-        session.activate(editor)
-        bar = session.bar()
-        source = Source(session, **{"text/plain": b"text"})
-        self.assertFalse(source.move(bar.middle("launcher")))
-        self.assertFalse(source.move(bar.button(0)), "the button is no place for it")
-        eventually(lambda: session.active() == terminal.id, "the window comes forward")
-        source.tell("XdndLeave")
-
     def test_files_dropped_on_the_trash_go_there(self):
         session = self.session
         path = os.path.join(session.environment["HOME"], "a letter.txt")

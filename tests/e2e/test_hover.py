@@ -2,14 +2,13 @@
 
 import unittest
 
-from parts import CARD, GAP, MARGIN, Panels, Program
+from parts import MARGIN, Panels
 from session import SessionTest, eventually
 
 class HoverTest(Panels, SessionTest):
     def setUp(self):
         super().setUp()
         self.session.write_settings(showFinderButton=False)
-
 
     def test_at_either_edge_the_pointer_reaches_the_preview_at_any_speed_and_leaving_closes_it(self):
         session = self.session
@@ -38,40 +37,6 @@ class HoverTest(Panels, SessionTest):
         x, y, _, height = preview
         # Beside the picture, within the highlight: 0.13 grey and 0.12 of white over it.
         return self.is_color((x + MARGIN - 3, y + MARGIN + 50), (59, 59, 59))
-
-    def test_windows_that_close_and_settings_that_change_while_the_preview_shows(self):
-        session = self.session
-        process = session.start_bar()
-        program = Program(session)
-        keeper = program.open("keeper", 0x20A040, 200, 250)
-        closing = program.open("closing", 0xA04020, 400, 350)
-        eventually(lambda: len(session.names()) == 1, "the program has its button")
-        button = session.bar().button(0)
-        session.move(*button)
-        preview = self.preview()
-        self.assertEqual(preview[2:], (2 * CARD + GAP + 2 * MARGIN, 150))
-        eventually(lambda: self.is_color(self.card(preview, 1), (160, 64, 32)), "the newer window is second")
-        program.close(closing)
-        eventually(lambda: len(session.windows_of("Painter")) == 1, "the window has gone")
-        self.travel(button, self.card(preview, 1))
-        session.press()
-        session.release()
-        eventually(self.no_panels, "a pick of a window that has gone closes the panel")
-
-        session.move(*session.bar().trash(1))
-        self.tooltip()
-        session.move(*button)
-        self.preview()
-        session.write_settings(barVisible=False)
-        eventually(self.no_panels, "the preview goes with the bar")
-        session.write_settings(barVisible=True)
-        eventually(session.bars, "the bar is back")
-        session.minimise(session.window(keeper.id))
-        session.move(*session.bar().trash(1))
-        self.tooltip()
-        session.move(*button)
-        self.preview()
-        self.assertIsNone(process.poll())
 
     def test_a_preview_goes_with_its_monitor(self):
         session = self.session

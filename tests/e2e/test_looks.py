@@ -1,13 +1,12 @@
-"""What is seen, and where: scales, blending, colours, and panels that have much to show."""
+"""What is seen, and where: scales, blending."""
 
 import os
 import subprocess
 import unittest
 
 from PIL import ImageChops
-from Xlib import X
 
-from session import Session, SessionTest, eventually
+from session import Session, eventually
 
 
 class ScaleTest(unittest.TestCase):
@@ -44,16 +43,6 @@ class ScaleTest(unittest.TestCase):
                     gap = ty - (y + height) if edge == "top" else y - (ty + theight)
                     self.assertAlmostEqual(gap, 6 * scale, delta=1)
                     session.move(960, 540)
-
-    def test_a_window_over_the_bar_is_moved_clear_of_it(self):
-        with Session() as session:
-            session.set_scale(2)
-            session.start_bar()
-            window = session.xterm("over the bar", "100x30+200+120")
-            session.ask(window, "_NET_MOVERESIZE_WINDOW", 1 | 0x300 | 2 << 12, 200, 700)
-            lower_edge = lambda: sum(session.geometry(window)[1::2])
-            eventually(lambda: 1080 - 136 - 40 < lower_edge() <= 1080 - 136,
-                       "it ends where the bar's room begins")
 
 
 class BlendingTest(unittest.TestCase):
@@ -106,34 +95,6 @@ class BlendingTest(unittest.TestCase):
             picom.terminate()
             picom.wait()
             eventually(lambda: body() == dark, "its own ground again")
-
-
-class MuchToShowTest(SessionTest):
-    def test_panels_keep_to_the_screen_whatever_they_have_to_show(self):
-        session = self.session
-        session.start_bar()
-        root = session.root
-        for number in range(200):
-            window = root.create_window(200, 150, 480, 320, 0, X.CopyFromParent)
-            window.set_wm_class("wide", "w" * 8000)
-            window.set_wm_name("w" * 8000)
-            window.map()
-        session.display.flush()
-        eventually(lambda: len(session.clients()) >= 200, "the windows are there", 30)
-        button = session.bar().button(0)
-        session.move(*button)
-        x, _, width, _ = session.geometry(eventually(lambda: next(iter(session.popups("POPUP_MENU")), None), "a preview"))
-        self.assertEqual(width, 10 * 176 + 9 * 8 + 20)
-        self.assertTrue(0 <= x <= 1920 - width)
-
-        session.press(3)
-        session.release(3)
-        menu = lambda: next((window for window in session.popups("POPUP_MENU") if session.geometry(window)[2] != width), None)
-        x, y, across, down = session.geometry(eventually(menu, "a menu"))
-        self.assertTrue(0 <= x <= 1920 - across and 0 <= y <= 1017 - down, (x, y, across, down))
-        self.assertLess(across, 600)
-        session.key("Escape")
-        eventually(lambda: not menu(), "the menu is closed")
 
 
 if __name__ == "__main__":

@@ -119,13 +119,4 @@ TEST(NSViewTest, AViewThatDrawsTheSameAgainPaintsNothingNew)
     RunLoop::main().setClock(nullptr);
 }
 
-TEST(NSViewTest, PointsConvertThroughViewsThatLieInViews)
-{
-    NSView outer({ 0, 0, 100, 60 });
-    const auto inner = std::make_shared<NSView>(CGRect { 30, 10, 20, 20 });
-    outer.addSubview(inner);
-    EXPECT_EQ(inner->convertToWindow(CGPoint { 1, 2 }), (CGPoint { 31, 12 }));
-    EXPECT_EQ(inner->convertFromWindow({ 31, 12 }), (CGPoint { 1, 2 }));
-}
-
 }

@@ -18,7 +18,6 @@
 
 #include <gtest/gtest.h>
 
-#include <future>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -87,16 +86,6 @@ TEST_F(RunLoopTest, ATolerantTimerWaitsForCompanyUntilSomethingHappensOrItsTimeI
     EXPECT_FALSE(last->isValid());
 }
 
-TEST_F(RunLoopTest, TheWakerIsCalledJustWhenTheEarliestTimeComesNearer)
-{
-    int wakes = 0;
-    RunLoop::main().setWaker([&] { ++wakes; });
-    for (const double seconds : { 1.0, 2.0, 0.5 })
-        RunLoop::main().schedule(seconds, [] {});
-    RunLoop::main().setWaker(nullptr);
-    EXPECT_EQ(wakes, 2);
-}
-
 struct PressedView final : NSView {
     using NSView::NSView;
     void mouseUp(const NSEvent&) override { onMouseUp(); }
@@ -159,21 +148,6 @@ TEST(NestedLoopTest, ALoopThatAnEventBeginsGoesOnWithEverythingAndOutlivesThePan
             "before none", "due along with it", "from a thread", "same turn none", "next turn top", "after top" }));
     EXPECT_FALSE(window);
     EXPECT_FALSE(pressed);
-}
-
-TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)
-{
-    const auto main = std::this_thread::get_id();
-    std::promise<void> end;
-    std::string order;
-    const auto queue = DispatchQueue::serial("com.example.serial");
-    queue->asyncAfter(0.02, [&] {
-        order += "second";
-        end.set_value();
-    });
-    queue->async([&] { order += std::this_thread::get_id() == main ? "here " : "first "; });
-    end.get_future().wait();
-    EXPECT_EQ(order, "first second");
 }
 
 TEST(NotificationCenterTest, AnObserverRemovedWhileANotificationIsPostedIsNotCalled)
