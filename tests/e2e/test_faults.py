@@ -25,6 +25,7 @@ class StartFaultTest(unittest.TestCase):
                 result = world.run(*arguments, env=variables)
                 self.assertEqual(result.returncode, status, result.stderr)
                 self.assertRegex(result.stdout if status == 0 else result.stderr, told)
+                self.assertNotRegex(result.stderr, r"\[(bar|time)\]", "nobody asked for a log")
             with Image.open(picture) as image:
                 self.assertGreaterEqual(image.width, 1280)
                 self.assertGreater(len(image.convert("RGB").getcolors(1 << 24)), 500)

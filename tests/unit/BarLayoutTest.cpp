@@ -63,15 +63,6 @@ TEST(BarLayoutTest, CapacityIsWhatFitsWhateverIsThereNow)
             EXPECT_EQ(bar(row.width, buttons, row.components).buttonCapacity(), row.capacity) << row.what;
 }
 
-TEST(BarLayoutTest, DraggedButtonLandsInTheCellUnderThePointer)
-{
-    // Cells begin at 338, 46 points each.
-    const std::pair<double, int> rows[] { { -1'000'000, 0 }, { 338, 0 }, { 383.9, 0 }, { 384, 1 }, { 429.9, 1 },
-        { 430, 2 }, { 2000, 5 }, { 1e300, 5 } };
-    for (const auto& [x, place] : rows)
-        EXPECT_EQ(bar(1400, 6).insertionIndex(5, x), place) << x;
-}
-
 TEST(BarLayoutTest, PointIsOverTheFirstThatHoldsIt)
 {
     const struct {

@@ -108,32 +108,6 @@ TEST_F(BarManagerTest, EachDisplayHasABarAlongItsEdge)
     }
 }
 
-TEST_F(BarManagerTest, BarsFollowTheDisplays)
-{
-    startBars();
-    ASSERT_EQ(manager_->controllers().size(), 2u);
-    const auto first = bar(1);
-    const std::weak_ptr<BarController> second = bar(2);
-    manager_->reconcile();
-    EXPECT_EQ(bar(1), first);
-    EXPECT_EQ(bar(2), second.lock());
-
-    world().removeScreen(1);
-    world().setScreenFrame(0, { 0, 0, 1920, 1080 });
-    settle();
-    EXPECT_EQ(manager_->controllers().size(), 1u);
-    EXPECT_TRUE(second.expired());
-    EXPECT_EQ(bar(1), first);
-    EXPECT_EQ(panel(1).frame, (CGRect { 0, 0, 1920, 52 }));
-
-    world().addScreen(display(2, "SECOND", { 1920, 0, 800, 600 }, { 9 }));
-    settle();
-    EXPECT_EQ(bar(2)->window().frame(), (CGRect { 1920, 0, 800, 52 }));
-    EXPECT_EQ(logged("bars: "),
-        (Texts {
-            "bars: added display 1", "bars: added display 2", "bars: display 2 went away", "bars: added display 2" }));
-}
-
 TEST_F(BarManagerTest, EachNewsAndTheTimerRefreshFromOneFreshWindowList)
 {
     startBars();
@@ -179,25 +153,6 @@ TEST_F(BarManagerTest, WhatATurnBringsRefreshesEachBarOnceAsDoesAClick)
     manager_->reconcile();
     settle();
     EXPECT_EQ(refreshes(), 2u);
-}
-
-TEST_F(BarManagerTest, ADroppedBarStopsAndHides)
-{
-    startBars();
-    const auto second = bar(2);
-    for (const std::size_t screen : { 1, 0 }) {
-        world().removeScreen(screen);
-        settle();
-    }
-    EXPECT_TRUE(manager_->controllers().empty());
-    calls().clear();
-    run("Mail");
-    Settings::barVisible.set(true);
-    advance(5);
-    desktop().pointer().move({ 1440 + 30, 20 });
-    EXPECT_EQ(refreshes(), 0u);
-    EXPECT_EQ(second->view()->hoveredIndex(), std::nullopt);
-    EXPECT_FALSE(second->window().isVisible());
 }
 
 TEST_F(BarManagerTest, AHiddenBarStaysHiddenAndCostsNoItems)

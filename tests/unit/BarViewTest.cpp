@@ -84,59 +84,6 @@ protected:
 
 }
 
-TEST_F(BarViewTest, LayoutFollowsTheItemsAndTheSettings)
-{
-    const auto placed = view_->layoutItems();
-    ASSERT_EQ(placed.size(), 3u) << "the launcher's entry is no button";
-    EXPECT_EQ(view_->launcherItem()->name, "Apps");
-    EXPECT_EQ(placed[2].index, 2);
-    EXPECT_EQ(placed[2].item.name, "Music");
-    EXPECT_EQ(placed[2].rect, (CGRect { 430, 0, 46, 52 }));
-
-    auto& field = dynamic_cast<NSTextField&>(*view_->subviews().at(0));
-    EXPECT_EQ(field.placeholder(), "Spotlight Search");
-    Settings::componentOrder.set({ BarComponent::apps, BarComponent::launcher, BarComponent::search });
-    view_->relayout();
-    EXPECT_EQ(view_->rect(BarComponent::launcher).x, 154);
-    Settings::barSize.set(BarSize::large);
-    view_->setFrame({ 0, 0, 1400, 63 });
-    EXPECT_EQ(field.frame(), view_->searchFieldRect());
-    EXPECT_EQ(field.font(), NSFont::systemFont(15));
-    const double x = field.frame().x;
-    view_->setItems({});
-    EXPECT_FALSE(view_->launcherItem());
-    EXPECT_EQ(field.frame().x, x - 2 * view_->rect(BarComponent::apps).width) << "behind fewer buttons";
-
-    Settings::setVisible(BarComponent::search, false);
-    view_->relayout();
-    EXPECT_EQ(view_->rect(BarComponent::search), CGRect());
-    EXPECT_TRUE(field.isHidden());
-}
-
-TEST_F(BarViewTest, OnlyAChangeOfWhatIsHoveredRepaints)
-{
-    const struct {
-        const char* what;
-        double x;
-        std::optional<int> hovered;
-        bool repaints;
-    } steps[] {
-        { "onto the first button", cell(0), 0, true },
-        { "within it", cell(0) + 10, 0, false },
-        { "onto the next", cell(1), 1, true },
-        { "onto the Trash", 500, BarHit::trash, true },
-        { "off everything", 1000, std::nullopt, true },
-        { "still off everything", 1001, std::nullopt, false },
-    };
-    for (const auto& step : steps) {
-        SCOPED_TRACE(step.what);
-        hover(step.x);
-        EXPECT_EQ(view_->hoveredIndex(), step.hovered);
-        EXPECT_EQ(isRepaintPending(), step.repaints);
-        settle();
-    }
-}
-
 TEST_F(BarViewTest, APressBecomesADragBeyondFivePointsSidewaysElseAClickWhereTheButtonComesUp)
 {
     const double launcher = view_->rect(BarComponent::launcher).midX();
@@ -210,20 +157,6 @@ TEST_F(BarViewTest, ADragCommitsTheOrderAndSwitchesToManual)
     view_->record();
     release(cell(0));
     EXPECT_EQ(Settings::manualOrder(), Texts()) << "a list that grows shorter is committed as it is";
-}
-
-TEST_F(BarViewTest, ADragShowsTheLandingPlaceAndTheIconUnderThePointer)
-{
-    auto items = view_->items();
-    items[0].icon = NSImage(std::make_shared<const IconSource>());
-    view_->setItems(items);
-    press(cell(0));
-    drag(cell(2));
-    EXPECT_EQ(names(view_->displayItems()), (Texts { "Notes", "Music", "Mail" }));
-    EXPECT_TRUE(paints("fill 434,4 38x44 r9 FFFFFF@0.1") && paints("icon 437.4,13.4 31.2x31.2"));
-    release(cell(2));
-    hover(1000);
-    EXPECT_FALSE(paints("fill 434,4 38x44") || paints("icon 437.4,13.4"));
 }
 
 TEST_F(BarViewTest, EachPlaceHasItsClick)
@@ -313,21 +246,6 @@ TEST_F(BarViewTest, FilesThatAreDroppedOnTheTrashGoThere)
     EXPECT_FALSE(std::filesystem::exists(file));
     EXPECT_TRUE(std::filesystem::exists(NSHomeDirectory() + "/.Trash/home letter.txt"));
     EXPECT_EQ(logged("trash: "), Texts { "trash: threw away 1 of 1 files" });
-}
-
-TEST_F(BarViewTest, WithoutFinderAClickOnItsPlaceGoesToTheButtonBelow)
-{
-    Settings::componentOrder.set({ BarComponent::apps, BarComponent::finder });
-    for (const BarComponent component :
-        { BarComponent::launcher, BarComponent::search, BarComponent::showDesktop, BarComponent::trash })
-        Settings::setVisible(component, false);
-    // Too narrow for the third button, which begins at 100.
-    view_->setFrame({ 0, 0, 160, 52 });
-    click(120);
-    EXPECT_FALSE(wasActivated("Music"));
-    world().quit(world().processNamed(embedded::finderIdentifier)->pid());
-    click(120);
-    EXPECT_TRUE(wasActivated("Music"));
 }
 
 TEST_F(BarViewTest, ThePictureTellsTheStateOfTheSystem)

@@ -99,42 +99,6 @@ TEST_F(ClickTest, WhatOneClickDoesInEachStateOfTheApplication)
     }
 }
 
-TEST_F(ClickTest, AnApplicationThatIsStillInFrontThoughHiddenIsUnhidden)
-{
-    stop();
-    auto& ghost = desk.app("Ghost");
-    ghost.isHidden = true;
-    desk.window(ghost.pid, "Window");
-    desk.frontmost = ghost.pid;
-    start();
-    ASSERT_EQ(world().frontmost(), ghost.pid);
-    DockModel::handleClick(itemOf("Ghost", ghost.pid));
-    settle();
-    EXPECT_FALSE(world().process(ghost.pid)->record->isHidden);
-    EXPECT_EQ(count("unhide", ghost.pid), 1u);
-    EXPECT_EQ(logged("activate: "), Texts { "activate: Ghost pid=" + std::to_string(ghost.pid) + " hidden=true" });
-}
-
-TEST_F(ClickTest, ClicksOnTheFrontmostApplicationGoBackAndForth)
-{
-    openWindow(app_);
-    bringToFront(app_);
-    click(itemOf("App", app_));
-    EXPECT_EQ(world().frontmost(), former_);
-    EXPECT_EQ(logged("back: "), Texts { "back: returning to Former pid=" + std::to_string(former_) });
-    click(itemOf("App", app_));
-    EXPECT_EQ(world().frontmost(), app_);
-    DockModel::activate(itemOf("App", app_));
-    advance(1);
-    EXPECT_EQ(world().frontmost(), app_) << "activating never goes back";
-
-    world().quit(former_);
-    WindowIndex::invalidate();
-    click(itemOf("App", app_));
-    EXPECT_EQ(world().frontmost(), app_);
-    EXPECT_EQ(logged("back: ").back(), "back: no previous app recorded");
-}
-
 TEST_F(ClickTest, TheFormerApplicationIsTheOneBeforeThisOneAndNeverTheProgram)
 {
     log_.clear();

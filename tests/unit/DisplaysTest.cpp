@@ -48,27 +48,3 @@ TEST_F(DisplaysTest, AWindowBelongsToTheScreenItOverlapsMost)
     world().activate(editor);
     EXPECT_EQ(displayContaining({ 5000, 5000, 100, 100 }), 2u) << "off all screens, so on that with the focus";
 }
-
-TEST_F(DisplaysTest, ADisplayWithoutANumberIsLeftOutAndOneWithoutAUuidIsNot)
-{
-    auto numberless = display(0, "NUMBERLESS", { 2000, 0, 800, 600 }, { 5 });
-    numberless.number.reset();
-    world().addScreen(numberless);
-    auto plain = display(5, "", { 2800, 0, 800, 600 }, { 6 });
-    plain.uuid.reset();
-    world().addScreen(plain);
-
-    const auto displays = Displays::all();
-    ASSERT_EQ(displays.size(), 4u);
-    EXPECT_EQ(displays[2].cgsIdentifier, "ABOVE");
-    EXPECT_EQ(displays[3].displayID, 5u);
-    EXPECT_EQ(displays[3].cgsIdentifier, std::nullopt);
-    EXPECT_EQ(displays[3].frame(), (CGRect { 2800, 0, 800, 600 }));
-    EXPECT_EQ(Displays::screenFor(5), displays[3].screen);
-    EXPECT_FALSE(Displays::screenFor(99));
-
-    while (!world().screens().all().empty())
-        world().removeScreen(0);
-    EXPECT_TRUE(Displays::all().empty());
-    EXPECT_FALSE(Displays::screenContaining({ 0, 0, 100, 100 }));
-}

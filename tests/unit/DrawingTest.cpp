@@ -1,8 +1,6 @@
 #include "appkit/DrawingList.h"
 #include "appkit/DrawingPainter.h"
-#include "appkit/NSView.h"
 #include "base/IconSource.h"
-#include "support/ManualClock.h"
 
 #include <gtest/gtest.h>
 
@@ -81,42 +79,6 @@ TEST(DrawingPainterTest, AnImageTintedAtopKeepsItsShape)
             solid += plain.pixelColor(x, y).alpha() == 255 && coloured.pixelColor(x, y) == QColor(Qt::red);
         }
     EXPECT_GT(solid, 50);
-}
-
-class Square final : public NSView {
-public:
-    Square()
-        : NSView({ 0, 0, 10, 10 })
-    {
-    }
-    void draw(const CGRect&) override
-    {
-        ++draws;
-        color.set();
-        NSBezierPath::rect(bounds()).fill();
-    }
-    NSColor color = red;
-    int draws = 0;
-};
-
-TEST(NSViewTest, AViewThatDrawsTheSameAgainPaintsNothingNew)
-{
-    ManualClock clock;
-    RunLoop::main().setClock(&clock);
-    Square square;
-    const DrawingList* first = &square.painted();
-    square.setNeedsDisplay();
-    square.setNeedsDisplay();
-    clock.advance(0);
-    EXPECT_EQ(square.draws, 2);
-    EXPECT_EQ(&square.painted(), first);
-
-    square.color = blue;
-    square.setNeedsDisplay();
-    clock.advance(0);
-    EXPECT_NE(&square.painted(), first);
-    RunLoop::main().reset();
-    RunLoop::main().setClock(nullptr);
 }
 
 }

@@ -89,16 +89,6 @@ TEST_F(EntriesTest, ABarShowsWhatBelongsOnItsScreenAndSpace)
     EXPECT_EQ(shownOn(0), everything) << "of one screen nothing is left out";
 }
 
-TEST_F(EntriesTest, ItemsCarryTheirBadgeAndHowManyWindowsTheyHave)
-{
-    EXPECT_EQ(entry("Both").windowCount, 2);
-    EXPECT_EQ(entry("None").windowCount, 0);
-    EXPECT_EQ(entry("Notes").badge, "2");
-    EXPECT_EQ(entry("Both").badge, "7");
-    EXPECT_FALSE(entry("Main").badge) << "the Dock has no tile of that name";
-    EXPECT_EQ(logged("counts: ").back(), "counts: Both=2 Main=1 Side=1 None=0");
-}
-
 TEST_F(EntriesTest, WhatDemandsAttentionIsMarkedUntilItIsLookedAt)
 {
     const auto marked = [&](WindowGrouping grouping) {
@@ -117,48 +107,4 @@ TEST_F(EntriesTest, WhatDemandsAttentionIsMarkedUntilItIsLookedAt)
 
     world().demandAttention(openWindow(world().processNamed("org.Side")->pid(), { 0, 0, 180, 90 }, "Ask"));
     EXPECT_EQ(marked(WindowGrouping::never), Texts { "S1" }) << "a window without a button of its own";
-}
-
-TEST_F(EntriesTest, GroupingDecidesBetweenApplicationsAndWindows)
-{
-    const Texts perApplication { "Apps", "Notes", "Both", "Main", "Side", "None" };
-    const Texts perWindow { "Apps", "Notes", "B1", "B2", "M1", "S1", "None" };
-    const struct {
-        WindowGrouping grouping;
-        int display;
-        int capacity;
-        Texts shown;
-    } cases[] {
-        { WindowGrouping::always, -1, 100, perApplication },
-        { WindowGrouping::never, -1, 1, perWindow },
-        { WindowGrouping::automatic, -1, 7, perWindow },
-        { WindowGrouping::automatic, -1, 6, perApplication },
-        // All windows of an application that has one there.
-        { WindowGrouping::never, 1, 1, { "Apps", "Notes", "B1", "B2", "S1" } },
-    };
-    for (const auto& test : cases) {
-        Settings::grouping.set(test.grouping);
-        EXPECT_EQ(shownOn(test.display, test.capacity), test.shown) << title(test.grouping) << " " << test.capacity;
-    }
-}
-
-TEST_F(EntriesTest, AWindowsButtonStandsForThatWindowAlone)
-{
-    Settings::grouping.set(WindowGrouping::never);
-    const auto untitled = openWindow(both_, onMain, std::nullopt);
-    world().activate(both_);
-    world().focus(untitled);
-
-    const BarItem focused = entry("Both");
-    EXPECT_EQ(focused.windowID, untitled);
-    EXPECT_TRUE(focused.isFrontmost && focused.isPinned);
-    EXPECT_EQ(focused.windowCount, 0);
-    EXPECT_FALSE(focused.badge);
-    EXPECT_EQ(focused.pid, both_);
-    EXPECT_FALSE(entry("B1").isFrontmost);
-    EXPECT_FALSE(entry("None").windowID);
-    EXPECT_EQ(entry("Notes").badge, "2");
-
-    world().processFaults(both_).hangs = true;
-    EXPECT_FALSE(entry("Both").isFrontmost) << "which window has the focus can't be told";
 }

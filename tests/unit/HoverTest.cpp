@@ -265,62 +265,6 @@ TEST_F(HoverTest, APressWithoutItsReleaseIsForgotten)
     }
 }
 
-TEST_F(HoverTest, HoverAndPressAgreeToThePixelAndAHiddenPreviewCapturesNothing)
-{
-    hover(button("Mail"));
-    const CGRect panel = preview().frame();
-    QWidget* cards = content().widget();
-    for (const int x : { 9, 10, 185, 186, 193, 194 })
-        for (const int y : { 9, 10, 139, 140 }) {
-            QTest::mousePress(cards, Qt::LeftButton, {}, { x, y });
-            const auto pressed = content().hoveredCard();
-            EXPECT_EQ(pressed.has_value(), x != 9 && x != 186 && x != 193 && y != 9 && y != 140);
-            QTest::mouseRelease(cards, Qt::LeftButton, {}, { 0, 0 });
-            movePointer({ panel.minX() + x, panel.maxY() - y - 1 });
-            EXPECT_EQ(content().hoveredCard(), pressed) << x << ", " << y;
-        }
-    movePointer({ panel.minX() + 20, panel.midY() });
-    advance(20);
-    calls().clear();
-    movePointer({ 700, 600 });
-    EXPECT_EQ(shown(), "nothing");
-    EXPECT_EQ(count("capture"), 0u) << "old as they are";
-    hover(button("Mail"));
-    settle();
-    EXPECT_EQ(count("capture"), 2u);
-}
-
-TEST_F(HoverTest, ThePointerTravelsIntoThePreviewAndOutOfIt)
-{
-    for (const BarEdge edge : { BarEdge::bottom, BarEdge::top }) {
-        SCOPED_TRACE(isTop(edge) ? "top" : "bottom");
-        Settings::barEdge.set(edge);
-        settle();
-        hover(button("Mail"));
-        ASSERT_EQ(shown(), "preview");
-        const CGRect panel = preview().frame();
-        const CGRect bar = controller_->window().frame();
-        EXPECT_EQ(isTop(edge) ? bar.minY() - panel.maxY() : panel.minY() - bar.maxY(), 8);
-        const CGPoint gap { bar.x + button("Mail").x, isTop(edge) ? bar.minY() - 4 : bar.maxY() + 4 };
-
-        desktop().pointer().moveWithin(gap, true);
-        view().mouseExited({});
-        EXPECT_EQ(shown(), "preview") << "in the gap";
-        movePointer({ panel.minX() + 20, panel.midY() });
-        EXPECT_EQ(content().hoveredCard(), 0);
-        EXPECT_EQ(NSCursor::currentCursor(), NSCursor::pointingHand());
-        movePointer({ panel.maxX() - 20, panel.midY() });
-        EXPECT_EQ(content().hoveredCard(), 1);
-        EXPECT_TRUE(logged("preview: dismissed").empty());
-
-        movePointer({ panel.maxX() + 1, panel.midY() });
-        EXPECT_EQ(shown(), "nothing");
-        EXPECT_EQ(NSCursor::currentCursor(), NSCursor::arrow());
-        EXPECT_EQ(logged("preview: dismissed").size(), 1u);
-        log_.clear();
-    }
-}
-
 TEST_F(HoverTest, PanelsStayOnTheScreen)
 {
     TooltipPanel tooltip;

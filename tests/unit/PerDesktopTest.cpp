@@ -10,15 +10,6 @@ namespace {
 
 std::string events;
 
-struct Older {
-    ~Older() { events += host::Desktop::hasCurrent() ? "older " : "too late"; }
-    int count = 0;
-};
-
-struct Younger {
-    ~Younger() { events += "younger "; }
-};
-
 struct Work {
     ~Work() { events += isDone ? "done " : "not done "; }
     std::atomic<bool> isDone = false;
@@ -31,20 +22,6 @@ struct Working {
 
 using PerDesktopTest = DesktopTest;
 
-}
-
-TEST_F(PerDesktopTest, StatesGoYoungestFirstWhileTheirDesktopIsThere)
-{
-    start();
-    events.clear();
-    perDesktop<Older>().count = 1;
-    perDesktop<Younger>();
-    host::Desktop::setCurrent(&desktop());
-    EXPECT_EQ(perDesktop<Older>().count, 1);
-    stop();
-    EXPECT_EQ(events, "younger older ");
-    start();
-    EXPECT_EQ(perDesktop<Older>().count, 0);
 }
 
 TEST_F(PerDesktopTest, AStateOutlivesTheBlockThatRunsAndDropsThoseThatWait)

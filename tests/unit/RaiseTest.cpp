@@ -71,23 +71,6 @@ TEST_F(RaiseTest, AttemptsAreMadeUntilOneSucceedsOrTheTimeIsUp)
     EXPECT_EQ(log_.back(), "raise: gave up on App");
 }
 
-TEST_F(RaiseTest, OnlyAWindowOfSomeSizeIsWorthRaising)
-{
-    for (const double height : { 299, 300 }) {
-        const bool isWorthIt = height == 300;
-        calls().clear();
-        log_.clear();
-        const auto window = openWindow(app_, { 0, 0, 400, height });
-        raise();
-        advance(2);
-        EXPECT_EQ(count("AXRaise"), isWorthIt ? 1u : 0u) << height;
-        EXPECT_EQ(count("AXFrontmost", app_), 1u);
-        EXPECT_EQ(count("open"), isWorthIt ? 0u : 1u);
-        EXPECT_EQ(log_.front() == "raise: App has only transient windows, reopening", !isWorthIt);
-        world().close(window);
-    }
-}
-
 TEST_F(RaiseTest, TheFocusedWindowIsRaisedThenTheLargestThatIsVisibleThenTheLargest)
 {
     const struct {

@@ -18,6 +18,7 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -148,6 +149,21 @@ TEST(NestedLoopTest, ALoopThatAnEventBeginsGoesOnWithEverythingAndOutlivesThePan
             "before none", "due along with it", "from a thread", "same turn none", "next turn top", "after top" }));
     EXPECT_FALSE(window);
     EXPECT_FALSE(pressed);
+}
+
+TEST(SerialQueueTest, RunsItsBlocksInOrderOnAThreadOfItsOwn)
+{
+    const auto main = std::this_thread::get_id();
+    std::promise<void> end;
+    std::string order;
+    const auto queue = DispatchQueue::serial("com.example.serial");
+    queue->asyncAfter(0.02, [&] {
+        order += "second";
+        end.set_value();
+    });
+    queue->async([&] { order += std::this_thread::get_id() == main ? "here " : "first "; });
+    end.get_future().wait();
+    EXPECT_EQ(order, "first second");
 }
 
 TEST(NotificationCenterTest, AnObserverRemovedWhileANotificationIsPostedIsNotCalled)

@@ -94,30 +94,6 @@ TEST_F(ViewTest, ClicksAndDragsGoToTheWindowThatIsInFrontThereAndKeysToTheFocuse
     EXPECT_EQ(reason, "the desktop's window was closed");
 }
 
-TEST_F(ViewTest, ATapComesBeforeWhoeverHasTheKeyboard)
-{
-    QLineEdit field;
-    desktop().surfaces().adopt(field, { .level = 101 }, { 0, 0, 1440, 40 });
-    desktop().surfaces().orderFront(field);
-    std::vector<host::KeyPress> shown;
-    desktop().keyboard().tap({ { 11, 0x180000, 0 }, { 18, 0x80000, 0x140000 } });
-    desktop().keyboard().enableTap(true);
-    desktop().keyboard().onPress = [&](const host::KeyPress& press) {
-        shown.push_back(press);
-        return press.key == 11;
-    };
-    for (QWidget* typed : { view->childAt(5, 5), static_cast<QWidget*>(&field), view }) {
-        shown.clear();
-        QTest::keyClick(typed, Qt::Key_B, Qt::AltModifier | Qt::MetaModifier);
-        EXPECT_EQ(shown, (std::vector { host::KeyPress { 11, 0x180000 } }));
-        QTest::keyClick(typed, Qt::Key_B);
-        EXPECT_EQ(shown.size(), 1u);
-    }
-    EXPECT_EQ(field.text(), "b");
-    EXPECT_EQ(world().window(1)->typed, "b") << "what the tap swallows is typed into nothing";
-    desktop().surfaces().release(field);
-}
-
 TEST_F(ViewTest, PanelsLieInTheOrderOfTheirLevelsAndKeepClicksAndDragsToThemselves)
 {
     QWidget low;

@@ -84,20 +84,6 @@ protected:
 
 }
 
-TEST_F(SearchInterfaceTest, ThePanelTouchesTheBoxOnTheSideTowardTheDesktop)
-{
-    const CGRect box = view().rect(BarComponent::search);
-    pressIntoField();
-    type("inbox");
-    EXPECT_EQ(panel().frame(), (CGRect { box.x, box.maxY(), 320, 48 }));
-    type("box");
-    EXPECT_EQ(panel().frame(), (CGRect { box.x, box.maxY(), 320, 128 }));
-    Settings::barEdge.set(BarEdge::top);
-    settle();
-    EXPECT_TRUE(panel().isVisible() && hasKeyboard());
-    EXPECT_EQ(panel().frame(), (CGRect { box.x, 900 - 24 - 52 + box.y - 128, 320, 128 }));
-}
-
 TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtTheTop)
 {
     EXPECT_FALSE(controller_->window().canBecomeKey());
@@ -163,24 +149,6 @@ TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
     }
 }
 
-TEST_F(SearchInterfaceTest, ASearchEndsWithItsBar)
-{
-    const std::function<void()> ends[] { [] { Settings::barVisible.set(false); },
-        [] { Settings::showSearch.set(false); }, [this] { controller_->tearDown(); } };
-    for (const auto& end : ends) {
-        Settings::barVisible.set(true);
-        Settings::showSearch.set(true);
-        settle();
-        pressIntoField();
-        type("box");
-        end();
-        settle();
-        EXPECT_EQ(rows(), Texts());
-        EXPECT_FALSE(hasKeyboard());
-        EXPECT_EQ(world().frontmost(), notes_);
-    }
-}
-
 TEST_F(SearchInterfaceTest, WhoCantHaveTheKeyboardBackLeavesItToTheNext)
 {
     world().activate(mail_);
@@ -200,21 +168,6 @@ TEST_F(SearchInterfaceTest, WhoCantHaveTheKeyboardBackLeavesItToTheNext)
         EXPECT_EQ(world().frontmost(), mail_) << quits;
         EXPECT_TRUE(quits || world().process(notes_)->record->isHidden);
     }
-}
-
-TEST_F(SearchInterfaceTest, WhatFindsNothingLeavesNothingToChoose)
-{
-    pressIntoField();
-    type("box");
-    edit().setText(QString(10'000, 'b'));
-    QTest::keyClicks(&edit(), "x");
-    key(Qt::Key_Down);
-    key(Qt::Key_Return);
-    EXPECT_EQ(rows(), Texts());
-    EXPECT_TRUE(hasKeyboard());
-    EXPECT_EQ(edit().text().size(), 10'001);
-    type("inbox");
-    EXPECT_EQ(rows(), Texts { "Inbox" });
 }
 
 TEST(ShortenedText, KeepsWholeCharactersAndAtLeastSoManyOfThem)

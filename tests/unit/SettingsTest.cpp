@@ -130,16 +130,3 @@ TEST_F(SettingsTest, NoComponentIsLostWhateverOrderIsStored)
     Settings::componentOrder.set(order);
     EXPECT_EQ(Settings::componentOrder(), order);
 }
-
-TEST_F(SettingsTest, EachComponentHasItsOwnVisibilityButTheButtonsAlwaysShow)
-{
-    for (const BarComponent component : allCases<BarComponent>()) {
-        changes_ = 0;
-        Settings::setVisible(component, false);
-        const bool canHide = component != BarComponent::apps;
-        EXPECT_EQ(changes_, canHide ? 1 : 0);
-        for (const BarComponent other : allCases<BarComponent>())
-            EXPECT_EQ(Settings::isVisible(other), other != component || !canHide) << rawValue(component);
-        Settings::setVisible(component, true);
-    }
-}

@@ -139,29 +139,3 @@ TEST_F(WindowIndexTest, TitlesNeedAWindowAndTheRight)
         EXPECT_EQ(WindowIndex::all().front().title, isPermitted ? "Letter" : "");
     }
 }
-
-TEST_F(WindowIndexTest, RaisingTriesOnceAndSaysHowItWent)
-{
-    const pid_t pid = run("Editor");
-    const auto window = openWindow(pid);
-    openWindow(pid);
-    world().setMinimised(window, true);
-    WindowIndex::raise(window, pid);
-    EXPECT_EQ(count("AXWindows"), 0u) << "it is queued";
-    advance(0);
-    EXPECT_FALSE(world().window(window)->isMinimised);
-
-    world().close(window);
-    WindowIndex::raise(window, pid);
-    advance(5);
-    world().processFaults(pid).fails = { { "AXWindows", -1 } };
-    WindowIndex::raise(window, pid);
-    advance(5);
-    const std::string number = std::to_string(window);
-    const std::string process = std::to_string(pid);
-    EXPECT_EQ(log_,
-        (Texts { "raise: raised window " + number + " of pid " + process,
-            "raise: window " + number + " not in pid " + process + "'s AX list of 1",
-            "raise: no AX window list for pid " + process }));
-    EXPECT_EQ(count("AXWindows"), 3u);
-}
