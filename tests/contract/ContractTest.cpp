@@ -79,10 +79,7 @@ protected:
     /// A bar on which the user has just clicked: who wasn't touched may be refused the keyboard.
     void showBar(QWidget& panel)
     {
-        surfaces().adopt(panel, { .role = host::SurfaceRole::bottomBar, .level = 101 },
-            { 0, 0, displays().all().front().frame.width, 40 });
-        surfaces().orderFront(panel);
-        ASSERT_TRUE(settle([&] { return under_->shows(panel); }));
+        DesktopFixture::showBar(panel, 40);
         clickOnBar();
     }
 

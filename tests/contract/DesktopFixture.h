@@ -44,6 +44,15 @@ protected:
         under_.reset();
     }
 
+    /// Along the lower edge.
+    void showBar(QWidget& bar, double height)
+    {
+        const CGRect frame = displays().all().front().frame;
+        surfaces().adopt(bar, { .role = host::SurfaceRole::bottomBar, .level = 101 }, { 0, 0, frame.width, height });
+        surfaces().orderFront(bar);
+        ASSERT_TRUE(settle([&] { return under_->shows(bar); }));
+    }
+
     // The window list. Of a window that isn't listed, what it tells is empty.
 
     host::Window listed(std::uint32_t window)

@@ -3,15 +3,6 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace {
-
-bool startsWithTest(const std::string& name)
-{
-    return name.starts_with("Test ");
-}
-
-}
-
 TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
 {
     setenv("XDG_CURRENT_DESKTOP", "First:Second", 1);
@@ -33,8 +24,8 @@ TEST_F(X11, TheApplicationsFolderHoldsWhatMenusShowEachOnce)
 
     const auto names = applications().bundles("/Applications");
     ASSERT_TRUE(names);
-    std::vector<std::string> found;
-    std::ranges::copy_if(*names, std::back_inserter(found), startsWithTest);
+    auto found = *names;
+    std::erase_if(found, [](const std::string& name) { return !name.starts_with("Test "); });
     std::ranges::sort(found);
     EXPECT_EQ(found,
         (std::vector<std::string> { "Test Files.app", "Test a-b c.app", "Test mine.app", "Test plain.app",

@@ -3,7 +3,6 @@
 #include "x11/WindowMirror.h"
 
 #include <chrono>
-#include <unordered_map>
 
 namespace {
 
@@ -33,14 +32,6 @@ public:
 
     std::size_t windowCount() const { return mirror_.state().windows.size(); }
     unsigned requestCount() const { return xcb_no_operation(*connection_).sequence; }
-    /// By window, a number that changes when it is described otherwise.
-    std::unordered_map<xcb_window_t, std::uint64_t> revisions() const
-    {
-        std::unordered_map<xcb_window_t, std::uint64_t> result;
-        for (const auto& [id, window] : mirror_.state().windows)
-            result.emplace(id, window.revision);
-        return result;
-    }
 
 private:
     std::string reason_;
@@ -56,7 +47,6 @@ TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
     constexpr std::size_t crowd = 80;
     // An open window costs some 60 requests, and may be heard of in several steps.
     constexpr unsigned mostRequests = 140;
-    constexpr std::ptrdiff_t mostTouched = 4;
 
     CountingMirror mirror;
     const auto program = start("crowd");
@@ -77,17 +67,10 @@ TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
         { "one closes", [&] { under_->closeWindow(windows[30]); } },
     };
     for (const auto& [what, change] : changes) {
-        const auto before = mirror.revisions();
         const unsigned requests = mirror.requestCount();
         change();
         mirror.expectMore();
         EXPECT_TRUE(settle([&] { return mirror.isQuiet(); }));
         EXPECT_LT(mirror.requestCount() - requests, mostRequests) << what;
-        const auto after = mirror.revisions();
-        const auto touched = std::ranges::count_if(before, [&](const auto& window) {
-            const auto now = after.find(window.first);
-            return now != after.end() && now->second != window.second;
-        });
-        EXPECT_LE(touched, mostTouched) << what;
     }
 }

@@ -1,5 +1,5 @@
 // Ahead of the toolkit, whose keywords it uses as names.
-#include <gio/gio.h>
+#include "contract/BusObject.h"
 
 #include "contract/X11Fixture.h"
 
@@ -131,28 +131,18 @@ TEST_F(X11, AProgramOnTheBusIsActivatedThere)
         "Name=Test activatable\nDBusActivatable=true\nStartupNotify=true\nExec=" + reporter() + '\n');
     std::filesystem::remove(reporter() + ".out");
 
-    GDBusConnection* bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    ASSERT_TRUE(bus);
-    GDBusNodeInfo* node
-        = g_dbus_node_info_new_for_xml("<node><interface name='org.freedesktop.Application'><method name='Activate'>"
-                                       "<arg type='a{sv}' direction='in'/></method></interface></node>",
-            nullptr);
-    static std::string startupId;
-    startupId.clear();
-    const GDBusInterfaceVTable table { [](GDBusConnection*, const char*, const char*, const char*, const char*,
-                                           GVariant* arguments, GDBusMethodInvocation* call, void*) {
-                                          GVariant* data = g_variant_get_child_value(arguments, 0);
-                                          const char* id = nullptr;
-                                          if (g_variant_lookup(data, "desktop-startup-id", "&s", &id))
-                                              startupId = id;
-                                          g_variant_unref(data);
-                                          g_dbus_method_invocation_return_value(call, nullptr);
-                                      },
-        nullptr, nullptr, {} };
-    const guint object = g_dbus_connection_register_object(
-        bus, "/org/test/Activatable", node->interfaces[0], &table, nullptr, nullptr, nullptr);
-    const guint name = g_bus_own_name_on_connection(
-        bus, "org.test.Activatable", G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
+    std::string startupId;
+    const BusObject activatable("org.test.Activatable", "/org/test/Activatable",
+        "<interface name='org.freedesktop.Application'><method name='Activate'><arg type='a{sv}' direction='in'/>"
+        "</method></interface>",
+        [&](GVariant* arguments, GDBusMethodInvocation* call) {
+            GVariant* data = g_variant_get_child_value(arguments, 0);
+            const char* id = nullptr;
+            if (g_variant_lookup(data, "desktop-startup-id", "&s", &id))
+                startupId = id;
+            g_variant_unref(data);
+            g_dbus_method_invocation_return_value(call, nullptr);
+        });
 
     EXPECT_TRUE(applications().open("/Applications/Test activatable.app"));
     EXPECT_TRUE(settle([&] {
@@ -160,9 +150,4 @@ TEST_F(X11, AProgramOnTheBusIsActivatedThere)
         return startupId.starts_with("vantry-");
     })) << startupId;
     EXPECT_FALSE(std::filesystem::exists(reporter() + ".out")) << "its command line is for desktops without a bus";
-
-    g_bus_unown_name(name);
-    g_dbus_connection_unregister_object(bus, object);
-    g_dbus_node_info_unref(node);
-    g_object_unref(bus);
 }

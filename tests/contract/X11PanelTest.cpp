@@ -23,16 +23,6 @@ protected:
         return state && state->override_redirect && state->map_state == XCB_MAP_STATE_VIEWABLE;
     }
 
-    /// A bar along the lower edge, shown.
-    void showBar(QWidget& bar)
-    {
-        const CGRect frame = displays().all().front().frame;
-        surfaces().adopt(bar, { .role = host::SurfaceRole::bottomBar, .level = 101 }, { 0, 0, frame.width, barHeight });
-        surfaces().orderFront(bar);
-        ASSERT_TRUE(settle([&] { return under_->shows(bar); }));
-        ASSERT_TRUE(settle([&] { return !hasWindowManager() || isManaged(static_cast<xcb_window_t>(bar.winId())); }));
-    }
-
     /// The child of the root that a window lies in, and its place among them from the bottom.
     std::ptrdiff_t height(xcb_window_t window)
     {
@@ -103,8 +93,9 @@ TEST_F(X11Panel, ABarThatAnotherProgramMovesOrCoversComesBackEachTime)
 {
     const CGRect frame = displays().all().front().frame;
     QWidget bar;
-    showBar(bar);
+    showBar(bar, barHeight);
     const auto panel = static_cast<xcb_window_t>(bar.winId());
+    ASSERT_TRUE(settle([&] { return !hasWindowManager() || isManaged(panel); }));
     const auto comesBack = [&](const std::function<bool()>& isBack) {
         hear();
         surfaces().orderFront(bar);

@@ -47,14 +47,9 @@ class Menus:
 
     # Hands
 
-    def right_click(self, point):
-        self.session.move(*point)
-        self.session.press(3)
-        self.session.release(3)
-
     def open(self, point):
         """Opens a menu by a right click, and gives its window."""
-        self.right_click(point)
+        self.session.click(point, 3)
         return eventually(lambda: self.menus() and self.has_keyboard() and self.menus()[0], "the menu opens")
 
     def choose(self, point, *keys):

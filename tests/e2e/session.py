@@ -451,10 +451,10 @@ class Session(World):
         xtest.fake_input(self.display, X.ButtonRelease, button)
         self.display.sync()
 
-    def click(self, point):
+    def click(self, point, button=1):
         self.move(*point)
-        self.press()
-        self.release()
+        self.press(button)
+        self.release(button)
 
     def drag(self, start, end, steps=12):
         self.move(*start)

@@ -2,6 +2,7 @@
 
 import os
 import subprocess
+import time
 import unittest
 
 from PIL import ImageChops
@@ -42,7 +43,24 @@ class ScaleTest(unittest.TestCase):
                     self.assertAlmostEqual(x + width / 2, session.bar().trash(2)[0], delta=2 * scale)
                     gap = ty - (y + height) if edge == "top" else y - (ty + theight)
                     self.assertAlmostEqual(gap, 6 * scale, delta=1)
-                    session.move(960, 540)
+                    session.move(*session.bar().button(0))
+                    preview = eventually(lambda: next(iter(session.popups("POPUP_MENU")), None), "a preview")
+                    x, py, width, pheight = session.geometry(preview)
+                    session.move(x + width / 2, py + pheight / 2)
+                    time.sleep(0.3)
+                    self.assertTrue(session.popups("POPUP_MENU"), "it stays while the pointer is on it")
+                    session.move(2, 540)
+                    eventually(lambda: not session.popups("POPUP_MENU"), "and goes with the pointer")
+
+    def test_a_window_over_the_bar_is_moved_clear_of_it(self):
+        with Session() as session:
+            session.set_scale(2)
+            session.start_bar()
+            window = session.xterm("over the bar", "100x30+200+120")
+            session.ask(window, "_NET_MOVERESIZE_WINDOW", 1 | 0x300 | 2 << 12, 200, 700)
+            lower_edge = lambda: sum(session.geometry(window)[1::2])
+            eventually(lambda: 1080 - 136 - 40 < lower_edge() <= 1080 - 136,
+                       "it ends where the bar's room begins")
 
 
 class BlendingTest(unittest.TestCase):

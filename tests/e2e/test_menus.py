@@ -48,15 +48,7 @@ class EntriesTest(MenuTest):
     def test_each_of_the_bars_menu(self):
         session = self.session
         program = session.start_bar()
-        terminal = session.xterm()
-        eventually(lambda: session.names() == ["XTerm"], "the terminal has its button")
         pick = lambda number: self.choose(self.empty_bar(), *self.entry(number))
-        for value in (False, True):
-            pick(2)
-            eventually(lambda: self.setting("autoFitWindows") is value, f"the second entry's tick is {value}")
-        for is_minimised in (True, False):
-            pick(3)
-            eventually(lambda: session.is_minimised(terminal) is is_minimised, "the desktop is shown and the window restored")
         pick(4)
         eventually(lambda: not session.bars(), "the bar is gone")
         self.assertIs(self.setting("barVisible"), False)

@@ -25,10 +25,7 @@ TEST(BarLevelTest, TheEnvironmentNamesTheLevelInAnyCase)
     std::string log;
     Log::setSink([&](std::string_view line) { log = line; });
     for (const auto& test : cases) {
-        if (test.name)
-            setenv("BAR_LEVEL", test.name, 1);
-        else
-            unsetenv("BAR_LEVEL");
+        test.name ? setenv("BAR_LEVEL", test.name, 1) : unsetenv("BAR_LEVEL");
         EXPECT_EQ(BarLevel::resolve(), test.level) << test.logged;
         EXPECT_EQ(log, "[bar] window level: " + test.logged + " -> " + std::to_string(test.level) + "\n");
     }

@@ -4,17 +4,12 @@
 #include "appkit/NSWorkspace.h"
 #include "bar/BarManager.h"
 #include "bar/RefreshSoon.h"
-#include "controls/BarVisibility.h"
 #include "foundation/NSNotificationCenter.h"
 #include "host/Displays.h"
 #include "settings/Settings.h"
 #include "unit/DrawingText.h"
 
-#include <algorithm>
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -43,11 +38,6 @@ protected:
     const std::shared_ptr<BarController>& bar(std::uint32_t displayID) const
     {
         return manager_->controllers().at(displayID);
-    }
-
-    const embedded::Panel& panel(std::uint32_t displayID)
-    {
-        return *std::as_const(desktop().surfaces()).find(*bar(displayID)->window().widget());
     }
 
     std::size_t refreshes() { return count("windowList"); }
@@ -153,26 +143,6 @@ TEST_F(BarManagerTest, WhatATurnBringsRefreshesEachBarOnceAsDoesAClick)
     manager_->reconcile();
     settle();
     EXPECT_EQ(refreshes(), 2u);
-}
-
-TEST_F(BarManagerTest, AHiddenBarStaysHiddenAndCostsNoItems)
-{
-    Settings::barVisible.set(false);
-    startBars();
-    run("Mail");
-    advance(5);
-    EXPECT_FALSE(panel(1).isVisible);
-    EXPECT_EQ(refreshes(), 0u);
-    EXPECT_TRUE(bar(1)->currentItems().empty());
-    for (const bool isVisible : { true, false }) {
-        BarVisibility::toggle();
-        settle();
-        EXPECT_EQ(bar(1)->window().isVisible(), isVisible);
-        EXPECT_EQ(panel(2).isVisible, isVisible);
-        EXPECT_EQ(Settings::barVisible(), isVisible);
-        EXPECT_FALSE(bar(1)->currentItems().empty());
-    }
-    EXPECT_EQ(logged("bar visible"), (Texts { "bar visible -> true", "bar visible -> false" }));
 }
 
 TEST_F(BarManagerTest, TheMainBarsItemsAreThoseOfTheScreenWithTheFocus)

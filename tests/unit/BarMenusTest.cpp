@@ -1,11 +1,7 @@
 #include "ModelTest.h"
 
 #include "bar/BarMenus.h"
-#include "bar/BarView.h"
-#include "search/AppCatalog.h"
 #include "settings/Settings.h"
-
-#include <filesystem>
 
 namespace {
 
@@ -132,45 +128,4 @@ TEST_F(BarMenusTest, TheBarMenuShowsAndChangesTheSettings)
 
     choose(*BarMenus::barMenu(), "Hide Taskbar");
     EXPECT_FALSE(Settings::barVisible());
-}
-
-TEST_F(BarMenusTest, TheLauncherMenuLaunches)
-{
-    for (const char* name : { "Notes", "Gone", "Atlas" })
-        std::filesystem::create_directories(root() / "Applications" / (std::string(name) + ".app"));
-    install("Notes");
-    const auto menu = BarMenus::launcherMenu();
-    EXPECT_EQ(described(*menu), "Atlas, Gone, Notes");
-    EXPECT_EQ(menu->itemArray()[0].image()->size(), (CGSize { 16, 16 }));
-    EXPECT_EQ(AppCatalog::all()[0].icon.size(), (CGSize { 32, 32 })) << "the shared icon keeps its own";
-
-    choose(*menu, "Notes");
-    EXPECT_TRUE(world().processNamed("org.Notes"));
-    choose(*menu, "Gone");
-}
-
-TEST_F(BarMenusTest, ARightClickOpensTheMenuOfItsPlace)
-{
-    std::filesystem::create_directories(root() / "Applications/Atlas.app");
-    BarView view({ 0, 0, 1400, 52 });
-    Settings::barSize.set(BarSize::medium);
-    view.setItems({ item_ });
-    const auto middle = [&](BarComponent component) { return view.rect(component).midX(); };
-    const struct {
-        const char* what;
-        double x;
-        std::string first;
-    } rows[] {
-        { "the launcher", middle(BarComponent::launcher), "Atlas" },
-        { "a button", view.layoutItems()[0].rect.midX(), "Mail" },
-        { "the Trash", middle(BarComponent::trash), "This desktop only" },
-        { "the empty bar", 1300, "This desktop only" },
-    };
-    for (const auto& row : rows) {
-        view.rightMouseUp({ { row.x, 20 } });
-        ASSERT_TRUE(NSMenu::open()) << row.what;
-        EXPECT_EQ(NSMenu::open()->itemArray()[0].title(), row.first) << row.what;
-    }
-    NSMenu::cancelTracking();
-    EXPECT_FALSE(NSMenu::open());
 }

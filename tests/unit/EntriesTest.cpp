@@ -45,14 +45,6 @@ protected:
             capacity, index < 0 ? std::nullopt : std::optional(displays.at(static_cast<std::size_t>(index)))));
     }
 
-    static BarItem entry(const std::string& name)
-    {
-        WindowIndex::invalidate();
-        const auto items = DockModel::entries(100, std::nullopt);
-        const auto place = std::ranges::find(items, name, &BarItem::name);
-        return place == items.end() ? BarItem() : *place;
-    }
-
     pid_t both_ = 0;
 };
 

@@ -61,31 +61,6 @@ TEST_F(ItemsTest, PinnedItemsComeFirstThenWhatElseRuns)
     EXPECT_EQ(DockModel::key(items.back()), "?");
 }
 
-TEST_F(ItemsTest, OneApplicationIsFrontmostAndTheProgramItselfAndFinderHaveNoButtons)
-{
-    storeDock(Value::Array {});
-    world().launch({ .name = "Second copy",
-        .bundleIdentifier = "com.merrowen.vantry",
-        .bundlePath = {},
-        .icon = {},
-        .faults = {} });
-    EXPECT_EQ(shown(), Texts());
-    const pid_t mail = run("Mail");
-    world().activate(mail);
-    EXPECT_EQ(shown(), Texts { "Mail:Mail!" });
-    EXPECT_FALSE(DockModel::finderItem()->isFrontmost);
-
-    const pid_t finder = world().processNamed("com.apple.finder")->pid();
-    world().activate(finder);
-    const auto item = DockModel::finderItem();
-    EXPECT_TRUE(item->isFrontmost && item->isPinned);
-    EXPECT_EQ(item->pid, finder);
-    Settings::showFinderButton.set(false);
-    EXPECT_EQ(shown(), (Texts { "Finder:Finder!", "Mail:Mail" }));
-    world().quit(finder);
-    EXPECT_FALSE(DockModel::finderItem());
-}
-
 TEST_F(ItemsTest, AMalformedTileIsSkippedButAForeignElementFailsTheWholeList)
 {
     const auto tileOf = [](Value::Dictionary data) {

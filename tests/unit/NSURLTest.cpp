@@ -10,7 +10,7 @@ TEST(NSURLTest, TextsThatAreNoURLAreRefused)
         EXPECT_FALSE(NSURL::URLWithString(text)) << text;
 }
 
-TEST(NSURLTest, PathsOfURLs)
+TEST(NSURLTest, PathsComeFromURLsAndSurviveThem)
 {
     const struct {
         const char* url;
@@ -32,10 +32,6 @@ TEST(NSURLTest, PathsOfURLs)
         EXPECT_EQ(url->path(), c.path) << c.url;
         EXPECT_EQ(url->standardizedPath(), c.standardized) << c.url;
     }
-}
-
-TEST(NSURLTest, APathSurvivesItsURL)
-{
     for (const char* path : { "/A b/%41 é#?.app", "/Applications/Mail.app", "/" })
         EXPECT_EQ(NSURL::fileURLWithPath(path).path(), path);
 }

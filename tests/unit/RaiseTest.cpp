@@ -142,16 +142,3 @@ TEST_F(RaiseTest, AnApplicationIsToldOnceToReportItsWindowsAndReopenedWhereItNam
     ASSERT_TRUE(world().processNamed("org.App"));
     EXPECT_NE(world().processNamed("org.App")->pid(), app_);
 }
-
-TEST_F(RaiseTest, TwoOfThemRunInterleaved)
-{
-    const pid_t other = run("Other");
-    openWindow(other, medium);
-    fail("AXWindows", -1);
-    raise(false);
-    Raise::start({ other, "Other", std::nullopt });
-    settle();
-    EXPECT_EQ(log_, Texts { "raise: Other ok (1 windows)" });
-    advance(2);
-    EXPECT_EQ(log_.back(), "raise: gave up on App");
-}

@@ -149,27 +149,6 @@ TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
     }
 }
 
-TEST_F(SearchInterfaceTest, WhoCantHaveTheKeyboardBackLeavesItToTheNext)
-{
-    world().activate(mail_);
-    world().activate(notes_);
-    openWindow(notes_, { 0, 0, 300, 200 }, "Notes");
-    for (const bool quits : { false, true }) {
-        world().unhide(notes_);
-        world().activate(notes_);
-        settle();
-        pressIntoField();
-        ASSERT_TRUE(hasKeyboard());
-        if (quits)
-            world().quit(notes_);
-        else
-            world().hide(notes_);
-        key(Qt::Key_Escape);
-        EXPECT_EQ(world().frontmost(), mail_) << quits;
-        EXPECT_TRUE(quits || world().process(notes_)->record->isHidden);
-    }
-}
-
 TEST(ShortenedText, KeepsWholeCharactersAndAtLeastSoManyOfThem)
 {
     const NSFont font = NSFont::systemFont(13);

@@ -1,11 +1,9 @@
 #include "ModelTest.h"
 
-#include "base/CGGeometry.h"
 #include "system/WindowRaise.h"
 #include "windowserver/CGWindow.h"
 #include "windowserver/Damage.h"
 
-#include <algorithm>
 #include <functional>
 
 namespace {

@@ -4,7 +4,6 @@
 #include "tamer/WindowTamer.h"
 
 #include "windowserver/Damage.h"
-#include <unistd.h>
 
 namespace {
 
@@ -233,26 +232,4 @@ TEST_F(WindowTamerTest, AnAlertOnAScreenAboveOrBelowIsNotTakenAcross)
     for (const std::uint32_t each : right)
         EXPECT_EQ(bounds(each).y, 686) << "held against the main screen's bar";
     EXPECT_EQ(count("AXPosition"), right.size());
-}
-
-TEST_F(WindowTamerTest, AHungProgramCostsTheTimeOutAndOneThatDiesCostsNothing)
-{
-    openFocused(overTheBar);
-    openAlert({ 900, 750, 400, 146 });
-    world().processFaults(background()).hangs = true;
-    world().processFaults(app_).hangs = true;
-    tick();
-    for (const auto& call : calls().all())
-        EXPECT_LE(call.heldUp, 0.5) << call.name;
-    EXPECT_EQ(count("AXWindows", background()), 1u);
-
-    for (const char* call : { "AXManualAccessibility", "AXFocusedWindow", "AXMinimized", "AXFullScreen", "AXPosition",
-             "AXSize", "AXWindows" }) {
-        app_ = run("Dying");
-        openFocused(overTheBar);
-        openAlert({ 900, 750, 400, 146 }, 3, app_);
-        world().processFaults(app_).diesAt = call;
-        tick(2);
-        EXPECT_FALSE(world().process(app_)) << call;
-    }
 }

