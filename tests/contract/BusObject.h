@@ -25,12 +25,13 @@ public:
             nullptr, nullptr, {}
         };
         g_dbus_connection_register_object(bus_, path, node_->interfaces[0], &table, this, nullptr, nullptr);
-        name_ = g_bus_own_name_on_connection(
-            bus_, name.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
+        // The name is there when this returns.
+        g_variant_unref(g_dbus_connection_call_sync(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+            "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", name.c_str(), 0U), nullptr,
+            G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
     }
     ~BusObject()
     {
-        g_bus_unown_name(name_);
         g_dbus_connection_close_sync(bus_, nullptr, nullptr);
         g_object_unref(bus_);
         g_dbus_node_info_unref(node_);
@@ -44,5 +45,4 @@ private:
     Answer answer_;
     GDBusConnection* bus_;
     GDBusNodeInfo* node_;
-    guint name_ = 0;
 };

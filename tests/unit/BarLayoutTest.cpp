@@ -63,4 +63,24 @@ TEST(BarLayoutTest, CapacityIsWhatFitsWhateverIsThereNow)
             EXPECT_EQ(bar(row.width, buttons, row.components).buttonCapacity(), row.capacity) << row.what;
 }
 
+TEST(BarLayoutTest, PointIsOverTheFirstThatHoldsIt)
+{
+    const struct {
+        const char* what;
+        int buttons;
+        CGPoint point;
+        std::optional<int> hit;
+    } rows[] {
+        { "left edge of the launcher", 5, { 8, 0 }, BarHit::launcher },
+        { "left of everything", 5, { 7.9, 20 }, std::nullopt },
+        { "over the search box", 5, { 100, 39 }, std::nullopt },
+        { "buttons touch", 5, { 384, 20 }, 1 },
+        { "an empty area", 0, { 350, 20 }, std::nullopt },
+        { "a button under the Trash", 60, { 1350, 20 }, BarHit::trash },
+        { "a button past the end of the area", 60, { 1396, 20 }, 23 },
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(bar(1400, row.buttons).hit(row.point), row.hit) << row.what;
+}
+
 }

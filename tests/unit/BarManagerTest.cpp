@@ -145,6 +145,25 @@ TEST_F(BarManagerTest, WhatATurnBringsRefreshesEachBarOnceAsDoesAClick)
     EXPECT_EQ(refreshes(), 2u);
 }
 
+TEST_F(BarManagerTest, ADroppedBarStopsAndHides)
+{
+    startBars();
+    const auto second = bar(2);
+    for (const std::size_t screen : { 1, 0 }) {
+        world().removeScreen(screen);
+        settle();
+    }
+    EXPECT_TRUE(manager_->controllers().empty());
+    calls().clear();
+    run("Mail");
+    Settings::barVisible.set(true);
+    advance(5);
+    desktop().pointer().move({ 1440 + 30, 20 });
+    EXPECT_EQ(refreshes(), 0u);
+    EXPECT_EQ(second->view()->hoveredIndex(), std::nullopt);
+    EXPECT_FALSE(second->window().isVisible());
+}
+
 TEST_F(BarManagerTest, TheMainBarsItemsAreThoseOfTheScreenWithTheFocus)
 {
     startBars();

@@ -1,6 +1,5 @@
 #include "bar/BarPainter.h"
 
-#include "appkit/DrawingList.h"
 #include "appkit/NSFont.h"
 #include "base/IconSource.h"
 #include "unit/DrawingText.h"

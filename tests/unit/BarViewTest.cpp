@@ -1,6 +1,5 @@
 #include "ModelTest.h"
 
-#include "appkit/DrawingList.h"
 #include "bar/BarView.h"
 #include "foundation/NSFileManager.h"
 #include "settings/Settings.h"

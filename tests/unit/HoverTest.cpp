@@ -1,6 +1,5 @@
 #include "ModelTest.h"
 
-#include "appkit/DrawingList.h"
 #include "appkit/NSMenu.h"
 #include "bar/BarController.h"
 #include "bar/Preview.h"

@@ -2,7 +2,6 @@
 #include "appkit/NSPanel.h"
 #include "appkit/NSView.h"
 #include "appkit/RunLoopDriver.h"
-#include "base/Clock.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/NSTimer.h"
