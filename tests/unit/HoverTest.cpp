@@ -263,6 +263,21 @@ TEST_F(HoverTest, APressWithoutItsReleaseIsForgotten)
     }
 }
 
+TEST_F(HoverTest, ThePointerTravelsIntoThePreviewAndOutOfIt)
+{
+    hover(button("Mail"));
+    const CGRect panel = preview().frame();
+    desktop().pointer().moveWithin({ button("Mail").x, panel.minY() - 4 }, true);
+    view().mouseExited({});
+    EXPECT_EQ(shown(), "preview") << "in the gap";
+    for (const int card : { 0, 1 }) {
+        movePointer({ card == 0 ? panel.minX() + 20 : panel.maxX() - 20, panel.midY() });
+        EXPECT_EQ(content().hoveredCard(), card);
+    }
+    movePointer({ panel.maxX() + 1, panel.midY() });
+    EXPECT_EQ(shown(), "nothing");
+}
+
 TEST_F(HoverTest, PanelsStayOnTheScreen)
 {
     TooltipPanel tooltip;
