@@ -181,6 +181,17 @@ TEST_F(BarViewTest, EachPlaceHasItsClick)
     EXPECT_EQ(count("postKeyDown") + count("postKeyUp"), 2u);
 }
 
+TEST_F(BarViewTest, WhatLooksTheSameAgainIsNotPaintedAnew)
+{
+    const DrawingList* first = &view_->painted();
+    view_->setNeedsDisplay();
+    settle();
+    EXPECT_EQ(&view_->painted(), first);
+    hover(cell(0));
+    settle();
+    EXPECT_NE(&view_->painted(), first);
+}
+
 TEST_F(BarViewTest, AMiddleClickOpensANewWindow)
 {
     const auto opened = [&](double x) {
