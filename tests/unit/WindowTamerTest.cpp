@@ -233,3 +233,21 @@ TEST_F(WindowTamerTest, AnAlertOnAScreenAboveOrBelowIsNotTakenAcross)
         EXPECT_EQ(bounds(each).y, 686) << "held against the main screen's bar";
     EXPECT_EQ(count("AXPosition"), right.size());
 }
+
+TEST_F(WindowTamerTest, AWindowThatRefusesIsAskedNoMoreThanOnceATick)
+{
+    const auto window = openFocused({ 100, 300, 600, 1000 });
+    world().windowFaults(window).refusesSizes = true;
+    tick(60);
+    EXPECT_EQ(std::ranges::count_if(calls().all(),
+                  [&](const auto& call) { return call.kind == embedded::Call::Kind::write && call.window == window; }),
+        30 * 1 + 30 * 3)
+        << "shrunk with one request, placed with three, in turns";
+    EXPECT_EQ(bounds(window).size(), (CGSize { 600, 1000 }));
+
+    calls().clear();
+    openAlert({ 900, 750, 400, 146 });
+    world().windowFaults(world().windows().front().number).fails["AXPosition"] = -1;
+    tick(60);
+    EXPECT_EQ(calls().named("AXPosition", background()).size(), 1u) << "an alert is asked once";
+}
