@@ -5,6 +5,7 @@
 #include "freedesktop/Agents.h"
 #include "freedesktop/Badges.h"
 #include "freedesktop/LoginItem.h"
+#include "freedesktop/PanelFollower.h"
 #include "freedesktop/Tools.h"
 #include "freedesktop/UserSession.h"
 #include "x11/BarSurface.h"
@@ -25,6 +26,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <set>
 
 namespace x11 {
 namespace {
@@ -115,6 +117,9 @@ public:
         monitors_.update();
         processes_.update();
         mirror_.takeChanges();
+        // A new user's files first: what panels tell goes into them.
+        session_.preferencesFolder();
+        followPanels();
         surfaces_.followDesktop(false);
         connection_->onFlushed = [this] { drainSoon(); };
         applications_.bringForward = [this](const std::string& path, const std::string& identifier) {
@@ -279,6 +284,8 @@ private:
         if (hasNewDisplays && monitors_.onChange)
             monitors_.onChange();
 
+        if (changes.listing)
+            followPanels();
         const bool hasNewProcesses = std::exchange(areProcessesStale_, false) || changes.listing || changes.active;
         bool hasActivated = false;
         if (hasNewProcesses) {
@@ -292,6 +299,15 @@ private:
         if (hasNewWindows && windows_.onChange)
             windows_.onChange();
         return hasNewDisplays || hasNewProcesses || hasNewWindows;
+    }
+
+    void followPanels()
+    {
+        std::set<pid_t> owners;
+        for (const WindowRecord* window : mirror_.state().appearance)
+            if (window->facts.declaredKind == WindowKind::dock && window->pid != getpid())
+                owners.insert(window->pid);
+        panels_.setOwners(owners);
     }
 
     void lose()
@@ -320,6 +336,7 @@ private:
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
     WindowCapture capture_ { mirror_ };
     freedesktop::UserSession session_;
+    freedesktop::PanelFollower panels_ { applications_.entries() };
     freedesktop::Tools tools_;
     freedesktop::LoginItem loginItem_;
 
