@@ -163,16 +163,25 @@ void ProcessList::orderReturning()
     returned_ = Returned { returning, front, RunLoop::main().clock().nanoseconds() };
 }
 
-/// A window manager that takes its time may give the keyboard to another of those that come back after all.
+/// A window manager that takes its time gives the keyboard to one after the other of those that come back, the right
+/// one not always last. Who gets it once the right one has kept it for a moment is meant to.
 void ProcessList::insistOnFront()
 {
     constexpr std::uint64_t patience = 500'000'000;
+    constexpr std::uint64_t moment = 100'000'000;
     const xcb_window_t active = mirror_.state().active;
-    if (!returned_ || active == returned_->front || !returned_->windows.contains(active))
+    if (!returned_)
         return;
-    const auto [windows, front, at] = *std::exchange(returned_, std::nullopt);
-    if (RunLoop::main().clock().nanoseconds() - at < patience)
-        bringToFront(front);
+    const std::uint64_t now = RunLoop::main().clock().nanoseconds();
+    if (active == returned_->front && !returned_->inFrontSince)
+        returned_->inFrontSince = now;
+    if (active == returned_->front || !returned_->windows.contains(active))
+        return;
+    const auto inFrontSince = std::exchange(returned_->inFrontSince, std::nullopt);
+    if (now - returned_->at < patience && now - inFrontSince.value_or(now) < moment)
+        bringToFront(returned_->front);
+    else
+        returned_.reset();
 }
 
 void ProcessList::bringToFront(xcb_window_t window) const

@@ -88,6 +88,7 @@ private:
         xcb_window_t front = XCB_WINDOW_NONE;
         /// Nanoseconds of the clock.
         std::uint64_t at = 0;
+        std::optional<std::uint64_t> inFrontSince {};
     };
     std::optional<Returned> returned_;
     std::optional<pid_t> frontmost_;
