@@ -163,6 +163,19 @@ Natives wanted(const Record& had, const Value::Dictionary& domain)
     return natives;
 }
 
+bool runs(const char* program)
+{
+    std::error_code error;
+    for (const auto& process : fs::directory_iterator("/proc", error)) {
+        struct stat status { };
+        const pid_t pid = static_cast<pid_t>(numberIn(process.path().filename().string(), 0));
+        if (pid > 0 && ::stat(process.path().c_str(), &status) == 0 && status.st_uid == ::getuid()
+            && programOf(pid) == program)
+            return true;
+    }
+    return false;
+}
+
 bool writeNatives(const PanelKind& kind, PanelStore& store, const Natives& natives)
 {
     bool isDone = true;
@@ -284,19 +297,6 @@ std::optional<Panel> panelOn(PanelEdge edge, const std::vector<std::string>& pro
         }
     }
     return std::nullopt;
-}
-
-bool runs(const char* program)
-{
-    std::error_code error;
-    for (const auto& process : fs::directory_iterator("/proc", error)) {
-        struct stat status { };
-        const pid_t pid = static_cast<pid_t>(numberIn(process.path().filename().string(), 0));
-        if (pid > 0 && ::stat(process.path().c_str(), &status) == 0 && status.st_uid == ::getuid()
-            && programOf(pid) == program)
-            return true;
-    }
-    return false;
 }
 
 /// What the user has chosen anew while the panel stood changed is what it has from then on.

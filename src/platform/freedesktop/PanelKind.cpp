@@ -215,6 +215,30 @@ Pins parsedPins(const std::string& text)
     return pins;
 }
 
+/// The names of the files, those that the list leaves out last.
+std::vector<std::string> inOrder(const Pins& pins)
+{
+    std::vector<std::string> names = textsOf(pins.list);
+    std::erase_if(names, [&](const std::string& name) { return !pins.files.contains(name); });
+    for (const auto& [name, content] : pins.files)
+        if (std::ranges::find(names, name) == names.end())
+            names.push_back(name);
+    return names;
+}
+
+/// Also those that are there already: what comes after them would be taken in behind them.
+bool replaceLauncherFiles(const Pins& pins)
+{
+    bool isDone = true;
+    std::error_code error;
+    fs::create_directories(launcherFolder(), error);
+    for (const auto& [name, content] : launcherFiles())
+        isDone = fs::remove(launcherFolder() + '/' + name, error) && isDone;
+    for (const std::string& name : inOrder(pins))
+        isDone = replaceFile(launcherFolder() + '/' + name, pins.files.at(name), 0644).empty() && isDone;
+    return isDone;
+}
+
 /// The path of the desktop entry that a launcher's file names; empty when it names none.
 std::string entryOf(const std::string& launcher)
 {
@@ -250,33 +274,18 @@ std::string pinsText(const PanelKind& kind, PanelStore& store)
 std::vector<std::string> pinnedEntries(const std::string& pinsText)
 {
     const Pins pins = parsedPins(pinsText);
-    std::vector<std::string> names = textsOf(pins.list);
-    for (const auto& [name, content] : pins.files)
-        if (std::ranges::find(names, name) == names.end())
-            names.push_back(name);
-
     std::vector<std::string> entries;
-    for (const std::string& name : names) {
-        const auto file = pins.files.find(name);
-        std::string entry = file == pins.files.end() ? "" : entryOf(file->second);
-        if (!entry.empty())
+    for (const std::string& name : inOrder(pins))
+        if (std::string entry = entryOf(pins.files.at(name)); !entry.empty())
             entries.push_back(std::move(entry));
-    }
     return entries;
 }
 
 bool setPins(const PanelKind& kind, PanelStore& store, const std::string& pinsText)
 {
-    const auto [list, files] = parsedPins(pinsText);
-    bool isDone = true;
-    std::error_code error;
-    fs::create_directories(launcherFolder(), error);
-    for (const auto& [name, content] : files)
-        isDone = replaceFile(launcherFolder() + '/' + name, content, 0644).empty() && isDone;
-    for (const auto& [name, content] : launcherFiles())
-        if (!files.contains(name))
-            isDone = fs::remove(launcherFolder() + '/' + name, error) && isDone;
-    return store.set(kind.pinsKey, list.empty() ? std::nullopt : std::optional(list)) && isDone;
+    const Pins pins = parsedPins(pinsText);
+    const bool isDone = launcherFiles() == pins.files || replaceLauncherFiles(pins);
+    return store.set(kind.pinsKey, pins.list.empty() ? std::nullopt : std::optional(pins.list)) && isDone;
 }
 
 std::string noPins()

@@ -45,7 +45,7 @@ const PanelKind* panelKindNamed(std::string_view name);
 /// make them up too, so that they can be put back.
 std::string pinsText(const PanelKind& kind, PanelStore& store);
 std::vector<std::string> pinnedEntries(const std::string& pinsText);
-/// False when they can't all be written.
+/// False when they can't all be written. A panel that runs takes files in as they come, so they come in their order.
 bool setPins(const PanelKind& kind, PanelStore& store, const std::string& pinsText);
 /// The pins text of a panel without any.
 std::string noPins();
