@@ -1,7 +1,7 @@
 """Kills what changes the Dock, at every point at which it changes a file, starts a tool or has waited for one, then lets
 the next start, the login agent's script or both put things in order, and compares all there is with what was before.
 
-usage: VANTRY_PROGRAM=build/release/vantry python3 tests/e2e/crash_matrix.py [--every N] [--random N] [--act NAME]
+usage: VANTRY_PROGRAM=build/release/vantry python3 tools/crash_matrix.py [--every N] [--random N] [--act NAME]
 
 A real dock program runs beside it; its settings are read by its own tool. The points are counted over the program and
 all tools that it runs; killed are all of them at once, and in another run just the one that is at the point."""
@@ -17,7 +17,8 @@ import subprocess
 import sys
 import time
 
-from session import PROGRAM, Session, eventually
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "e2e"))
+from session import PROGRAM, Session, eventually  # noqa: E402
 
 BESIDE = os.path.dirname(os.path.abspath(PROGRAM))
 DOCK = "net.launchpad.plank.dock.settings:/net/launchpad/plank/docks/dock1/"
