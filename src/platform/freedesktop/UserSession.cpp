@@ -28,9 +28,10 @@ Value trackpad()
 void seed(const std::string& domain, const Value& values)
 {
     const PreferenceFile file(freedesktop::preferencesFolder() + '/' + domain + ".plist");
-    auto contents = file.read();
-    if (contents.condition == PreferenceFile::Condition::missing)
-        file.change(contents, [&](PreferenceFile::Contents& present) { present.values = *values.dictionary(); });
+    if (file.stamp() != PreferenceFile::Stamp())
+        return;
+    PreferenceFile::Contents contents;
+    file.change(contents, [&](PreferenceFile::Contents& present) { present.values = *values.dictionary(); });
 }
 
 }
