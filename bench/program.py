@@ -244,9 +244,11 @@ def main():
         session.write_settings(showFinderButton=False)
         quiet = {"BAR_DEBUG": "0", "BAR_TIMING": "0"}
         for program in filter(None, (PROGRAM, options.beside)):
-            start_to_mapped(session, program, is_dock_sized)
-            samples = [start_to_mapped(session, program, is_dock_sized) for _ in range(options.runs)]
-            report(f"start to mapped: {os.path.basename(program)}", samples, "ms")
+            for what, is_managed in (("", False), (", the Dock behind it", True))[:1 + (program == PROGRAM)]:
+                session.write_settings(showFinderButton=False, manageDock=is_managed)
+                start_to_mapped(session, program, is_dock_sized)
+                samples = [start_to_mapped(session, program, is_dock_sized) for _ in range(options.runs)]
+                report(f"start to mapped: {os.path.basename(program)}{what}", samples, "ms")
 
         if options.beside:
             process = session.start(options.beside)

@@ -31,7 +31,10 @@ void seed(const std::string& domain, const Value& values)
     if (file.stamp() != PreferenceFile::Stamp())
         return;
     PreferenceFile::Contents contents;
-    file.change(contents, [&](PreferenceFile::Contents& present) { present.values = *values.dictionary(); });
+    file.change(contents, [&](PreferenceFile::Contents& present) {
+        if (present.condition == PreferenceFile::Condition::missing)
+            present.values = *values.dictionary();
+    });
 }
 
 }
