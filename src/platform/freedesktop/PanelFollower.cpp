@@ -2,9 +2,7 @@
 
 #include "freedesktop/ProcessFiles.h"
 
-#include <glib.h>
-
-#include <filesystem>
+#include <algorithm>
 #include <utility>
 
 namespace freedesktop {
@@ -12,17 +10,6 @@ namespace {
 
 /// Seconds: a panel changes several settings at a time.
 constexpr double patience = 0.1;
-
-std::optional<PanelDock::Tile> tileOf(DesktopEntries& entries, const std::string& desktopEntry)
-{
-    const auto entry = entries.withId(std::filesystem::path(desktopEntry).stem().string());
-    if (!entry)
-        return std::nullopt;
-    char* path = g_uri_escape_string(entry->bundlePath.c_str(), "/", TRUE);
-    PanelDock::Tile tile { entry->entry.name, "file://" + std::string(path) + '/' };
-    g_free(path);
-    return tile;
-}
 
 }
 
@@ -40,22 +27,31 @@ void PanelFollower::setOwners(const std::set<pid_t>& owners)
     std::vector<std::string> programs;
     for (const pid_t pid : owners)
         programs.push_back(programOf(pid));
-    const bool isFirst = !std::exchange(hasLooked_, true);
-    if (programs != programs_ || isFirst) {
-        programs_ = std::move(programs);
-        look();
-    }
+    if (programs_ == programs)
+        return;
+    programs_ = std::move(programs);
+    look();
+    follow();
 }
 
 void PanelFollower::look()
 {
-    const auto panel
-        = PanelDock::takeIn(programs_, [this](const std::string& entry) { return tileOf(entries_, entry); });
-    if (std::exchange(panel_, panel) == panel)
-        return;
-    store_ = panel ? panel->kind->open(panel->name) : nullptr;
-    if (store_)
-        store_->follow([this] { lookSoon(); });
+    PanelDock::takeIn(*programs_, entries_);
+}
+
+/// All panels of those programs: another one may come to the bar's edge, or the bar to another edge.
+void PanelFollower::follow()
+{
+    followed_.clear();
+    for (const PanelKind& kind : panelKinds())
+        if (std::ranges::find(*programs_, kind.name) != programs_->end())
+            for (const std::string& panel : kind.panels())
+                followed_.push_back(kind.open(panel));
+    std::erase(followed_, nullptr);
+    if (!followed_.empty())
+        followed_.push_back(PanelDock::barSettings());
+    for (const auto& store : followed_)
+        store->follow([this] { lookSoon(); });
 }
 
 void PanelFollower::lookSoon()

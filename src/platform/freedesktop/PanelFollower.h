@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 namespace freedesktop {
 
@@ -27,14 +29,13 @@ public:
 
 private:
     void look();
+    void follow();
     void lookSoon();
 
     DesktopEntries& entries_;
     std::optional<std::set<pid_t>> owners_;
-    std::vector<std::string> programs_;
-    bool hasLooked_ = false;
-    std::optional<PanelDock::Panel> panel_;
-    std::unique_ptr<PanelStore> store_;
+    std::optional<std::vector<std::string>> programs_;
+    std::vector<std::unique_ptr<PanelStore>> followed_;
     std::optional<RunLoop::Handle> looking_;
 };
 

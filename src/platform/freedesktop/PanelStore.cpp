@@ -1,11 +1,20 @@
 #include "freedesktop/PanelStore.h"
 
 #include "base/PreferenceFile.h"
+#include "freedesktop/ProcessFiles.h"
 #include "freedesktop/SessionBus.h"
 
 #include <gio/gio.h>
 
+#include <algorithm>
+#include <chrono>
+#include <future>
+#include <iterator>
+#include <sstream>
+#include <string_view>
+#include <thread>
 #include <utility>
+#include <vector>
 
 namespace freedesktop {
 namespace {
@@ -13,7 +22,6 @@ namespace {
 struct Unref {
     void operator()(gpointer object) const { g_object_unref(object); }
     void operator()(GVariant* value) const { g_variant_unref(value); }
-    void operator()(GKeyFile* file) const { g_key_file_unref(file); }
     void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
     void operator()(char* text) const { g_free(text); }
 };
@@ -25,6 +33,10 @@ std::string printed(GVariant* value, bool annotated)
     const Owned<char> text(g_variant_print(value, annotated));
     return text.get();
 }
+
+using Clock = std::chrono::steady_clock;
+/// For an answer of a settings service.
+constexpr std::chrono::milliseconds patience { 450 };
 
 void runBlock(gpointer block)
 {
@@ -63,7 +75,17 @@ public:
         return parsed && g_settings_set_value(settings_.get(), key.c_str(), parsed);
     }
 
-    void finish() override { g_settings_sync(); }
+    bool finish() override
+    {
+        // It waits for a service, and without end for one that doesn't answer.
+        const auto kept = std::make_shared<std::promise<void>>();
+        auto wait = kept->get_future();
+        std::thread([kept] {
+            g_settings_sync();
+            kept->set_value();
+        }).detach();
+        return wait.wait_for(patience) == std::future_status::ready;
+    }
 
     void follow(std::function<void()> changed) override
     {
@@ -82,8 +104,10 @@ public:
     XfconfProperties(std::string channel, std::string base)
         : channel_(std::move(channel))
         , base_(std::move(base))
-        , bus_(hasSessionBus() ? g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr) : nullptr)
+        , bus_(isSilent() ? nullptr : sessionBus(static_cast<int>(patience.count())))
     {
+        if (!bus_)
+            fall();
     }
 
     ~XfconfProperties() override
@@ -101,6 +125,8 @@ public:
         const Owned<GVariant> value(g_variant_get_variant(boxed.get()));
         return printed(value.get(), true);
     }
+
+    bool answers() const override { return !hasFailed_; }
 
     bool set(const std::string& key, const std::optional<std::string>& value) override
     {
@@ -125,55 +151,96 @@ public:
 
 private:
     static constexpr const char* name = "org.xfce.Xfconf";
-    /// Milliseconds. After one call without an answer none is made any more.
-    static constexpr int patience = 700;
+
+    /// After one call without an answer nobody makes one for a while, so that a service that hangs holds nobody up for
+    /// long.
+    static bool isSilent() { return Clock::now() < silentUntil; }
+
+    void fall()
+    {
+        hasFailed_ = true;
+        silentUntil = Clock::now() + std::chrono::seconds(30);
+    }
 
     Owned<GVariant> call(const char* method, GVariant* arguments)
     {
         const Owned<GVariant> owned(g_variant_ref_sink(arguments));
-        if (!bus_ || isSilent_)
+        if (hasFailed_ || isSilent()) {
+            hasFailed_ = true;
             return nullptr;
+        }
         GError* error = nullptr;
         Owned<GVariant> answer(g_dbus_connection_call_sync(bus_.get(), name, "/org/xfce/Xfconf", name, method,
-            owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, patience, nullptr, &error));
-        isSilent_ = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT);
+            owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE, static_cast<int>(patience.count()), nullptr, &error));
+        // An error of its own is an answer: there is no such property.
+        char* told = error ? g_dbus_error_get_remote_error(error) : nullptr;
+        if (error && !(told && std::string_view(told).starts_with(name)))
+            fall();
+        g_free(told);
         g_clear_error(&error);
         return answer;
     }
 
+    static inline Clock::time_point silentUntil;
+
     std::string channel_;
     std::string base_;
     Owned<GDBusConnection> bus_;
-    bool isSilent_ = false;
+    bool hasFailed_ = false;
     std::function<void()> changed_;
     guint subscription_ = 0;
 };
+
+using Lines = std::vector<std::string>;
+
+/// The line of a key in a group.
+template <class Range>
+auto findLine(Range& lines, const std::string& group, const std::string& key)
+{
+    bool isInGroup = false;
+    return std::ranges::find_if(lines, [&](const std::string& line) {
+        if (line.starts_with('['))
+            isInGroup = line == group;
+        const auto sign = line.find('=');
+        return isInGroup && sign != line.npos && line.substr(0, line.find_last_not_of(" \t", sign - 1) + 1) == key;
+    });
+}
 
 class FileKeys final : public PanelStore {
 public:
     FileKeys(std::string file, std::string group)
         : file_(std::move(file))
-        , group_(std::move(group))
+        , group_('[' + std::move(group) + ']')
     {
     }
 
     std::optional<std::string> own(const std::string& key) override
     {
-        const auto file = load();
-        const Owned<char> value(g_key_file_get_value(file.get(), group_.c_str(), key.c_str(), nullptr));
-        return value ? std::optional<std::string>(value.get()) : std::nullopt;
+        const Lines lines = read();
+        const auto line = findLine(lines, group_, key);
+        if (line == lines.end())
+            return std::nullopt;
+        const auto start = line->find_first_not_of(" \t", line->find('=') + 1);
+        return start == line->npos ? "" : line->substr(start);
     }
 
     bool set(const std::string& key, const std::optional<std::string>& value) override
     {
-        const auto file = load();
-        if (value)
-            g_key_file_set_value(file.get(), group_.c_str(), key.c_str(), value->c_str());
-        else
-            g_key_file_remove_key(file.get(), group_.c_str(), key.c_str(), nullptr);
-        gsize length = 0;
-        const Owned<char> bytes(g_key_file_to_data(file.get(), &length, nullptr));
-        return replaceFile(file_, { bytes.get(), length }, 0644).empty();
+        Lines lines = read();
+        auto group = std::ranges::find(lines, group_);
+        if (value && group == lines.end())
+            group = lines.insert(lines.end(), group_);
+        const auto line = findLine(lines, group_, key);
+        if (value && line != lines.end())
+            *line = key + '=' + *value;
+        else if (value)
+            lines.insert(std::next(group), key + '=' + *value);
+        else if (line != lines.end())
+            lines.erase(line);
+        std::string bytes;
+        for (const std::string& each : lines)
+            bytes += each + '\n';
+        return replaceFile(file_, bytes, 0644).empty();
     }
 
     void follow(std::function<void()> changed) override
@@ -186,14 +253,17 @@ public:
     }
 
 private:
-    Owned<GKeyFile> load() const
+    Lines read() const
     {
-        Owned<GKeyFile> file(g_key_file_new());
-        g_key_file_load_from_file(file.get(), file_.c_str(), G_KEY_FILE_KEEP_COMMENTS, nullptr);
-        return file;
+        Lines lines;
+        std::istringstream file(contentsOf(file_));
+        for (std::string line; std::getline(file, line);)
+            lines.push_back(line);
+        return lines;
     }
 
     std::string file_;
+    /// In its brackets.
     std::string group_;
     std::function<void()> changed_;
     Owned<GFileMonitor> monitor_;

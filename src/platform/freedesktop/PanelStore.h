@@ -13,14 +13,16 @@ class PanelStore {
 public:
     virtual ~PanelStore() = default;
 
-    /// What was set; absent where the panel's default holds.
+    /// What was set; absent where the panel's default holds, and where nobody answers.
     virtual std::optional<std::string> own(const std::string& key) = 0;
     /// What is in force; absent when nobody knows.
     virtual std::optional<std::string> inForce(const std::string& key) { return own(key); }
+    /// Whether all that was asked so far was answered.
+    virtual bool answers() const { return true; }
     /// Absent takes what was set away. False when it can't be written.
     virtual bool set(const std::string& key, const std::optional<std::string>& value) = 0;
-    /// Returns when what was set is kept.
-    virtual void finish() { }
+    /// Returns when what was set is kept; false when that can't be known.
+    virtual bool finish() { return true; }
     /// `changed` runs on the main thread whenever a setting may have changed, as long as the store lives.
     virtual void follow(std::function<void()> changed) = 0;
 };
@@ -29,7 +31,7 @@ public:
 std::unique_ptr<PanelStore> settingsOfSchema(const std::string& schema, const std::string& path);
 /// Properties below a base of an Xfconf channel, in the type-annotated text form of GVariant.
 std::unique_ptr<PanelStore> xfconfProperties(const std::string& channel, const std::string& base);
-/// A group of a file of keys and values.
+/// A group of a file of keys and values, of which only the lines that are set ever change.
 std::unique_ptr<PanelStore> keysOfFile(const std::string& file, const std::string& group);
 
 }

@@ -1,5 +1,10 @@
 #include "freedesktop/ProcessFiles.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string_view>
@@ -35,6 +40,22 @@ std::string scriptOf(const std::string& processFolder)
     return {};
 }
 
+/// ":0.0" is the first screen of ":0".
+std::string displayOf(std::string_view variable)
+{
+    return std::string(variable.substr(0, variable.find('.', variable.rfind(':'))));
+}
+
+bool isOnOurDisplay(const std::string& processFolder)
+{
+    constexpr std::string_view name = "DISPLAY=";
+    const char* ours = std::getenv("DISPLAY");
+    for (const std::string& variable : stringsOf(processFolder + "/environ"))
+        if (ours && variable.starts_with(name))
+            return displayOf(variable.substr(name.size())) == displayOf(ours);
+    return false;
+}
+
 }
 
 std::string contentsOf(const std::string& path)
@@ -58,6 +79,30 @@ std::string programOf(pid_t pid)
         return program;
     const std::string script = scriptOf(folder);
     return script.empty() ? program : script;
+}
+
+std::vector<std::string> stringsOf(const std::string& path)
+{
+    std::vector<std::string> strings;
+    const std::string bytes = contentsOf(path);
+    for (std::size_t start = 0; start < bytes.size(); start += strings.back().size() + 1)
+        strings.emplace_back(bytes.c_str() + start);
+    return strings;
+}
+
+pid_t processOf(const std::string& program)
+{
+    std::error_code error;
+    for (const auto& process : std::filesystem::directory_iterator("/proc", error)) {
+        const std::string name = process.path().filename().string();
+        struct stat status { };
+        pid_t pid = 0;
+        std::from_chars(name.data(), name.data() + name.size(), pid);
+        if (pid > 0 && ::stat(process.path().c_str(), &status) == 0 && status.st_uid == ::getuid()
+            && programOf(pid) == program && isOnOurDisplay(process.path().string()))
+            return pid;
+    }
+    return 0;
 }
 
 }

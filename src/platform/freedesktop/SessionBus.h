@@ -1,8 +1,13 @@
 #pragma once
 
+#include <gio/gio.h>
+
 namespace freedesktop {
 
 /// Whether the session has a message bus. Without one, asking for it would start one of our own.
 bool hasSessionBus();
+
+/// The session's bus, to be unreferenced; null where there is none, or none that answers within so many milliseconds.
+GDBusConnection* sessionBus(int milliseconds);
 
 }
