@@ -1,5 +1,7 @@
 #include "x11/Instance.h"
 
+#include "base/Executable.h"
+
 #include <unistd.h>
 
 namespace x11 {
@@ -33,13 +35,15 @@ xcb_window_t makeWindow(Connection& connection)
     return window;
 }
 
+/// Absent also when it has gone and the server hasn't noticed: who is killed and started again must not wait for that.
 std::optional<pid_t> processOf(Connection& connection, xcb_window_t window)
 {
     const auto cookie = xcb_get_property(connection, 0, window, connection.atoms().netWmPid, XCB_ATOM_CARDINAL, 0, 1);
     const Reply<xcb_get_property_reply_t> property(xcb_get_property_reply(connection, cookie, nullptr));
     if (!property || property->value_len != 1)
         return std::nullopt;
-    return static_cast<pid_t>(*static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())));
+    const auto pid = static_cast<pid_t>(*static_cast<const std::uint32_t*>(xcb_get_property_value(property.get())));
+    return executableOf(pid).empty() ? std::nullopt : std::optional(pid);
 }
 
 /// Keeps every other client waiting while it lives.
