@@ -168,8 +168,9 @@ std::string writeNatives(const Panel& panel, PanelStore& store, const Natives& n
         const Text text = at(natives, key);
         if (at(*present, key) == text)
             return;
-        const bool isKept
-            = isPins(kind, key) ? PanelPins(panel.name).write(store, key, text.value_or("")) : store.set(key, text);
+        const bool isKept = isPins(kind, key)
+            ? PanelPins(panel.name).write(store, key, text.value_or(""), processOf(kind.name) != 0)
+            : store.set(key, text);
         isDone = isKept && isDone;
     });
     return store.finish() && isDone ? std::string() : failure;

@@ -7,14 +7,24 @@
 #include <gio/gio.h>
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <string_view>
+#include <thread>
 
 namespace freedesktop {
 namespace {
 
 namespace fs = std::filesystem;
+
+using Clock = std::chrono::steady_clock;
+using Order = std::optional<std::string>;
+
+constexpr const char* suffix = ".dockitem";
+
+/// So long at most a dock that runs takes to tell its order after its files have come.
+constexpr std::chrono::milliseconds answerTime { 1100 };
 
 constexpr const char* textType = "(sa{ss})";
 
@@ -106,31 +116,24 @@ std::map<std::string, std::string> filesIn(const std::string& folder)
     std::map<std::string, std::string> files;
     std::error_code error;
     for (const auto& file : fs::directory_iterator(folder, error))
-        if (file.path().extension() == ".dockitem")
+        if (file.path().extension() == suffix)
             files.emplace(file.path().filename().string(), contentsOf(file.path().string()));
     return files;
 }
 
-/// What a write that was killed has left.
-void removeLeftovers(const std::string& folder)
-{
-    std::error_code error;
-    std::vector<fs::path> leftovers;
-    for (const auto& file : fs::directory_iterator(folder, error))
-        if (file.path().stem().extension() == ".dockitem")
-            leftovers.push_back(file.path());
-    for (const fs::path& file : leftovers)
-        fs::remove(file, error);
-}
-
-/// Also those that are there already: what comes after them would be taken in behind them.
+/// Also those that are there already: a dock that runs takes them in as they come, and so in their order.
 bool replaceFiles(const std::string& folder, const Pins& pins)
 {
     bool isDone = true;
     std::error_code error;
     fs::create_directories(folder, error);
-    for (const auto& [name, content] : filesIn(folder))
-        isDone = fs::remove(folder + '/' + name, error) && isDone;
+    std::vector<fs::path> old;
+    for (const auto& file : fs::directory_iterator(folder, error))
+        // One that isn't whole has more behind it: somebody was killed while he wrote it.
+        if (file.path().filename().string().find(suffix) != std::string::npos)
+            old.push_back(file.path());
+    for (const fs::path& file : old)
+        isDone = fs::remove(file, error) && isDone;
     for (const std::string& name : orderedNames(pins))
         isDone = replaceFile(folder + '/' + name, pins.files.at(name), 0644).empty() && isDone;
     return isDone;
@@ -162,12 +165,19 @@ std::string PanelPins::read(PanelStore& store, const std::string& key) const
     return printed({ store.own(key).value_or(""), filesIn(folder_) });
 }
 
-bool PanelPins::write(PanelStore& store, const std::string& key, const std::string& text) const
+bool PanelPins::write(PanelStore& store, const std::string& key, const std::string& text, bool isLive) const
 {
     const Pins pins = parsed(text);
-    removeLeftovers(folder_);
-    const bool isDone = filesIn(folder_) == pins.files || replaceFiles(folder_, pins);
-    return store.set(key, pins.order.empty() ? std::nullopt : std::optional(pins.order)) && isDone;
+    const bool areFilesNew = pins.files != filesIn(folder_);
+    bool isDone = !areFilesNew || replaceFiles(folder_, pins);
+    const Order order = pins.order.empty() ? std::nullopt : Order(pins.order);
+    isDone = store.set(key, order) && isDone;
+    if (!isLive || !areFilesNew || order)
+        return isDone;
+    const auto end = Clock::now() + answerTime;
+    while (!store.own(key) && Clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    return store.set(key, order) && isDone;
 }
 
 std::vector<std::string> PanelPins::entries(const std::string& text)
