@@ -18,14 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Clock = std::chrono::steady_clock;
-using Order = std::optional<std::string>;
-
-constexpr const char* suffix = ".dockitem";
-
-/// So long at most a dock that runs takes to tell its order after its files have come.
-constexpr std::chrono::milliseconds answerTime { 1100 };
-
 constexpr const char* textType = "(sa{ss})";
 
 struct Pins {
@@ -116,27 +108,45 @@ std::map<std::string, std::string> filesIn(const std::string& folder)
     std::map<std::string, std::string> files;
     std::error_code error;
     for (const auto& file : fs::directory_iterator(folder, error))
-        if (file.path().extension() == suffix)
+        if (file.path().extension() == ".dockitem")
             files.emplace(file.path().filename().string(), contentsOf(file.path().string()));
     return files;
 }
 
-/// Also those that are there already: a dock that runs takes them in as they come, and so in their order.
+/// What a write that was killed has left.
+void removeLeftovers(const std::string& folder)
+{
+    std::error_code error;
+    std::vector<fs::path> leftovers;
+    for (const auto& file : fs::directory_iterator(folder, error))
+        if (file.path().stem().extension() == ".dockitem")
+            leftovers.push_back(file.path());
+    for (const fs::path& file : leftovers)
+        fs::remove(file, error);
+}
+
+/// Also those that are there already: what comes after them would be taken in behind them.
 bool replaceFiles(const std::string& folder, const Pins& pins)
 {
     bool isDone = true;
     std::error_code error;
     fs::create_directories(folder, error);
-    std::vector<fs::path> old;
-    for (const auto& file : fs::directory_iterator(folder, error))
-        // One that isn't whole has more behind it: somebody was killed while he wrote it.
-        if (file.path().filename().string().find(suffix) != std::string::npos)
-            old.push_back(file.path());
-    for (const fs::path& file : old)
-        isDone = fs::remove(file, error) && isDone;
+    for (const auto& [name, content] : filesIn(folder))
+        isDone = fs::remove(folder + '/' + name, error) && isDone;
     for (const std::string& name : orderedNames(pins))
         isDone = replaceFile(folder + '/' + name, pins.files.at(name), 0644).empty() && isDone;
     return isDone;
+}
+
+/// Until the dock has set an order, as one that runs does some time after its files have come.
+void awaitOrder(PanelStore& store, const std::string& key)
+{
+    using Clock = std::chrono::steady_clock;
+    constexpr std::chrono::milliseconds patience { 1100 };
+    constexpr std::chrono::milliseconds pause { 50 };
+    const auto end = Clock::now() + patience;
+    while (!store.own(key) && Clock::now() < end)
+        std::this_thread::sleep_for(pause);
 }
 
 }
@@ -168,16 +178,17 @@ std::string PanelPins::read(PanelStore& store, const std::string& key) const
 bool PanelPins::write(PanelStore& store, const std::string& key, const std::string& text, bool isLive) const
 {
     const Pins pins = parsed(text);
-    const bool areFilesNew = pins.files != filesIn(folder_);
-    bool isDone = !areFilesNew || replaceFiles(folder_, pins);
-    const Order order = pins.order.empty() ? std::nullopt : Order(pins.order);
-    isDone = store.set(key, order) && isDone;
-    if (!isLive || !areFilesNew || order)
-        return isDone;
-    const auto end = Clock::now() + answerTime;
-    while (!store.own(key) && Clock::now() < end)
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    return store.set(key, order) && isDone;
+    removeLeftovers(folder_);
+    const bool areFilesNew = filesIn(folder_) != pins.files;
+    const bool areFilesDone = !areFilesNew || replaceFiles(folder_, pins);
+    if (!pins.order.empty())
+        return store.set(key, pins.order) && areFilesDone;
+    bool isUnset = store.set(key, std::nullopt);
+    if (isLive && areFilesNew) {
+        awaitOrder(store, key);
+        isUnset = store.set(key, std::nullopt);
+    }
+    return isUnset && areFilesDone;
 }
 
 std::vector<std::string> PanelPins::entries(const std::string& text)

@@ -18,8 +18,10 @@ public:
     explicit PanelPins(const std::string& dock);
 
     std::string read(PanelStore& store, const std::string& key) const;
-    /// False when they can't all be written. A dock that runs (`isLive`) sets an order of its own when files come:
-    /// where none was set, that is waited for and taken away.
+    /// False when they can't all be written. A dock that runs takes files in as they come, a second later, and orders
+    /// itself anew by that: so they come in their order, and where none was set, what it sets is waited for and taken
+    /// away
+    /// (`isLive`: it runs).
     bool write(PanelStore& store, const std::string& key, const std::string& text, bool isLive) const;
 
     /// The paths of the programs' desktop entries, in the dock's order.
