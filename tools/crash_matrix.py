@@ -246,7 +246,7 @@ def run(options):
             offset = random.randrange(options.every)
             cases = cases[offset::options.every]
             cases += [(0, False, random.uniform(0, took)) for _ in range(options.random // len(ACTS))]
-            failed, unsaved = [], 0
+            failed, unsaved, later = [], 0, 0
             for number, case in enumerate(cases):
                 how = RECOVERIES[(number + number // 3) % 3] if options.every > 1 else None
                 for recovery in [how] if how else RECOVERIES:
@@ -259,10 +259,16 @@ def run(options):
                         # The tool that takes the backup was killed by itself: nobody looks at how a tool ends.
                         unsaved += 1
                         continue
+                    if faults and case[1] and recovery == "agent":
+                        # Likewise the one that gives the panel back, and the flag came down.
+                        matrix.recover("start")
+                        faults = matrix.faults(act, before, "both", True)
+                        later += not faults
                     if faults:
                         failed.append((case, recovery, faults))
             lost += len(failed)
-            print(f"{act:17} {points:4} points, {len(cases):4} kills, {len(failed)} of them lost something, {unsaved} left no backup", flush=True)
+            print(f"{act:17} {points:4} points, {len(cases):4} kills, {len(failed)} of them lost something, {unsaved} left no backup, "
+                  f"{later} were put right by the next start alone", flush=True)
             for case, recovery, faults in failed[:options.show]:
                 print(f"    at {case}, then {recovery}:", *faults, sep="\n        ", flush=True)
     print(f"{runs} runs in {time.monotonic() - start:.0f} s, {lost} lost something")

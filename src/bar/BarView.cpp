@@ -236,8 +236,10 @@ void BarView::mouseUp(const NSEvent& event)
     // A quick pointer may also release where no movement has told of it.
     press_->moveTo(point.x);
     const bool wasDrag = press_->isDrag();
-    if (wasDrag)
+    if (wasDrag) {
+        showDrag();
         commitDrag();
+    }
     endPress();
     if (!wasDrag)
         click(point);
