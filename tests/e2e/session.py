@@ -457,9 +457,11 @@ class Session(World):
         self.release(button)
 
     def drag(self, start, end, steps=12):
+        """As fast as a hand: what comes while a window manager holds a press back is told with the pointer's last place."""
         self.move(*start)
         self.press()
         for step in range(1, steps + 1):
+            time.sleep(0.01)
             self.move(start[0] + (end[0] - start[0]) * step / steps, start[1] + (end[1] - start[1]) * step / steps)
         self.release()
 
