@@ -39,6 +39,8 @@ class Matrix(Session):
         self.config, self.data = self.environment["XDG_CONFIG_HOME"], self.environment["XDG_DATA_HOME"]
         self.counter = os.path.join(self.folder, "count")
         self.has_moved = False
+        # How the start ended that put things in order.
+        self.ended = 0
         launchers = os.path.join(self.config, "plank/dock1/launchers")
         os.makedirs(launchers)
         for name in ("l3afpad", "featherpad"):
@@ -113,7 +115,7 @@ class Matrix(Session):
         if how in ("start", "both"):
             store = self.plist(OWN) or {}
             self.write_settings(**{**store, "manageDock": False})
-            self.act("start")
+            self.ended, _ = self.act("start")
             store = self.plist(OWN)
             if "manageDock" in store:
                 self.write_settings(**{**store, "manageDock": True})
@@ -136,7 +138,9 @@ class Matrix(Session):
         launchers = os.path.join(self.config, "plank/dock1/launchers")
         for name in ("l3afpad.dockitem", "featherpad.dockitem"):
             if not os.path.exists(os.path.join(launchers, name)):
-                shutil.copy(os.path.join(place, "config/plank/dock1/launchers", name), launchers)
+                # At once: the dock would take a file in that is still empty, and be done with it.
+                shutil.copy(os.path.join(place, "config/plank/dock1/launchers", name), os.path.join(self.folder, name))
+                os.replace(os.path.join(self.folder, name), os.path.join(launchers, name))
                 self.has_moved = True
         self.dock("reset", "hide-mode")
         self.dock("set", "icon-size", "52")
@@ -203,9 +207,11 @@ class Matrix(Session):
                 stored = (self.plist(OWN) or {}).get("loginItemBundlePath")
                 if bool(stored) != os.path.exists(os.path.join(self.config, f"autostart/{OWN}.desktop")):
                     faults.append("the login item and what is stored of it differ")
+        if self.ended != 0:
+            faults.append(f"the start ended with {self.ended}")
         for key, value in before.items():
             if after[key] != value:
-                faults.append(f"{key}: was {value}, is {after[key]}")
+                faults.append(f"{key}: {difference(value, after[key])}")
         return faults
 
     def faults_of_migration(self, how):
@@ -222,6 +228,14 @@ class Matrix(Session):
             if not any(os.path.exists(os.path.join(self.data, name, "file")) for name in (old, new)):
                 faults.append(f"the folder {old} is lost")
         return faults
+
+
+def difference(before, after):
+    """Of two dictionaries what isn't the same."""
+    if isinstance(before, dict) and isinstance(after, dict):
+        return ", ".join(f"{key}: {difference(before.get(key), after.get(key))}" for key in before | after
+                         if before.get(key) != after.get(key))
+    return f"was {before}, is {after}"
 
 
 def run(options):
