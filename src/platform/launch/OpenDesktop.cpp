@@ -113,8 +113,9 @@ std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
     const bool isForPicture = unseen || line.picture;
     startToolkit(isForPicture ? "offscreen" : nullptr);
 
-    auto desktop = std::make_unique<embedded::EmbeddedDesktop>(scenario, sessionFolder());
-    // One that is there just for its picture is in nobody's way.
+    // One that is there just for its picture is in nobody's way, and so has files of its own.
+    auto desktop
+        = std::make_unique<embedded::EmbeddedDesktop>(scenario, sessionFolder() + (isForPicture ? "-picture" : ""));
     if (!isForPicture)
         desktop->claimSession();
     desktop->show();
