@@ -31,11 +31,6 @@ void prepareForChange()
         DockRepair::installAgent();
 }
 
-void deleteFromDock(const char* key)
-{
-    DockTools::defaults({ "delete", dockDomain, key });
-}
-
 /// The paths are the keys of the names, so each application is there once.
 void pinOnBar(const std::vector<DockModel::PinnedApp>& apps)
 {
@@ -98,7 +93,7 @@ void DockPrefs::restoreDock()
         return;
     for (const char* key :
         { "tilesize", "magnification", "autohide", "autohide-time-modifier", "autohide-delay", "orientation" })
-        deleteFromDock(key);
+        DockTools::deleteFromDock(key);
     DockTools::defaults({ "import", dockDomain, *backup });
     DockTools::restartDock();
     Settings::dockMigrated.set(false);
@@ -112,7 +107,7 @@ void DockPrefs::restoreSystemDefaults()
         restoreDock();
     } else {
         DockTools::writeDock("tilesize", "-int", "48");
-        deleteFromDock("autohide-delay");
+        DockTools::deleteFromDock("autohide-delay");
         DockTools::restartDock();
     }
     setMissionControlGesture(true);

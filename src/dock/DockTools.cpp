@@ -5,9 +5,10 @@
 
 namespace {
 
-void run(const char* tool, std::vector<std::string> arguments)
+constexpr const char* defaultsTool = "/usr/bin/defaults";
+
+void run(NSTask task)
 {
-    NSTask task(tool, std::move(arguments));
     if (const auto error = task.launchAndReturnError())
         Log::debug("dock command failed: ", error->localizedDescription);
     else
@@ -18,7 +19,7 @@ void run(const char* tool, std::vector<std::string> arguments)
 
 void DockTools::defaults(std::vector<std::string> arguments)
 {
-    run("/usr/bin/defaults", std::move(arguments));
+    run(NSTask(defaultsTool, std::move(arguments)));
 }
 
 void DockTools::writeDock(const char* key, const char* kind, const char* value)
@@ -26,7 +27,14 @@ void DockTools::writeDock(const char* key, const char* kind, const char* value)
     defaults({ "write", dockDomain, key, kind, value });
 }
 
+void DockTools::deleteFromDock(const char* key)
+{
+    NSTask task(defaultsTool, { "delete", dockDomain, key });
+    task.discardOutput();
+    run(std::move(task));
+}
+
 void DockTools::restartDock()
 {
-    run("/usr/bin/killall", { "Dock" });
+    run(NSTask("/usr/bin/killall", { "Dock" }));
 }

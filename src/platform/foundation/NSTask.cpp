@@ -9,6 +9,7 @@ NSTask::NSTask(std::string executablePath, std::vector<std::string> arguments)
 {
 }
 
+NSTask::NSTask(NSTask&& other) noexcept = default;
 NSTask::~NSTask() = default;
 
 std::optional<NSError> NSTask::launchAndReturnError()

@@ -15,6 +15,7 @@ class RunningTool;
 class NSTask {
 public:
     NSTask(std::string executablePath, std::vector<std::string> arguments);
+    NSTask(NSTask&& other) noexcept;
     ~NSTask();
 
     /// What the tool writes goes to the null device.

@@ -2,6 +2,8 @@
 
 #include "x11/ToolkitConnection.h"
 
+#include <QtGlobal>
+
 #include <unistd.h>
 
 #include <cstdio>
@@ -13,6 +15,7 @@ namespace x11 {
 namespace {
 
 ServerLoss* current = nullptr;
+QtMessageHandler before = nullptr;
 
 }
 
@@ -20,14 +23,20 @@ ServerLoss::ServerLoss(const Connection& connection, std::function<void()> onLos
     : connection_(connection)
     , onLost_(std::move(onLost))
 {
-    // What is registered last is called first, while all that the process has made is still there.
+    // Its last word comes while all that the process has made is still there. Where it is told to be silent, what it has
+    // made since has gone by the time that the process ends.
     static const int registered = std::atexit(processEnds);
     std::ignore = registered;
+    before = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& message) {
+        before(type, context, message);
+        processEnds();
+    });
     current = this;
 }
 
 ServerLoss::~ServerLoss()
 {
+    qInstallMessageHandler(before);
     current = nullptr;
 }
 
@@ -41,7 +50,7 @@ void ServerLoss::processEnds()
 {
     if (!current || !current->isLost())
         return;
-    current->onLost_();
+    std::exchange(current, nullptr)->onLost_();
     std::fflush(nullptr);
     _exit(EXIT_SUCCESS);
 }
