@@ -23,8 +23,8 @@ ServerLoss::ServerLoss(const Connection& connection, std::function<void()> onLos
     : connection_(connection)
     , onLost_(std::move(onLost))
 {
-    // Its last word comes while all that the process has made is still there. Where it is told to be silent, what it has
-    // made since has gone by the time that the process ends.
+    // Its last word comes while all that the process has made is still there. Where it is told to be silent, what it
+    // has made since has gone by the time that the process ends.
     static const int registered = std::atexit(processEnds);
     std::ignore = registered;
     before = qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& context, const QString& message) {
