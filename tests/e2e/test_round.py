@@ -258,6 +258,12 @@ class InstalledRound(Round):
 
     WORLD = {"has_installed_programs": True}
 
+    def launch(self):
+        # Without its button the file manager would have one among the programs', where the steps count theirs.
+        with open(os.path.join(self.session.environment["XDG_CONFIG_HOME"], "mimeapps.list"), "w", encoding="ascii") as file:
+            file.write("[Removed Associations]\ninode/directory=pcmanfm.desktop;\n")
+        super().launch()
+
 
 if __name__ == "__main__":
     manager = WINDOW_MANAGER.split()[0]
