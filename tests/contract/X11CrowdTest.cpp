@@ -56,9 +56,13 @@ TEST_F(X11, InACrowdAChangeOfOneWindowCostsNoMoreThanAmongFew)
         return window;
     };
     std::vector<std::uint32_t> windows;
-    for (std::size_t number = 0; number < crowd; ++number)
+    // A slow window manager takes seconds for all of them: each ten are waited for.
+    while (windows.size() < crowd) {
         windows.push_back(open());
-    ASSERT_TRUE(settle([&] { return mirror.isQuiet() && mirror.windowCount() > crowd; }));
+        if (windows.size() % 10 == 0) {
+            ASSERT_TRUE(settle([&] { return mirror.isQuiet() && mirror.windowCount() > windows.size(); }));
+        }
+    }
 
     const std::pair<const char*, std::function<void()>> changes[] {
         { "one opens", [&] { windows.push_back(open()); } },
