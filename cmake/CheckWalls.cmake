@@ -7,7 +7,7 @@ cmake_minimum_required(VERSION 3.22)
 set(base base)
 set(seam host)
 set(layer foundation windowserver accessibility capture services appkit forms)
-set(program log settings system look model tamer search controls bar dock settingsui diagnostics app)
+set(program log settings system look model tamer search controls dock settingsui bar diagnostics app)
 
 # Every file, and by its path what it includes.
 set(files)

@@ -7,7 +7,9 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QMouseEvent>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -18,6 +20,14 @@ namespace {
 QRect rounded(const CGRect& rect)
 {
     return QRectF(rect.x, rect.y, std::max(1.0, rect.width), std::max(1.0, rect.height)).toRect();
+}
+
+/// What a titled window has around its content.
+QMargins edgesOf(const QWidget& titled)
+{
+    const QStyle& style = *titled.style();
+    const int edge = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &titled);
+    return { edge, style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &titled), edge, edge };
 }
 
 }
@@ -57,7 +67,7 @@ void View::arrange()
 {
     // Panels are taken out before the displays that hold them go.
     for (const Panel& panel : desktop_.surfaces().panels())
-        panel.widget->setParent(this);
+        outermost(*panel.widget).setParent(this);
     qDeleteAll(displays_);
     displays_.clear();
 
@@ -78,19 +88,46 @@ void View::arrange()
     desktop_.surfaces().setStage(this);
 }
 
-void View::put(QWidget& widget, const CGRect& frame)
+void View::put(QWidget& widget, const CGRect& frame, bool isWindow)
 {
     if (displays_.empty())
         return;
+    if (isWindow && &outermost(widget) == &widget)
+        (new QMdiSubWindow(this))->setWidget(&widget);
+    QWidget& outer = outermost(widget);
     const std::size_t index = desktop_.world().screens().containing(frame);
     const CGRect& display = arranged_[index];
-    if (widget.parentWidget() != displays_[index]) {
-        const bool wasHidden = widget.isHidden();
-        widget.setParent(displays_[index]);
-        widget.setAttribute(Qt::WA_NoMousePropagation); // Else a click on it would also hit the display.
-        widget.setVisible(!wasHidden);
+    if (outer.parentWidget() != displays_[index]) {
+        const bool wasHidden = outer.isHidden();
+        outer.setParent(displays_[index]);
+        outer.setAttribute(Qt::WA_NoMousePropagation); // Else a click on it would also hit the display.
+        outer.setVisible(!wasHidden);
     }
-    widget.setGeometry(rounded({ frame.x - display.x, frame.y - display.y, frame.width, frame.height }));
+    const QMargins edges = &outer == &widget ? QMargins() : edgesOf(outer);
+    outer.setGeometry(
+        rounded({ frame.x - display.x, frame.y - display.y, frame.width, frame.height }).marginsAdded(edges));
+}
+
+void View::letGo(QWidget& widget)
+{
+    auto* titled = qobject_cast<QMdiSubWindow*>(&outermost(widget));
+    if (titled)
+        titled->setWidget(nullptr);
+    widget.setParent(nullptr);
+    if (titled)
+        titled->deleteLater();
+}
+
+CGRect View::place(const QWidget& widget) const
+{
+    const QPoint corner = widget.mapTo(this, QPoint());
+    for (std::size_t index = 0; index < displays_.size(); ++index) {
+        const QPoint inDisplay = corner - displays_[index]->pos();
+        if (displays_[index]->isAncestorOf(&widget))
+            return { arranged_[index].x + inDisplay.x(), arranged_[index].y + inDisplay.y(), double(widget.width()),
+                double(widget.height()) };
+    }
+    return {};
 }
 
 void View::panelsChanged()

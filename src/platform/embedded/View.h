@@ -21,7 +21,9 @@ public:
 
     void sceneChanged();
 
-    void put(QWidget& widget, const CGRect& frame) override;
+    void put(QWidget& widget, const CGRect& frame, bool isWindow) override;
+    void letGo(QWidget& widget) override;
+    CGRect place(const QWidget& widget) const override;
     void panelsChanged() override;
     void takeBackKeyboard(const QWidget& panel) override;
 
