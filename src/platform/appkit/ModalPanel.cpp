@@ -46,11 +46,11 @@ QWidget* ModalPanel::owner()
 
 void ModalPanel::show(QDialog& dialog, std::function<void()> finished)
 {
-    if (QWidget* parent = dialog.parentWidget()) {
-        dialog.setWindowModality(Qt::WindowModal);
-        // Where it isn't a window of the toolkit's own, its modality says nothing.
+    dialog.setWindowModality(Qt::WindowModal);
+    // To a window on a stage that says nothing.
+    QWidget* parent = dialog.parentWidget();
+    if (parent && !parent->isWindow())
         parent->setEnabled(false);
-    }
     QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, finished = std::move(finished)] {
         if (QWidget* parent = dialog.parentWidget())
             parent->setEnabled(true);

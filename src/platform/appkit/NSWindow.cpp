@@ -10,6 +10,7 @@
 #include "host/Surfaces.h"
 
 #include <QEvent>
+#include <QIcon>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -168,6 +169,7 @@ void NSWindow::makeWidget()
 {
     widget_.reset(new QWidget);
     widget_->setWindowTitle(QString::fromStdString(title_));
+    widget_->setWindowIcon(QIcon(QStringLiteral(":/vantry.svg")));
     widget_->setMinimumSize(Pixels::from(minSize_.width), Pixels::from(minSize_.height));
     auto* layout = new QVBoxLayout(widget_.get());
     layout->setContentsMargins({});

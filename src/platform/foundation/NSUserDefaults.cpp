@@ -138,9 +138,10 @@ void NSUserDefaults::setValuesForKeys(const Value::Dictionary& values)
     domain_->set(PreferenceDomain::Changes(values.begin(), values.end()));
 }
 
-void NSUserDefaults::synchronize()
+bool NSUserDefaults::synchronize()
 {
     domain_->synchronize();
+    return domain_->isSaved();
 }
 
 std::optional<Value::Dictionary> NSUserDefaults::persistentDomainForName(const std::string& name)
