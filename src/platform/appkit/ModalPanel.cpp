@@ -48,12 +48,11 @@ void ModalPanel::show(QDialog& dialog, std::function<void()> finished)
 {
     dialog.setWindowModality(Qt::WindowModal);
     // To a window on a stage that says nothing.
-    QWidget* parent = dialog.parentWidget();
-    if (parent && !parent->isWindow())
-        parent->setEnabled(false);
+    if (QWidget* owner = dialog.parentWidget(); owner && !owner->isWindow())
+        owner->setEnabled(false);
     QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, finished = std::move(finished)] {
-        if (QWidget* parent = dialog.parentWidget())
-            parent->setEnabled(true);
+        if (QWidget* owner = dialog.parentWidget())
+            owner->setEnabled(true);
         surfaces().orderOut(dialog);
         RunLoop::main().perform([panel = QPointer(&dialog), finished] {
             if (!panel)

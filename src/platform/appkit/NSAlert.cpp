@@ -3,6 +3,7 @@
 #include "appkit/ModalPanel.h"
 #include "base/RunLoop.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -22,6 +23,12 @@ public:
         setText(QString::fromStdString(alert_.messageText));
         setInformativeText(QString::fromStdString(alert_.informativeText));
         setTextFormat(Qt::PlainText);
+        // The toolkit's name for the label of the text.
+        if (auto* message = findChild<QLabel*>(QStringLiteral("qt_msgbox_label"))) {
+            QFont bold = message->font();
+            bold.setBold(true);
+            message->setFont(bold);
+        }
         for (const std::string& title : alert_.buttons)
             choices_.push_back(addButton(QString::fromStdString(title), choices_.empty() ? AcceptRole : RejectRole));
         setDefaultButton(choices_.front());

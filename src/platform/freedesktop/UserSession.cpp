@@ -2,6 +2,7 @@
 
 #include "base/PreferenceFile.h"
 #include "freedesktop/LaunchContext.h"
+#include "freedesktop/Scheme.h"
 #include "freedesktop/UserFolders.h"
 
 #include <filesystem>
@@ -41,11 +42,12 @@ void seed(const std::string& domain, const Value& values)
 
 void UserSession::connect()
 {
-    accent_.onChange = [this] {
+    appearance_.onAccentColor = [this] {
         if (onAccentColorChange)
             onAccentColorChange();
     };
-    accent_.connect();
+    appearance_.onScheme = [this] { Scheme::follow(appearance_.prefersDark()); };
+    appearance_.connect();
 }
 
 std::string UserSession::preferencesFolder()

@@ -21,6 +21,13 @@ public:
     using QWidget::QWidget;
 
 private:
+    /// Lighter than what is around it: what can be changed is darker again on dark windows.
+    QColor ground() const
+    {
+        const QColor window = palette().color(QPalette::Active, QPalette::Window);
+        return window.lightness() < 128 ? window.lighter(128) : palette().color(QPalette::Active, QPalette::Base);
+    }
+
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
@@ -28,7 +35,7 @@ private:
         QColor line = palette().color(QPalette::WindowText);
         line.setAlphaF(0.16F);
         painter.setPen(QPen(line, Pixels::from(1)));
-        painter.setBrush(palette().color(QPalette::Base));
+        painter.setBrush(ground());
         const double half = Pixels::from(1) / 2.0;
         painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), Pixels::from(8), Pixels::from(8));
         painter.setRenderHint(QPainter::Antialiasing, false);
