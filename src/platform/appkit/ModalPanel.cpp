@@ -4,11 +4,13 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWindow.h"
 #include "appkit/Pixels.h"
+#include "appkit/ProgramIcon.h"
 #include "base/RunLoop.h"
 #include "host/Desktop.h"
 #include "host/Surfaces.h"
 
 #include <QDialog>
+#include <QIcon>
 #include <QPointer>
 
 #include <algorithm>
@@ -29,7 +31,7 @@ CGRect placeOf(const QDialog& dialog)
     const CGSize points { size.width() / scale, size.height() / scale };
     const auto screen = NSScreen::mainScreen();
     const CGRect room = screen ? screen->visibleFrame() : CGRect {};
-    const auto owned = dialog.parentWidget() ? surfaces().frame(*dialog.parentWidget()->window()) : std::nullopt;
+    const auto owned = dialog.parentWidget() ? surfaces().frame(*dialog.parentWidget()) : std::nullopt;
     const CGRect around = owned.value_or(room);
     const double rise = owned ? 0 : room.height / 6;
     return { std::round(around.midX() - points.width / 2), std::round(around.midY() - points.height / 2 + rise),
@@ -46,18 +48,21 @@ QWidget* ModalPanel::owner()
 
 void ModalPanel::show(QDialog& dialog, std::function<void()> finished)
 {
+    const QPointer<QWidget> owner = dialog.parentWidget();
+    dialog.setWindowIcon(programIcon());
     dialog.setWindowModality(Qt::WindowModal);
     // To a window on a stage that says nothing.
-    if (QWidget* owner = dialog.parentWidget(); owner && !owner->isWindow())
+    if (owner && !owner->isWindow())
         owner->setEnabled(false);
-    QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, finished = std::move(finished)] {
-        if (QWidget* owner = dialog.parentWidget())
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, owner, finished = std::move(finished)] {
+        if (owner) {
             owner->setEnabled(true);
+            surfaces().takeKeyboard(*owner);
+        }
         surfaces().orderOut(dialog);
         RunLoop::main().perform([panel = QPointer(&dialog), finished] {
-            if (!panel)
-                return;
-            finished();
+            if (panel)
+                finished();
             if (!panel)
                 return;
             surfaces().release(*panel);

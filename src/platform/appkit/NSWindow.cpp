@@ -3,6 +3,7 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSViewController.h"
 #include "appkit/Pixels.h"
+#include "appkit/ProgramIcon.h"
 #include "appkit/RetiredWidget.h"
 #include "base/RunLoop.h"
 #include "foundation/NSUserDefaults.h"
@@ -169,7 +170,7 @@ void NSWindow::makeWidget()
 {
     widget_.reset(new QWidget);
     widget_->setWindowTitle(QString::fromStdString(title_));
-    widget_->setWindowIcon(QIcon(QStringLiteral(":/vantry.svg")));
+    widget_->setWindowIcon(programIcon());
     widget_->setMinimumSize(Pixels::from(minSize_.width), Pixels::from(minSize_.height));
     auto* layout = new QVBoxLayout(widget_.get());
     layout->setContentsMargins({});

@@ -115,11 +115,19 @@ void Surfaces::orderOut(QWidget& widget)
 /// While a panel has the keyboard, this program is the one in front.
 void Surfaces::takeKeyboard(QWidget& widget)
 {
-    if (!keyboard_)
-        keyboard_ = Keyboard { &widget, world_.frontmost() };
+    turnTo(widget);
+    widget.activateWindow();
+    if (stage_ && isWindow(*find(widget)))
+        (widget.focusWidget() ? *widget.focusWidget() : widget).setFocus();
+}
+
+void Surfaces::turnTo(QWidget& widget)
+{
+    const auto front = world_.frontmost();
+    if (!keyboard_ || front != getpid())
+        keyboard_ = Keyboard { &widget, front };
     keyboard_->holder = &widget;
     world_.activate(getpid());
-    widget.activateWindow();
 }
 
 void Surfaces::giveBackKeyboard()

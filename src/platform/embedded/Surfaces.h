@@ -61,6 +61,9 @@ public:
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return true; }
 
+    /// The user has turned to a window of the program.
+    void turnTo(QWidget& widget);
+
     /// Front first, by level and within a level by who came last.
     const std::vector<Panel>& panels() const { return panels_; }
     /// Null where there is no such panel.

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStyle>
 
 #include <algorithm>
@@ -36,7 +37,6 @@ View::View(EmbeddedDesktop& desktop)
     : desktop_(desktop)
 {
     setWindowTitle("Desktop");
-    setPalette(QPalette(Qt::black));
     qApp->installEventFilter(this);
     arrange();
 }
@@ -92,8 +92,10 @@ void View::put(QWidget& widget, const CGRect& frame, bool isWindow)
 {
     if (displays_.empty())
         return;
-    if (isWindow && &outermost(widget) == &widget)
-        (new QMdiSubWindow(this))->setWidget(&widget);
+    if (isWindow && &outermost(widget) == &widget) {
+        auto* titled = new QMdiSubWindow(this);
+        titled->setWidget(&widget);
+    }
     QWidget& outer = outermost(widget);
     const std::size_t index = desktop_.world().screens().containing(frame);
     const CGRect& display = arranged_[index];
@@ -149,6 +151,8 @@ bool View::eventFilter(QObject* watched, QEvent* event)
         return false;
     if (event->type() == QEvent::KeyPress)
         return isSwallowed(*static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseButtonPress)
+        bringForward(*widget);
     if (event->type() == QEvent::MouseMove)
         followPointer(*widget, *static_cast<QMouseEvent*>(event));
     return false;
@@ -162,6 +166,19 @@ bool View::isSwallowed(const QKeyEvent& event)
     return press && desktop_.keyboard().isSwallowed(*press);
 }
 
+/// A press anywhere in an ordinary window of the program's turns to it.
+void View::bringForward(QWidget& pressed)
+{
+    const RunLoop::Turn turn;
+    for (QWidget* each = &pressed; each && each != this; each = each->parentWidget()) {
+        if (const auto* titled = qobject_cast<QMdiSubWindow*>(each)) {
+            desktop_.surfaces().orderFront(*titled->widget());
+            desktop_.surfaces().turnTo(*titled->widget());
+            return;
+        }
+    }
+}
+
 /// Over displays and panels alike.
 void View::followPointer(const QWidget& widget, const QMouseEvent& move)
 {
@@ -172,6 +189,12 @@ void View::followPointer(const QWidget& widget, const QMouseEvent& move)
         else if (display->isAncestorOf(&widget))
             desktop_.pointer().moveWithin(point, move.buttons() != Qt::NoButton);
     }
+}
+
+/// The night around the displays.
+void View::paintEvent(QPaintEvent*)
+{
+    QPainter(this).fillRect(rect(), Qt::black);
 }
 
 void View::closeEvent(QCloseEvent* event)

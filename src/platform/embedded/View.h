@@ -31,12 +31,14 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     std::vector<CGRect> frames() const;
     void arrange();
     bool isSwallowed(const QKeyEvent& event);
+    void bringForward(QWidget& pressed);
     void followPointer(const QWidget& widget, const QMouseEvent& move);
 
     EmbeddedDesktop& desktop_;

@@ -264,7 +264,7 @@ private:
             return;
         }
         const NSColor before = control_.value;
-        dialog_ = new QColorDialog(toolkitColor(before), window());
+        dialog_ = new QColorDialog(toolkitColor(before), ModalPanel::owner());
         dialog_->setOption(QColorDialog::DontUseNativeDialog);
         dialog_->setWindowTitle(text(control_.label));
         connect(dialog_, &QColorDialog::currentColorChanged, this, [this](const QColor& color) {
