@@ -7,6 +7,7 @@
 #include "settingsui/Panes.h"
 #include "settingsui/SettingsWindowController.h"
 
+#include <algorithm>
 #include <fstream>
 #include <functional>
 #include <sstream>
@@ -176,8 +177,7 @@ TEST_F(SettingsWindowTest, WhatAPageHoldsFollowsWhatItIsAbout)
     EXPECT_FALSE(down("apps").isEnabled);
     EXPECT_EQ(Settings::componentOrder().back(), BarComponent::apps);
     up("apps").action();
-    EXPECT_EQ(
-        Settings::componentOrder(), std::vector(allCases<BarComponent>().begin(), allCases<BarComponent>().end()));
+    EXPECT_TRUE(std::ranges::equal(Settings::componentOrder(), allCases<BarComponent>()));
     control<Toggle>(page<ButtonsPane>(), "search").set(false);
     EXPECT_EQ(control<Label>(page<ButtonsPane>(), "search", 1).style, TextStyle::secondary);
 
