@@ -1,5 +1,6 @@
 #include "bar/BarView.h"
 
+#include "bar/BarElements.h"
 #include "bar/BarMenus.h"
 #include "bar/BarPainter.h"
 #include "controls/Trash.h"
@@ -101,6 +102,11 @@ void BarView::showDrag()
     picture_.buttons = arranged(press_);
     picture_.drag = drag();
     showState();
+}
+
+std::vector<NSAccessibilityElement> BarView::accessibilityChildren()
+{
+    return BarElements::of(picture_, [this](int hit) { return action(hit); });
 }
 
 void BarView::draw(const CGRect&)
@@ -306,21 +312,35 @@ void BarView::commitDrag()
 
 void BarView::click(CGPoint point)
 {
-    const BarLayout bar = layout();
-    const auto isOn = [&](BarComponent component) { return CGRectContainsPoint(bar.rect(component), point); };
+    const auto hit = layout().hit(point);
+    // The box around the search text is no button for the pointer: the text itself is what one presses into.
+    auto act = hit && *hit != BarHit::search ? action(*hit) : nullptr;
+    if (const auto behind = layout().button(point); !act && behind)
+        act = action(*behind);
+    if (act)
+        act();
+}
 
-    if (isOn(BarComponent::showDesktop))
-        return clickShowDesktop();
-    if (isOn(BarComponent::finder))
+/// What a click does there, as things are now; empty for a Finder that doesn't run. `hit` is a `BarHit` value.
+std::function<void()> BarView::action(int hit)
+{
+    switch (hit) {
+    case BarHit::launcher:
+        return [this] { clickLauncher(); };
+    case BarHit::search:
+        return [this] { search_.field()->becomeFirstResponder(); };
+    case BarHit::showDesktop:
+        return [this] { clickShowDesktop(); };
+    case BarHit::finder:
         if (const auto finder = DockModel::finderItem())
-            return DockModel::handleClick(*finder);
-    if (isOn(BarComponent::trash))
-        return Trash::open();
-    if (isOn(BarComponent::launcher))
-        return clickLauncher();
-    if (const auto position = bar.button(point)) {
-        const BarItem item = appItems()[static_cast<std::size_t>(*position)];
-        Timing::measure("click: main thread", [&] { DockModel::handleClick(item); });
+            return [item = *finder] { DockModel::handleClick(item); };
+        return nullptr;
+    case BarHit::trash:
+        return [] { Trash::open(); };
+    default:
+        return [item = displayItems()[static_cast<std::size_t>(hit)]] {
+            Timing::measure("click: main thread", [&] { DockModel::handleClick(item); });
+        };
     }
 }
 

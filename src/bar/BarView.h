@@ -7,6 +7,7 @@
 #include "bar/BarPress.h"
 #include "bar/BarSearch.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -54,8 +55,10 @@ public:
     void relayout();
     void resizeSubviews(CGSize oldSize) override;
 
-    // Drawing.
+    // What it shows, as drawn and as told.
 
+    NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::toolbar; }
+    std::vector<NSAccessibilityElement> accessibilityChildren() override;
     void draw(const CGRect& dirty) override;
 
     // Pointer.
@@ -113,6 +116,7 @@ private:
     void endPress();
     void commitDrag();
     void click(CGPoint point);
+    std::function<void()> action(int hit);
     void clickShowDesktop();
     void clickLauncher();
     bool isText(CGPoint point) const;

@@ -134,10 +134,28 @@ void PreviewView::mouseUp(const NSEvent& event)
 {
     const auto released = cardAt(convertFromWindow(event.locationInWindow));
     const auto pressed = std::exchange(pressedCard_, std::nullopt);
-    if (!released || released != pressed || !onPick)
-        return;
-    const WindowEntry picked = entries_[static_cast<std::size_t>(*released)];
-    onPick(picked);
+    if (released && released == pressed)
+        pick(WindowEntry(entries_[static_cast<std::size_t>(*released)]));
+}
+
+void PreviewView::pick(const WindowEntry& entry)
+{
+    if (onPick)
+        onPick(entry);
+}
+
+std::vector<NSAccessibilityElement> PreviewView::accessibilityChildren()
+{
+    std::vector<NSAccessibilityElement> cards;
+    for (const WindowEntry& entry : entries_) {
+        cards.push_back({
+            .identifier = std::to_string(entry.id),
+            .label = label(entry),
+            .frame = cardRect(static_cast<int>(cards.size())),
+            .press = [this, entry] { pick(entry); },
+        });
+    }
+    return cards;
 }
 
 void PreviewView::draw(const CGRect&)
@@ -185,8 +203,7 @@ void PreviewView::drawThumbnail(const WindowEntry& entry, const CGRect& box)
 
 void PreviewView::drawLabel(const WindowEntry& entry, const CGRect& card, double y) const
 {
-    const std::string text
-        = shortenedText(entry.title.empty() ? appName_ : entry.title, labelFont, labelRoom, leastLabel);
+    const std::string text = shortenedText(label(entry), labelFont, labelRoom, leastLabel);
     const double width = sizeWithAttributes(text, labelFont).width;
     drawAtPoint(text, { card.midX() - width * 0.5, y }, labelFont, NSColor::white());
 }

@@ -48,8 +48,13 @@ public:
     void mouseDown(const NSEvent& event) override;
     void mouseUp(const NSEvent& event) override;
     void draw(const CGRect& dirty) override;
+    NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::list; }
+    std::vector<NSAccessibilityElement> accessibilityChildren() override;
 
 private:
+    void pick(const WindowEntry& entry);
+    /// What stands under its picture.
+    const std::string& label(const WindowEntry& entry) const { return entry.title.empty() ? appName_ : entry.title; }
     std::optional<int> cardAt(CGPoint point) const;
     void setHoveredCard(std::optional<int> card);
     void drawCard(const WindowEntry& entry, const CGRect& card, bool isHovered);

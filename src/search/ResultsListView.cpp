@@ -51,12 +51,33 @@ void ResultsListView::mouseUp(const NSEvent& event)
 
 void ResultsListView::pick(int index)
 {
-    if (index < 0 || index >= std::ssize(results_) || !onPick)
-        return;
-    // What is called may replace both.
-    const SearchHit hit = results_[static_cast<std::size_t>(index)];
-    const auto call = onPick;
-    call(hit);
+    // What is called may replace the rows.
+    if (index >= 0 && index < std::ssize(results_))
+        pick(SearchHit(results_[static_cast<std::size_t>(index)]));
+}
+
+void ResultsListView::pick(const SearchHit& hit)
+{
+    if (const auto call = onPick)
+        call(hit);
+}
+
+std::vector<NSAccessibilityElement> ResultsListView::accessibilityChildren()
+{
+    std::vector<NSAccessibilityElement> rows;
+    for (const SearchHit& hit : results_) {
+        const int index = static_cast<int>(rows.size());
+        rows.push_back({
+            .identifier = hit.subtitle + '/' + hit.title,
+            .role = NSAccessibilityRole::row,
+            .label = hit.title,
+            .help = hit.subtitle,
+            .isSelected = index == selectedIndex_,
+            .frame = rowRect(index),
+            .press = [this, hit] { pick(hit); },
+        });
+    }
+    return rows;
 }
 
 void ResultsListView::draw(const CGRect&)
@@ -70,7 +91,7 @@ void ResultsListView::draw(const CGRect&)
 void ResultsListView::drawRow(int index) const
 {
     const SearchHit& hit = results_[static_cast<std::size_t>(index)];
-    const CGRect row { 0, index * rowHeight + margin, bounds().width, rowHeight };
+    const CGRect row = rowRect(index);
     if (index == selectedIndex_) {
         NSColor::controlAccentColor().withAlphaComponent(0.85).set();
         NSRectFillUsingOperation(row, NSCompositingOperation::sourceOver);

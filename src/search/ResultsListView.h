@@ -33,10 +33,14 @@ public:
     bool acceptsFirstMouse() const override { return true; }
     void mouseUp(const NSEvent& event) override;
     void draw(const CGRect& dirty) override;
+    NSAccessibilityRole accessibilityRole() const override { return NSAccessibilityRole::list; }
+    std::vector<NSAccessibilityElement> accessibilityChildren() override;
 
 private:
+    CGRect rowRect(int index) const { return { 0, index * rowHeight + margin, bounds().width, rowHeight }; }
     void drawRow(int index) const;
     void pick(int index);
+    void pick(const SearchHit& hit);
 
     std::vector<SearchHit> results_;
     int selectedIndex_ = 0;

@@ -3,6 +3,8 @@ into tests that have a session."""
 
 import os
 
+import dbus
+import dbus.lowlevel
 from Xlib import X, Xutil, display
 
 from session import eventually
@@ -36,6 +38,25 @@ class Program:
     def close(self, window):
         window.destroy()
         self.display.flush()
+
+
+class Counter:
+    """A program that tells a number for an application's icon; the badge lasts as long as it stays."""
+
+    def __init__(self, session, entry):
+        self.bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        self.entry = entry
+
+    def tell(self, number):
+        update = dbus.lowlevel.SignalMessage("/com/canonical/unity/launcherentry/1",
+                                             "com.canonical.Unity.LauncherEntry", "Update")
+        update.append("application://" + self.entry, {"count": dbus.Int64(number), "count-visible": True},
+                      signature="sa{sv}")
+        self.bus.send_message(update)
+        self.bus.flush()
+
+    def end(self):
+        self.bus.close()
 
 
 class Menus:

@@ -3,9 +3,8 @@
 import os
 import unittest
 
-import dbus
-import dbus.lowlevel
 from PIL import Image, ImageChops, ImageStat
+from parts import Counter
 from session import Session, SessionTest, eventually
 
 
@@ -72,19 +71,14 @@ class FollowingTest(SessionTest):
             return red > 120 and red > 2 * green and red > 2 * blue
 
         self.assertFalse(is_red())
-        # A badge lasts as long as the program that sent it, so the sender stays.
-        bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
-        update = dbus.lowlevel.SignalMessage("/com/canonical/unity/launcherentry/1",
-                                             "com.canonical.Unity.LauncherEntry", "Update")
-        update.append("application://l3afpad.desktop", {"count": dbus.Int64(7), "count-visible": True}, signature="sa{sv}")
+        counter = Counter(session, "l3afpad.desktop")
 
-        def signal_and_look():
-            bus.send_message(update)
-            bus.flush()
+        def tell_and_look():
+            counter.tell(7)
             return is_red()
 
-        eventually(signal_and_look, "the badge is painted")
-        bus.close()
+        eventually(tell_and_look, "the badge is painted")
+        counter.end()
         eventually(lambda: not is_red(), "the badge goes with its sender")
 
 

@@ -5,6 +5,7 @@
 #include "settings/Settings.h"
 #include "unit/DrawingText.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDropEvent>
 #include <QMimeData>
@@ -44,6 +45,22 @@ protected:
     {
         press(x);
         release(x);
+    }
+
+    /// The tile there, as a screen reader has it.
+    NSAccessibilityElement tileAt(double x)
+    {
+        for (NSAccessibilityElement& tile : view_->accessibilityChildren())
+            if (CGRectContainsPoint(tile.frame, { x, 20 }))
+                return tile;
+        ADD_FAILURE() << "no tile at " << x;
+        return {};
+    }
+
+    void pressTile(double x)
+    {
+        if (const auto press = tileAt(x).press)
+            press();
     }
 
     bool wasActivated(const std::string& name) { return count("activate", pidOf(name)) > 0; }
@@ -158,32 +175,133 @@ TEST_F(BarViewTest, ADragCommitsTheOrderAndSwitchesToManual)
     EXPECT_EQ(Settings::manualOrder(), Texts()) << "a list that grows shorter is committed as it is";
 }
 
-TEST_F(BarViewTest, EachPlaceHasItsClick)
+TEST_F(BarViewTest, EachPlaceHasItsClickWhichAScreenReaderCanDoToo)
 {
     const auto middle = [&](BarComponent component) { return view_->rect(component).midX(); };
+    const std::vector<BarItem> items = view_->items();
+    const struct {
+        const char* what;
+        std::function<void(double)> press;
+    } ways[] { { "the pointer", [&](double x) { click(x); } }, { "a screen reader", [&](double x) { pressTile(x); } } };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.what);
+        view_->setItems(items);
+        calls().clear();
+        log_.clear();
 
-    click(middle(BarComponent::launcher));
-    EXPECT_TRUE(wasActivated("Apps"));
+        way.press(middle(BarComponent::launcher));
+        EXPECT_TRUE(wasActivated("Apps"));
 
-    click(middle(BarComponent::finder));
-    EXPECT_EQ(count("activate", world().processNamed(embedded::finderIdentifier)->pid()), 1u);
+        way.press(cell(1));
+        EXPECT_TRUE(wasActivated("Notes"));
+        EXPECT_FALSE(wasActivated("Mail"));
 
-    click(middle(BarComponent::trash));
-    EXPECT_EQ(logged("trash: "), (Texts { "trash: opening" }));
+        way.press(middle(BarComponent::finder));
+        EXPECT_EQ(count("activate", world().processNamed(embedded::finderIdentifier)->pid()), 1u);
+
+        way.press(middle(BarComponent::trash));
+        EXPECT_EQ(logged("trash: "), (Texts { "trash: opening" }));
+
+        way.press(middle(BarComponent::showDesktop));
+        EXPECT_GT(count("hide"), 0u);
+        EXPECT_TRUE(isRepaintPending());
+
+        view_->setItems({});
+        way.press(middle(BarComponent::launcher));
+        EXPECT_EQ(logged("launcher: "), Texts { "launcher: sent Cmd+Space" }) << "without an entry, the desktop's own";
+        EXPECT_EQ(count("postKeyDown") + count("postKeyUp"), 2u);
+    }
 
     calls().clear();
     click(middle(BarComponent::search));
     click(1000);
-    EXPECT_TRUE(calls().all().empty()) << "the search box and the empty bar are no buttons";
+    EXPECT_TRUE(calls().all().empty()) << "to the pointer the search box and the empty bar are no buttons";
+}
 
-    click(middle(BarComponent::showDesktop));
-    EXPECT_GT(count("hide"), 0u);
-    EXPECT_TRUE(isRepaintPending());
+TEST_F(BarViewTest, ATileSaysInWordsWhatItsPictureShows)
+{
+    const pid_t running = run("Mail");
+    const pid_t hidden = run("Hidden");
+    world().hide(hidden);
+    const struct {
+        std::optional<pid_t> pid;
+        int windows;
+        std::optional<std::string> badge;
+        const char* help;
+        bool isFrontmost = false;
+        bool demandsAttention = false;
+        std::optional<std::uint32_t> windowID {};
+    } cases[] {
+        { running, 0, std::nullopt, "" },
+        { running, 1, "", "1 window", true },
+        { running, 3, "2", "3 windows, 2 notifications" },
+        { running, 11, "1", "11 windows, 1 notification" },
+        { running, 0, "new", "badge new" },
+        { running, 2, std::nullopt, "2 windows, wants attention", false, true },
+        { running, 0, std::nullopt, "wants attention", true, true, 7 },
+        { hidden, 1, std::nullopt, "1 window, hidden" },
+        { std::nullopt, 0, "12", "12 notifications, not running" },
+    };
+    std::vector<BarItem> items;
+    for (const auto& test : cases) {
+        BarItem item = itemOf("Mail", test.pid);
+        item.windowCount = test.windows;
+        item.badge = test.badge;
+        item.isFrontmost = test.isFrontmost;
+        item.demandsAttention = test.demandsAttention;
+        item.windowID = test.windowID;
+        items.push_back(item);
+    }
+    view_->setItems(items);
+    for (int i = 0; i < std::ssize(cases); ++i) {
+        const NSAccessibilityElement tile = tileAt(cell(i));
+        EXPECT_EQ(tile.label, "Mail");
+        EXPECT_EQ(tile.help, cases[i].help);
+        EXPECT_EQ(tile.isSelected, cases[i].isFrontmost) << tile.help;
+        EXPECT_EQ(tile.frame, view_->layoutItems()[std::size_t(i)].rect) << tile.help;
+    }
+}
 
-    view_->setItems({});
-    click(middle(BarComponent::launcher));
-    EXPECT_EQ(logged("launcher: "), Texts { "launcher: sent Cmd+Space" }) << "without an entry, the desktop's own";
-    EXPECT_EQ(count("postKeyDown") + count("postKeyUp"), 2u);
+TEST_F(BarViewTest, TheTilesStandInTheAccessibilityTreeAsTheyStandOnTheBar)
+{
+    const auto tree = [&] {
+        Texts tiles;
+        for (const NSAccessibilityElement& tile : view_->accessibilityChildren())
+            tiles.push_back(tile.label + (tile.help.empty() ? "" : ": " + tile.help) + (tile.isSelected ? "!" : ""));
+        return tiles;
+    };
+    EXPECT_EQ(
+        tree(), (Texts { "Apps launcher", "Search", "Show Desktop", "Finder!", "Mail", "Notes", "Music", "Trash" }));
+    click(view_->rect(BarComponent::showDesktop).midX());
+    std::filesystem::remove_all(NSHomeDirectory() + "/.Trash");
+    Settings::componentOrder.set({ BarComponent::trash, BarComponent::apps, BarComponent::showDesktop });
+    Settings::showLauncher.set(false);
+    Settings::showSearch.set(false);
+    world().quit(world().processNamed(embedded::finderIdentifier)->pid());
+    view_->relayout();
+    EXPECT_EQ(tree(), (Texts { "Trash: empty", "Mail", "Notes", "Music", "Show Desktop!" })) << "and no Finder";
+
+    auto* bar = QAccessible::queryAccessibleInterface(view_->widget());
+    ASSERT_TRUE(bar);
+    EXPECT_EQ(bar->role(), QAccessible::ToolBar);
+    ASSERT_GE(bar->childCount(), 5);
+    auto* notes = bar->child(2);
+    EXPECT_EQ(notes->text(QAccessible::Name), "Notes");
+    EXPECT_EQ(notes->parent(), bar);
+    EXPECT_EQ(bar->indexOfChild(notes), 2);
+    const CGRect cell = view_->layoutItems()[1].rect;
+    EXPECT_EQ(notes->rect().translated(-bar->rect().topLeft()), QRect(int(cell.x), 0, int(cell.width), 52));
+    EXPECT_EQ(bar->childAt(notes->rect().left(), notes->rect().center().y()), notes);
+    EXPECT_NE(bar->childAt(notes->rect().left() - 1, notes->rect().center().y()), notes);
+    notes->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_FALSE(wasActivated("Notes")) << "there is nothing to toggle";
+    notes->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(wasActivated("Notes"));
+
+    calls().clear();
+    view_.reset();
+    notes->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_FALSE(wasActivated("Notes")) << "the bar has gone ahead of its widget";
 }
 
 TEST_F(BarViewTest, WhatLooksTheSameAgainIsNotPaintedAnew)

@@ -342,6 +342,17 @@ TEST_F(HoverTest, AClickOnACardRaisesItsWindow)
 
     view().updateHover({ 1300, 20 });
     hover(button("Mail"));
+    const auto told = content().accessibilityChildren();
+    const auto draft = std::ranges::find(told, "Mail", &NSAccessibilityElement::label);
+    ASSERT_NE(draft, told.end()) << "the window without a title";
+    EXPECT_EQ(draft->frame, PreviewView::cardRect(static_cast<int>(draft - told.begin())));
+    draft->press();
+    settle();
+    EXPECT_EQ(world().stack().front()->number, draft_) << "as a screen reader does it";
+    EXPECT_EQ(shown(), "nothing");
+
+    view().updateHover({ 1300, 20 });
+    hover(button("Mail"));
     world().quit(mail_);
     clickCards(20, 20);
     EXPECT_EQ(shown(), "nothing") << "its application has gone";

@@ -74,6 +74,16 @@ protected:
         settle();
     }
 
+    /// As a screen reader does it.
+    void press(NSView& in, const std::string& label)
+    {
+        const auto elements = in.accessibilityChildren();
+        const auto found = std::ranges::find(elements, label, &NSAccessibilityElement::label);
+        ASSERT_NE(found, elements.end()) << label;
+        found->press();
+        settle();
+    }
+
     bool hasKeyboard() { return world().frontmost() == getpid() && controller_->window().canBecomeKey(); }
 
     pid_t mail_ = 0;
@@ -100,6 +110,11 @@ TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtT
     for (const char* line : { "fill 0,0 320x128 r0 262626@0.98", "fill 0,44 320x40 r0 3478F6@0.85",
              "text Outbox 13 FFFFFF 42,65", "text Mail 10 FFFFFF 42,51" })
         EXPECT_EQ(std::ranges::count(lines, line), 1) << line;
+    const auto told = panel().listView()->accessibilityChildren();
+    ASSERT_EQ(told.size(), 3u);
+    EXPECT_EQ(told[1].label + ", " + told[1].help, "Outbox, Mail");
+    EXPECT_EQ(told[1].frame, (CGRect { 0, 44, 320, 40 }));
+    EXPECT_TRUE(told[1].isSelected && !told[0].isSelected && !told[2].isSelected);
 
     key(Qt::Key_Backspace);
     EXPECT_EQ(panel().listView()->selectedIndex(), 0);
@@ -108,6 +123,9 @@ TEST_F(SearchInterfaceTest, KeysMoveTheSelectionAllTheWayRoundAndTypingStartsAtT
     EXPECT_EQ(world().frontmost(), notes_);
     EXPECT_EQ(field().stringValue(), "");
     EXPECT_EQ(rows(), Texts());
+    press(view(), "Search");
+    EXPECT_TRUE(hasKeyboard());
+    key(Qt::Key_Escape);
 
     QMimeData text;
     text.setText("box");
@@ -131,6 +149,7 @@ TEST_F(SearchInterfaceTest, APickCarriesTheRowOutAndEndsTheSearch)
         { "the first row's middle", [this] { clickList(24); }, 0 },
         { "the top margin", [this] { clickList(1); }, 0 },
         { "the last row", [this] { clickList(123); }, 2 },
+        { "a screen reader", [this] { press(*panel().listView(), "Outbox"); }, 1 },
         { "the bottom margin", [this] { clickList(125); }, std::nullopt },
     };
     for (const auto& each : cases) {

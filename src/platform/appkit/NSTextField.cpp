@@ -143,6 +143,8 @@ void NSTextField::setPlaceholder(const std::string& text, const NSColor& color)
 {
     placeholder_ = text;
     edit_->setPlaceholderText(QString::fromStdString(text));
+    // What stands in it when it is empty is all that says what it is for.
+    edit_->setAccessibleName(QString::fromStdString(text));
     setColor(*edit_, QPalette::PlaceholderText, toolkitColor(color));
 }
 

@@ -1,5 +1,6 @@
 #include "appkit/NSView.h"
 
+#include "appkit/AccessibleView.h"
 #include "appkit/DrawingList.h"
 #include "appkit/DrawingPainter.h"
 #include "appkit/NSPanel.h"
@@ -33,12 +34,13 @@ void answer(QDropEvent& event, NSDragOperation operation)
 
 }
 
-/// The toolkit's widget of a view: it carries paints, pointer events and drags over.
-class ViewWidget final : public QWidget {
+/// The toolkit's widget of a view: it carries paints, pointer events, drags and what screen readers ask over.
+class ViewWidget final : public QWidget, public AccessibleSource {
 public:
     explicit ViewWidget(NSView& view)
         : view_(&view)
     {
+        AccessibleView::start();
     }
 
     /// The view goes, ahead of its widget.
@@ -55,6 +57,13 @@ private:
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void showEvent(QShowEvent*) override { AccessibleView::update(*this); }
+    void hideEvent(QHideEvent*) override { AccessibleView::update(*this); }
+
+    NSAccessibilityRole accessibilityRole() const override;
+    std::vector<NSAccessibilityElement> accessibilityChildren() const override;
+    QRect pixels(const CGRect& frame) const override;
+    void carryOut(const std::function<void()>& press) override;
 
     template <typename Deliver>
     void deliver(const Deliver& deliver);
@@ -72,6 +81,13 @@ NSEvent eventAt(const NSView& view, QPointF position)
     const double scale = Pixels::scale();
     const double y = view.isFlipped() ? position.y() / scale : view.frame().height - (position.y() + 1) / scale;
     return { view.convertToWindow(CGPoint { position.x() / scale, y }) };
+}
+
+/// A rectangle of the view in its widget's pixels.
+QRect pixelsIn(const NSView& view, const CGRect& rect)
+{
+    const double top = view.isFlipped() ? rect.y : view.frame().height - rect.maxY();
+    return Pixels::from(CGRect { rect.x, top, rect.width, rect.height });
 }
 
 NSDraggingInfo draggingInfo(const NSView& view, const QDropEvent& event)
@@ -186,6 +202,26 @@ void ViewWidget::dropEvent(QDropEvent* event)
     });
 }
 
+NSAccessibilityRole ViewWidget::accessibilityRole() const
+{
+    return view_ ? view_->accessibilityRole() : NSAccessibilityRole::group;
+}
+
+std::vector<NSAccessibilityElement> ViewWidget::accessibilityChildren() const
+{
+    return view_ ? view_->accessibilityChildren() : std::vector<NSAccessibilityElement>();
+}
+
+QRect ViewWidget::pixels(const CGRect& frame) const
+{
+    return view_ ? pixelsIn(*view_, frame) : QRect();
+}
+
+void ViewWidget::carryOut(const std::function<void()>& press)
+{
+    deliver([&](NSView&) { press(); });
+}
+
 NSView::NSView(const CGRect& frame)
     : frame_(frame)
     , widget_(new ViewWidget(*this))
@@ -271,6 +307,7 @@ void NSView::display()
     if (!needsDisplay_ || (shownIn && !shownIn->isVisible()))
         return;
     needsDisplay_ = false;
+    AccessibleView::update(*widget_);
     auto now = std::make_unique<const DrawingList>(record());
     if (painted_ && *now == *painted_)
         return;
@@ -298,9 +335,7 @@ DrawingList NSView::record()
 /// Puts the widget where the frame says, in the toolkit's coordinates: y down.
 void NSView::place()
 {
-    const bool turned = superview_ && !superview_->isFlipped();
-    const double top = turned ? superview_->frame_.height - frame_.maxY() : frame_.y;
-    widget_->setGeometry(Pixels::from(CGRect { frame_.x, top, frame_.width, frame_.height }));
+    widget_->setGeometry(superview_ ? pixelsIn(*superview_, frame_) : Pixels::from(frame_));
 }
 
 void NSView::redraw()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "appkit/NSAccessibilityElement.h"
 #include "appkit/NSCursor.h"
 #include "appkit/NSDragging.h"
 #include "appkit/NSEvent.h"
@@ -105,6 +106,11 @@ public:
     virtual bool performDragOperation(const NSDraggingInfo&) { return false; }
     /// The base behaviour lets each subview's autoresizing mask follow the change.
     virtual void resizeSubviews(CGSize oldSize);
+
+    /// To a screen reader: what the view is, and what it draws that is a thing by itself. It is looked at again
+    /// whenever `draw` is.
+    virtual NSAccessibilityRole accessibilityRole() const { return NSAccessibilityRole::group; }
+    virtual std::vector<NSAccessibilityElement> accessibilityChildren() { return {}; }
 
     /// Asks for `draw` of the view and of those in it; for the layer's own use.
     void redraw();

@@ -1,0 +1,236 @@
+"""The bar as screen readers and test tools have it: through the accessibility bus alone."""
+
+import os
+import time
+import unittest
+
+import dbus
+import gi
+from parts import Counter, Panels, Program, SearchBox
+from session import Session, eventually
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+LEADING = {"Apps launcher": "launcher", "Search": "search", "Show Desktop": "showDesktop"}
+
+
+def soon(condition, what):
+    """As `eventually`, of things that may go while they are looked at."""
+    def look():
+        try:
+            return condition()
+        except GLib.Error:
+            return None
+
+    return eventually(look, what)
+
+
+class Reader:
+    """What a screen reader has of the bar. Its library knows one bus for the life of a process."""
+
+    def __init__(self, session):
+        # A window manager of the right toolkit may have started one by itself, switched off.
+        session.start("/usr/libexec/at-spi-bus-launcher")
+        bus = dbus.bus.BusConnection(session.environment["DBUS_SESSION_BUS_ADDRESS"])
+        eventually(lambda: bus.name_has_owner("org.a11y.Bus"), "there is an accessibility bus")
+        switch = dbus.Interface(bus.get_object("org.a11y.Bus", "/org/a11y/bus"), "org.freedesktop.DBus.Properties")
+        switch.Set("org.a11y.Status", "IsEnabled", True)
+        bus.close()
+        os.environ.update({name: session.environment[name] for name in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")})
+        Atspi.init()
+        self.heard = []
+        self.listener = Atspi.EventListener.new(self._hear)
+        for kind in ("children-changed", "state-changed", "property-change", "bounds-changed"):
+            self.listener.register("object:" + kind)
+
+    def _hear(self, event):
+        try:
+            program = event.source.get_application()
+            if program and program.get_name() == "vantry":
+                self.heard.append((event.type.removeprefix("object:"), event.source.get_name()))
+        except GLib.Error:  # it has gone meanwhile
+            pass
+
+    def listen(self, seconds=0.0):
+        """All that is told in that time, and was before."""
+        end = time.monotonic() + seconds
+        while GLib.MainContext.default().iteration(False) or time.monotonic() < end:
+            pass
+        return self.heard
+
+    def find(self, role):
+        """The program's elements of that role, in the order that the tree has them."""
+        return [found for program in children(Atspi.get_desktop(0)) if program.get_name() == "vantry"
+                for found in self._below(program, role)]
+
+    def _below(self, element, role):
+        if element.get_role_name() == role:
+            yield element
+        for child in children(element):
+            yield from self._below(child, role)
+
+
+def children(element):
+    return list(filter(None, (element.get_child_at_index(index) for index in range(element.get_child_count()))))
+
+
+def states(element):
+    return {state.value_nick for state in element.get_state_set().get_states()}
+
+
+def extents(element):
+    rect = element.get_component_iface().get_extents(Atspi.CoordType.SCREEN)
+    return rect.x, rect.y, rect.width, rect.height
+
+
+def press(element):
+    actions = element.get_action_iface()
+    assert [actions.get_action_name(index) for index in range(actions.get_n_actions())] == ["Press"]
+    assert actions.do_action(0)
+
+
+class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.session = cls.enterClassContext(Session())
+        cls.reader = Reader(cls.session)
+
+    def setUp(self):
+        session = self.session
+        session.restart_bar()
+        self.terminal = session.xterm("Quarterly figures")
+        self.editor = session.open("L3afpad", "l3afpad")
+        self.addCleanup(self.close, "XTerm", "L3afpad")
+        self.has_tiles("XTerm", "L3afpad")
+        soon(lambda: self.pressed() == ["L3afpad"], "the editor is in front")
+
+    def close(self, *classes):
+        for name in classes:
+            for window in self.session.windows_of(name):
+                self.session.ask(window, "_NET_CLOSE_WINDOW", 0, 2)
+            eventually(lambda name=name: not self.session.windows_of(name), name + " has gone")
+
+    def tiles(self):
+        return [tile for bar in self.reader.find("tool bar") for tile in children(bar)
+                if tile.get_role_name() == "push button"]
+
+    def tile(self, name):
+        return soon(lambda: next((tile for tile in self.tiles() if tile.get_name() == name), None), name)
+
+    def pressed(self):
+        return [tile.get_name() for tile in self.tiles() if "pressed" in states(tile)]
+
+    def has_tiles(self, *buttons):
+        names = [*LEADING, *buttons, "Trash"]
+        soon(lambda: [tile.get_name() for tile in self.tiles()] == names, f"the tiles are {names}")
+
+    def test_each_tile_is_where_it_is_painted_at_either_edge_and_any_scale(self):
+        session = self.session
+        self.addCleanup(session.set_scale, 1)
+        self.addCleanup(session.write_settings, barEdge="bottom")
+        for scale, edge in ((1, "bottom"), (2, "top"), (1.5, "bottom")):
+            with self.subTest(scale=scale, edge=edge):
+                session.set_scale(scale)
+                session.write_settings(barEdge=edge)
+                height = int(63 * scale + 0.5)
+                place = (0, 0 if edge == "top" else 1080 - height, 1920, height)
+                eventually(lambda: [session.geometry(bar) for bar in session.bars()] == [place], "the bar's place")
+                bar = session.bar()
+                measured = {name: bar.places[component] for name, component in LEADING.items()}
+                measured.update(XTerm=(bar.apps, bar.item), L3afpad=(bar.apps + bar.item, bar.item))
+                for name, (x, width) in measured.items():
+                    left, right = int(x * scale + 0.5), int((x + width) * scale + 0.5)
+                    soon(lambda: extents(self.tile(name))[::2] == (left, right - left), name + "'s extents")
+                    if name != "Search":
+                        self.assertEqual(extents(self.tile(name))[1::2], place[1::2], name)
+                for name in ("XTerm", "L3afpad"):
+                    eventually(lambda: self.spread(name, place), name + " is painted")
+                    x, y, width, height = extents(self.tile(name))
+                    left, right = self.spread(name, place)
+                    self.assertAlmostEqual((left + right) / 2, x + width / 2, delta=1)
+                    self.assertTrue(x < left < right < x + width)
+                    found = self.reader.find("tool bar")[0].get_component_iface().get_accessible_at_point(
+                        x + width // 2, y + height // 2, Atspi.CoordType.SCREEN)
+                    self.assertEqual(found.get_name(), name)
+
+    def spread(self, name, place):
+        """From where to where the program's icon is painted along the middle of the bar."""
+        x, y, width, height = place
+        row = self.session.picture(x, y + height // 2, width, 1)
+        painted = [at for at in range(width)
+                   if all(abs(a - b) < 8 for a, b in zip(row.getpixel((at, 0)), self.session.colors[name]))]
+        return painted and (painted[0], painted[-1] + 1)
+
+    def test_a_press_does_what_a_click_does(self):
+        session = self.session
+        held = self.tile("XTerm")
+        press(held)
+        eventually(lambda: session.active() == self.terminal.id, "the terminal comes to the front")
+        soon(lambda: self.pressed() == ["XTerm"], "and its tile is the one that is pressed in")
+        press(self.tile("L3afpad"))
+        eventually(lambda: session.active() == self.editor.id, "the editor comes to the front")
+        press(self.tile("Show Desktop"))
+        eventually(lambda: session.is_minimised(self.editor) and session.is_minimised(self.terminal), "all is cleared")
+        soon(lambda: "Show Desktop" in self.pressed(), "the desktop is being shown")
+        soon(lambda: held.get_description() == "1 window, hidden", "the terminal's tile says so too")
+        press(self.tile("Show Desktop"))
+        eventually(lambda: not session.is_minimised(self.editor) and not session.is_minimised(self.terminal), "all is back")
+        soon(lambda: "Show Desktop" not in self.pressed(), "the desktop isn't being shown")
+
+        press(self.tile("Search"))
+        eventually(self.bar_has_keyboard, "the search box has the keyboard")
+        session.type("quart")
+        row = soon(lambda: next(iter(self.reader.find("list item")), None), "the window is found")
+        self.assertEqual((row.get_name(), row.get_description()), ("Quarterly figures", "XTerm"))
+        self.assertLess({"selected", "showing"}, states(row))
+        self.assertEqual(extents(row)[0], self.panel()[0])
+        press(row)
+        eventually(lambda: session.active() == self.terminal.id, "the terminal comes to the front")
+
+        session.move(*session.bar().button(1))
+        self.preview()
+        card = soon(lambda: next((card for card in self.reader.find("push button")
+                                        if card.get_name() == "(Untitled)"), None), "the editor's window has a card")
+        press(card)
+        eventually(lambda: session.active() == self.editor.id, "the editor comes to the front")
+        self.assertIs(self.tile("XTerm"), held, "a tile stays what it is while it is there")
+        session.move(900, 300)
+
+    def test_a_reader_hears_of_what_changes_and_of_nothing_else(self):
+        session, reader = self.session, self.reader
+        held = self.tile("XTerm")
+        painter = Program(session)
+        first = painter.open("first", 0xC828D2, 300, 200)
+        self.has_tiles("XTerm", "L3afpad", "Painter")
+        second = painter.open("second", 0xC828D2, 500, 300)
+        counter = Counter(session, "Painter.desktop")
+        says = lambda text: soon(lambda: self.tile("Painter").get_description() == text, text)
+        says("2 windows")
+        soon(lambda: counter.tell(7) or self.tile("Painter").get_description() == "2 windows, 7 notifications", "7")
+        soon(lambda: counter.tell(1) or self.tile("Painter").get_description() == "2 windows, 1 notification", "1")
+        eventually(lambda: ("property-change:accessible-description", "Painter") in reader.listen(), "told")
+        self.assertIn("children-changed:add", [kind for kind, _ in reader.heard])
+
+        reader.listen(1)
+        reader.heard.clear()
+        self.assertEqual(reader.listen(3.5), [], "refreshes that find everything as it was")
+
+        painter.close(second)
+        says("1 window, 1 notification")
+        painter.close(first)
+        self.has_tiles("XTerm", "L3afpad")
+        eventually(lambda: "children-changed:remove" in [kind for kind, _ in reader.listen()], "told")
+        counter.end()
+
+        session.write_settings(barVisible=False)
+        soon(lambda: all("showing" not in states(tile) for tile in self.tiles()), "a hidden bar shows none")
+        eventually(lambda: ("state-changed:showing", "XTerm") in reader.listen(), "told")
+        self.assertEqual(len(self.tiles()), 6)
+        session.write_settings(barVisible=True)
+        soon(lambda: all("showing" in states(tile) for tile in self.tiles()), "the bar shows them again")
+        self.assertIs(self.tile("XTerm"), held, "a tile stays what it is while it is there")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
