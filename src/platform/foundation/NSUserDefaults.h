@@ -49,6 +49,7 @@ public:
 
     /// All values of a domain by its name; absent when there is none.
     static std::optional<Value::Dictionary> persistentDomainForName(const std::string& name);
+    /// With the program's own domain goes all that the desktop keeps for no other reason than this program.
     static void removePersistentDomainForName(const std::string& name);
 
 private:

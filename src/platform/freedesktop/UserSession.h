@@ -10,6 +10,7 @@ public:
     std::string preferencesFolder() override;
     std::string homeFolder() override;
     std::string locate(const std::string& path) override;
+    void removeStandIns() override;
     bool throwAway(const std::string& path) override;
     std::optional<std::uint32_t> accentColor() override { return appearance_.accentColor(); }
 
