@@ -14,11 +14,12 @@ public:
     virtual bool show(const forms::Control& control) = 0;
     /// What it does, for those who can't see what stands below it.
     void setHelp(const QString& help);
+    /// What takes the keyboard; null in a control that only tells something.
+    QWidget* editor() const { return editor_; }
     /// Whether it takes the room that its neighbours leave.
     bool isWide() const { return isWide_; }
 
 protected:
-    /// What takes the keyboard; none in a control that only tells something.
     QWidget* editor_ = nullptr;
     bool isWide_ = false;
 };

@@ -170,7 +170,7 @@ std::vector<QWidget*> FormWidget::focusChain() const
     for (const SectionWidget& section : sections_)
         for (const RowWidget& row : section.rows)
             for (ControlWidget* control : row.controls)
-                if (control->focusProxy())
-                    chain.push_back(control->focusProxy());
+                if (control->editor())
+                    chain.push_back(control->editor());
     return chain;
 }
