@@ -47,6 +47,7 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
     def test_each_tile_is_where_it_is_painted_at_either_edge_and_any_scale(self):
         session = self.session
         self.addCleanup(session.set_scale, 1)
+        old = None
         self.addCleanup(session.write_settings, barEdge="bottom")
         for scale, edge in ((1, "bottom"), (2, "top"), (1.5, "bottom")):
             with self.subTest(scale=scale, edge=edge):
@@ -54,8 +55,9 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
                 session.write_settings(barEdge=edge)
                 height = int(63 * scale + 0.5)
                 place = (0, 0 if edge == "top" else 1080 - height, 1920, height)
-                eventually(lambda: [session.geometry(bar) for bar in session.bars()] == [place], "the bar's place")
-                bar = session.bar()
+                # The bar is made anew for another scale.
+                eventually(lambda: [session.geometry(bar) for bar in session.bars() if bar.id != old] == [place], "it")
+                old, bar = session.bars()[0].id, session.bar()
                 measured = {name: bar.places[component] for name, component in LEADING.items()}
                 measured.update(XTerm=(bar.apps, bar.item), L3afpad=(bar.apps + bar.item, bar.item))
                 for name, (x, width) in measured.items():
@@ -88,17 +90,11 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
         soon(lambda: self.pressed() == ["XTerm"], "and its tile is the one that is pressed in")
         press(self.tile("L3afpad"))
         eventually(lambda: session.active() == self.editor.id, "the editor comes to the front")
-        press(self.tile("Show Desktop"))
-        eventually(lambda: session.is_minimised(self.editor) and session.is_minimised(self.terminal), "all is cleared")
-        soon(lambda: "Show Desktop" in self.pressed(), "the desktop is being shown")
-        soon(lambda: held.get_description() == "1 window, hidden", "the terminal's tile says so too")
-        press(self.tile("Show Desktop"))
-        eventually(lambda: not session.is_minimised(self.editor) and not session.is_minimised(self.terminal), "all is back")
-        soon(lambda: "Show Desktop" not in self.pressed(), "the desktop isn't being shown")
-
         press(self.tile("Search"))
         eventually(self.bar_has_keyboard, "the search box has the keyboard")
         session.type("quart")
+        typed = lambda: [Atspi.Text.get_text(field, 0, -1) for field in self.reader.find("text")]
+        soon(lambda: typed() == ["quart"], "all that was typed has come")
         row = soon(lambda: next(iter(self.reader.find("list item")), None), "the window is found")
         self.assertEqual((row.get_name(), row.get_description()), ("Quarterly figures", "XTerm"))
         self.assertLess({"selected", "showing"}, states(row))
@@ -112,8 +108,18 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
                                         if card.get_name() == "(Untitled)"), None), "the editor's window has a card")
         press(card)
         eventually(lambda: session.active() == self.editor.id, "the editor comes to the front")
-        self.assertIs(self.tile("XTerm"), held, "a tile stays what it is while it is there")
         session.move(900, 300)
+
+        press(self.tile("Show Desktop"))
+        eventually(lambda: all(map(session.is_minimised, (self.editor, self.terminal))), "all is cleared")
+        soon(lambda: "Show Desktop" in self.pressed(), "the desktop is being shown")
+        soon(lambda: held.get_description() == "1 window, hidden", "the terminal's tile says so too")
+        # A program that doesn't hide is asked again for so long.
+        time.sleep(0.7)
+        press(self.tile("Show Desktop"))
+        eventually(lambda: not any(map(session.is_minimised, (self.editor, self.terminal))), "all is back")
+        soon(lambda: "Show Desktop" not in self.pressed(), "the desktop isn't being shown")
+        self.assertIs(self.tile("XTerm"), held, "a tile stays what it is while it is there")
 
     def test_a_reader_hears_of_what_changes_and_of_nothing_else(self):
         session, reader = self.session, self.reader
@@ -141,6 +147,7 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
         eventually(lambda: "children-changed:remove" in [kind for kind, _ in reader.listen()], "told")
         counter.end()
 
+        self.addCleanup(session.write_settings, barVisible=True)
         session.write_settings(barVisible=False)
         soon(lambda: all("showing" not in states(tile) for tile in self.tiles()), "a hidden bar shows none")
         eventually(lambda: ("state-changed:showing", "XTerm") in reader.listen(), "told")

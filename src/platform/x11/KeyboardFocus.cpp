@@ -64,12 +64,19 @@ private:
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseButtonRelease:
-            latest_ = static_cast<xcb_timestamp_t>(static_cast<const QInputEvent*>(event)->timestamp());
+            note(static_cast<const QInputEvent&>(*event));
             break;
         default:
             break;
         }
         return false;
+    }
+
+    /// While a screen reader listens, the toolkit shows it each key first, and then delivers a copy that has no time.
+    void note(const QInputEvent& event)
+    {
+        if (event.timestamp() != 0)
+            latest_ = static_cast<xcb_timestamp_t>(event.timestamp());
     }
 
     xcb_timestamp_t latest_ = XCB_CURRENT_TIME;
