@@ -529,6 +529,28 @@ TEST_P(Contract, APanelHasTheKeyboardUntilItIsGivenBackTakenOrGone)
     surfaces().release(panel);
 }
 
+TEST_P(Contract, AnOrdinaryWindowOfOursTakesPartAsOthersDoAndTellsWhereItIs)
+{
+    const auto program = start("alpha");
+    focus(program);
+    EXPECT_TRUE(settle([&] { return processes().frontmost() == program.pid; }));
+    QWidget window;
+    window.setWindowTitle("Settings");
+    surfaces().adopt(window, { .role = host::SurfaceRole::window }, { 300, 250, 400, 300 });
+    for (int time = 0; time < 2; ++time) {
+        SCOPED_TRACE(time);
+        surfaces().orderFront(window);
+        surfaces().takeKeyboard(window);
+        EXPECT_TRUE(settle([&] { return processes().frontmost() == getpid(); })) << "it is in front";
+        surfaces().setFrame(window, { 320, 260, 500, 350 });
+        EXPECT_TRUE(settle([&] { return surfaces().frame(window) == CGRect { 320, 260, 500, 350 }; }));
+        surfaces().orderOut(window);
+        surfaces().giveBackKeyboard();
+        EXPECT_TRUE(settle([&] { return processes().frontmost() == program.pid; })) << "and then the one before";
+    }
+    surfaces().release(window);
+}
+
 TEST_P(Contract, ACaptureAnswersLaterAndOnceWithAPictureOrAnError)
 {
     const auto program = start("alpha");

@@ -6,12 +6,10 @@
 #include "base/RunLoop.h"
 #include "widgets/FormLook.h"
 #include "widgets/Paced.h"
+#include "widgets/PickerBox.h"
 
-#include <QAbstractItemView>
-#include <QAccessibleWidget>
 #include <QCheckBox>
 #include <QColorDialog>
-#include <QComboBox>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
@@ -21,7 +19,6 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QToolButton>
-#include <QWheelEvent>
 
 #include <cmath>
 
@@ -139,68 +136,6 @@ private:
     }
 
     QCheckBox* box_;
-};
-
-/// What a screen reader has of a picker. The toolkit's own names it by what is chosen in it.
-class AccessiblePicker final : public QAccessibleWidget {
-public:
-    explicit AccessiblePicker(QComboBox* box)
-        : QAccessibleWidget(box, QAccessible::ComboBox)
-        , box_(*box)
-    {
-    }
-
-    QString text(QAccessible::Text kind) const override
-    {
-        return kind == QAccessible::Value ? box_.currentText() : QAccessibleWidget::text(kind);
-    }
-    /// The list of what can be chosen, in which the choice is selected.
-    int childCount() const override { return 1; }
-    QAccessibleInterface* child(int index) const override
-    {
-        if (index != 0)
-            return nullptr;
-        QAbstractItemView& list = *box_.view();
-        if (!list.isVisible())
-            list.setCurrentIndex(box_.model()->index(box_.currentIndex(), 0));
-        return QAccessible::queryAccessibleInterface(&list);
-    }
-    int indexOfChild(const QAccessibleInterface* child) const override
-    {
-        return child->object() == box_.view() ? 0 : -1;
-    }
-    QStringList actionNames() const override { return QAccessibleWidget::actionNames() << showMenuAction(); }
-    void doAction(const QString& name) override
-    {
-        if (name == showMenuAction())
-            box_.showPopup();
-        else
-            QAccessibleWidget::doAction(name);
-    }
-
-private:
-    QComboBox& box_;
-};
-
-/// A box of choices that the wheel scrolls by, as anything else in a form.
-class PickerBox final : public QComboBox {
-public:
-    explicit PickerBox(QWidget* parent)
-        : QComboBox(parent)
-    {
-        static const bool isInstalled = [] {
-            QAccessible::installFactory([](const QString&, QObject* object) -> QAccessibleInterface* {
-                auto* box = dynamic_cast<PickerBox*>(object);
-                return box ? new AccessiblePicker(box) : nullptr;
-            });
-            return true;
-        }();
-        static_cast<void>(isInstalled);
-        setFocusPolicy(Qt::StrongFocus);
-    }
-
-private:
-    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 };
 
 class PickerWidget final : public Labelled<Picker> {
