@@ -131,6 +131,53 @@ def menus():
             time.sleep(0.5)
 
 
+def open_settings(session):
+    """Opens the settings window by the bar's menu, and gives it."""
+    x, y, width, height = session.geometry(session.bars()[0])
+    session.click((x + width - 300, y + height // 2), 3)
+    eventually(lambda: session.popups("POPUP_MENU"), "the menu opens")
+    session.key("Up", "Up", "Return")
+    return eventually(lambda: session.titled("Vantry Settings"), "the settings window opens")
+
+
+PANES = ("appearance", "buttons", "windows", "dock", "shortcuts", "general")
+
+
+def settings(size="1920x1080", scale=1):
+    """Every page of the settings window, light and dark, and its alerts."""
+    for scheme in ("light", "dark"):
+        with Session(size=size) as session:
+            subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
+            if scale != 1:
+                session.set_scale(scale)
+            session.start("/usr/bin/python3", os.path.join(ROOT, "tests", "clients", "portal.py"), scheme)
+            session.xterm("notes from Monday", "60x12+60+60")
+            session.start_bar()
+            window = open_settings(session)
+
+            def picture(name):
+                session.move(5, 5)
+                time.sleep(0.5)
+                x, y, width, height = session.geometry(session.frame_of(window))
+                margin = 12 * scale
+                save(session.picture(x - margin, y - margin, width + 2 * margin, height + 2 * margin),
+                     f"{'double-' if scale != 1 else ''}settings-{name}-{scheme}")
+
+            for pane in PANES:
+                picture(pane)
+                session.key("Down")
+            for name, pane, presses in (("undo", "General", 4), ("move", "Dock", 3)):
+                session.key(pane[0])
+                session.key(*["Tab"] * presses)
+                before = len(session.clients())
+                session.key("space")
+                eventually(lambda: len(session.clients()) > before, "the alert opens")
+                picture(name)
+                session.key("Escape")
+                eventually(lambda: len(session.clients()) == before, "Escape closes it")
+                session.key(*["Shift+Tab"] * presses)
+
+
 def doubled():
     """On a screen of twice the resolution: the bar with a preview, search, and a menu."""
     with Session(size="2400x1350", has_shipped_icons=True) as session:
@@ -188,6 +235,6 @@ def film():
 
 
 os.makedirs(PICTURES, exist_ok=True)
-for part in (embedded, on_x11, menus, doubled, film):
+for part in (embedded, on_x11, menus, doubled, film, settings):
     if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
         part()

@@ -7,6 +7,7 @@
 #include "dock/LaunchRepair.h"
 #include "dock/LoginItem.h"
 #include "dock/RepairAgent.h"
+#include "dock/Uninstaller.h"
 #include "foundation/NSBundle.h"
 #include "foundation/NSProcessInfo.h"
 #include "log/Log.h"
@@ -35,6 +36,10 @@ bool anotherInstanceRuns()
 void AppDelegate::applicationDidFinishLaunching()
 {
     SpaceSwitcher::ensureAccessibility();
+    Uninstaller::endProcess = [this] {
+        isProbeRun_ = true;
+        application_.terminate();
+    };
     if (const auto mode = RunMode::requested()) {
         isProbeRun_ = true;
         mode->schedule([this] { application_.terminate(); });

@@ -2,6 +2,7 @@
 
 #include "diagnostics/DisplayProbe.h"
 #include "diagnostics/WindowCountProbe.h"
+#include "dock/Uninstaller.h"
 #include "foundation/DispatchQueue.h"
 #include "foundation/NSProcessInfo.h"
 
@@ -18,6 +19,7 @@ struct Row {
 
 /// Of several variables the earlier row decides.
 const Row rows[] = {
+    { "BAR_UNINSTALL", "1", 0.3, [](const std::string&) { Uninstaller::run(false); } },
     { "BAR_PROBE_DISPLAYS", "1", 0.3, [](const std::string&) { DisplayProbe::run(); } },
     { "BAR_COUNT_APP", nullptr, 0.3, [](const std::string& fragment) { WindowCountProbe::run(fragment); } },
 };

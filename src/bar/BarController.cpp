@@ -23,9 +23,9 @@ CGRect barFrame(const NSScreen& screen)
     return { frame.minX(), y, frame.width, height };
 }
 
-NSWindowRole barRole()
+NSPanelRole barRole()
 {
-    return isTop(Settings::barEdge()) ? NSWindowRole::topBar : NSWindowRole::bottomBar;
+    return isTop(Settings::barEdge()) ? NSPanelRole::topBar : NSPanelRole::bottomBar;
 }
 
 std::shared_ptr<BarWindow> makeWindow(const CGRect& frame)

@@ -7,6 +7,7 @@
 #include "model/Pinning.h"
 #include "search/AppCatalog.h"
 #include "settings/Settings.h"
+#include "settingsui/SettingsWindowController.h"
 #include "system/ShowDesktop.h"
 
 #include <any>
@@ -92,7 +93,7 @@ void hideBar(const NSMenuItem&)
 
 void openSettings(const NSMenuItem&)
 {
-    Log::debug("settings: there is no window for them yet");
+    SettingsWindowController::shared().show();
 }
 
 void quit(const NSMenuItem&)

@@ -31,7 +31,7 @@ void BarSearch::fit(const BarLayout& bar)
 void BarSearch::update()
 {
     std::vector<SearchHit> hits = Search::hits(field_->stringValue());
-    const NSWindow* window = field_->window();
+    const NSPanel* window = field_->window();
     if (hits.empty() || !window) {
         results_.hide();
         return;
@@ -46,7 +46,7 @@ void BarSearch::end()
     setFocused(false);
     field_->setStringValue("");
     results_.hide();
-    NSWindow* window = field_->window();
+    NSPanel* window = field_->window();
     if (auto* bar = dynamic_cast<BarWindow*>(window))
         bar->wantsKey = false;
     if (window)

@@ -14,7 +14,7 @@ TooltipPanel::TooltipPanel()
     : FloatingPanel(initialSize, kCGPopUpMenuWindowLevelKey)
     , label_(std::make_shared<TooltipView>(CGRect {}))
 {
-    setRole(NSWindowRole::tooltip);
+    setRole(NSPanelRole::tooltip);
     setIgnoresMouseEvents(true);
     setContentView(label_);
 }

@@ -12,7 +12,7 @@ SearchResultsPanel::SearchResultsPanel()
     : FloatingPanel({ width, 10 }, kCGScreenSaverWindowLevelKey)
     , listView_(std::make_shared<ResultsListView>(CGRect { 0, 0, width, 10 }))
 {
-    setRole(NSWindowRole::results);
+    setRole(NSPanelRole::results);
     setContentView(listView_);
     listView_->onPick = [this](const SearchHit& hit) { carryOut(hit); };
 }

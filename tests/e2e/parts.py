@@ -89,14 +89,12 @@ class Menus:
         return self.session.popups("POPUP_MENU")
 
     def has_keyboard(self):
-        """Whether a program has all keys for itself, asked while no other can take or give them back."""
-        shown = self.session.display
-        shown.grab_server()
-        status = self.session.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, X.CurrentTime)
+        """Whether a program has all keys for itself. Asked for a time long past: what is never granted, or dates the
+        latest grab, doesn't stand in the way of a program that asks next with the time of the click."""
+        past = 1
+        status = self.session.root.grab_keyboard(False, X.GrabModeAsync, X.GrabModeAsync, past)
         if status == X.GrabSuccess:
-            shown.ungrab_keyboard(X.CurrentTime)
-        shown.ungrab_server()
-        shown.sync()
+            self.session.display.ungrab_keyboard(X.CurrentTime)
         return status == X.AlreadyGrabbed
 
     def button(self, name):

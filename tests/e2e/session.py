@@ -395,6 +395,10 @@ class Session(World):
     def windows_of(self, wm_class):
         return [window for window in self.clients() if wm_class in self.class_of(window)]
 
+    def titled(self, title):
+        """A window of that title; None where there is none."""
+        return next((window for window in self.clients() if self.property(window, "_NET_WM_NAME") == title.encode()), None)
+
     @staticmethod
     def class_of(window):
         try:

@@ -3,6 +3,7 @@
 #include "appkit/NSColor.h"
 #include "appkit/NSPanel.h"
 #include "appkit/NSScreen.h"
+#include "appkit/NSWindow.h"
 #include "appkit/NSWorkspace.h"
 #include "appkit/RunLoopDriver.h"
 #include "appkit/Signals.h"
@@ -31,13 +32,20 @@ NSApplication::NSApplication()
     if (!host::Desktop::hasCurrent())
         host::Desktop::setCurrent(&host::openDesktop());
     host::Desktop& desktop = host::Desktop::current();
-    desktop.displays().onChange
-        = [] { NSNotificationCenter::defaultCenter().post(NSApplicationDidChangeScreenParametersNotification); };
+    desktop.displays().onChange = [] {
+        NSNotificationCenter::defaultCenter().post(NSApplicationDidChangeScreenParametersNotification);
+        NSWindow::keepAllOnScreens();
+    };
     // Not while whoever tells of it holds on to a panel's window.
-    desktop.surfaces().onChange = [] { RunLoop::main().perform(NSWindow::remakeAll); };
+    desktop.surfaces().onChange = [] {
+        RunLoop::main().perform([] {
+            NSPanel::remakeAll();
+            NSWindow::remakeAll();
+        });
+    };
     desktop.session().onAccentColorChange = [] {
         NSNotificationCenter::defaultCenter().post(NSSystemColorsDidChangeNotification);
-        NSWindow::redrawAll();
+        NSPanel::redrawAll();
     };
     desktop.onLost = [this](const std::string& reason) {
         NSFileHandle::writeToStandardError("vantry: " + reason + "\n");

@@ -17,22 +17,22 @@ host::Surfaces& surfaces()
     return host::Desktop::current().surfaces();
 }
 
-std::vector<NSWindow*>& windows()
+std::vector<NSPanel*>& windows()
 {
-    static std::vector<NSWindow*> all;
+    static std::vector<NSPanel*> all;
     return all;
 }
 
 }
 
-NSWindow::NSWindow(const CGRect& contentRect)
+NSPanel::NSPanel(const CGRect& contentRect)
     : frame_(contentRect)
 {
     makeWidget();
     windows().push_back(this);
 }
 
-NSWindow::~NSWindow()
+NSPanel::~NSPanel()
 {
     std::erase(windows(), this);
     if (adopted_ && host::Desktop::hasCurrent())
@@ -43,7 +43,7 @@ NSWindow::~NSWindow()
     }
 }
 
-void NSWindow::setFrame(const CGRect& frame, bool display)
+void NSPanel::setFrame(const CGRect& frame, bool display)
 {
     if (frame == frame_)
         return;
@@ -56,7 +56,7 @@ void NSWindow::setFrame(const CGRect& frame, bool display)
         surfaces().setFrame(*widget_, frame);
 }
 
-void NSWindow::setContentView(std::shared_ptr<NSView> view)
+void NSPanel::setContentView(std::shared_ptr<NSView> view)
 {
     contentView_ = std::move(view);
     contentView_->window_ = this;
@@ -65,7 +65,7 @@ void NSWindow::setContentView(std::shared_ptr<NSView> view)
     contentView_->widget()->show();
 }
 
-void NSWindow::setRole(NSWindowRole role)
+void NSPanel::setRole(NSPanelRole role)
 {
     if (role == style_.role)
         return;
@@ -74,35 +74,35 @@ void NSWindow::setRole(NSWindowRole role)
         surfaces().setRole(*widget_, role);
 }
 
-void NSWindow::setBackgroundColor(const NSColor& color)
+void NSPanel::setBackgroundColor(const NSColor& color)
 {
     hasBackground_ = color.alphaComponent() > 0;
     widget_->setAttribute(Qt::WA_NoSystemBackground, !hasBackground_);
 }
 
-void NSWindow::makeWidget()
+void NSPanel::makeWidget()
 {
     widget_.reset(new QWidget);
     widget_->setWindowTitle(QStringLiteral("Vantry"));
     widget_->setAttribute(Qt::WA_NoSystemBackground, !hasBackground_);
 }
 
-void NSWindow::remakeAll()
+void NSPanel::remakeAll()
 {
-    const std::vector<NSWindow*> all = windows();
-    for (NSWindow* window : all)
+    const std::vector<NSPanel*> all = windows();
+    for (NSPanel* window : all)
         window->remake();
 }
 
-void NSWindow::redrawAll()
+void NSPanel::redrawAll()
 {
-    for (const NSWindow* window : windows()) {
+    for (const NSPanel* window : windows()) {
         if (window->contentView_)
             window->contentView_->redraw();
     }
 }
 
-void NSWindow::remake()
+void NSPanel::remake()
 {
     if (std::exchange(adopted_, false)) {
         surfaces().orderOut(*widget_);
@@ -119,7 +119,7 @@ void NSWindow::remake()
         putUp();
 }
 
-void NSWindow::orderFrontRegardless()
+void NSPanel::orderFrontRegardless()
 {
     if (visible_ && adopted_)
         surfaces().orderFront(*widget_);
@@ -127,7 +127,7 @@ void NSWindow::orderFrontRegardless()
         putUp();
 }
 
-void NSWindow::putUp()
+void NSPanel::putUp()
 {
     if (!adopted_)
         surfaces().adopt(*widget_, style_, frame_);
@@ -139,14 +139,14 @@ void NSWindow::putUp()
     surfaces().orderFront(*widget_);
 }
 
-void NSWindow::orderOut()
+void NSPanel::orderOut()
 {
     visible_ = false;
     if (adopted_)
         surfaces().orderOut(*widget_);
 }
 
-bool NSWindow::makeKey()
+bool NSPanel::makeKey()
 {
     if (!canBecomeKey() || !visible_ || !NSApplication::isActive())
         return false;
@@ -154,13 +154,13 @@ bool NSWindow::makeKey()
     return true;
 }
 
-void NSWindow::makeFirstResponder(std::nullptr_t)
+void NSPanel::makeFirstResponder(std::nullptr_t)
 {
     if (QWidget* focused = widget_->focusWidget())
         focused->clearFocus();
 }
 
-CGRect NSWindow::convertToScreen(const CGRect& rect) const
+CGRect NSPanel::convertToScreen(const CGRect& rect) const
 {
     return { frame_.x + rect.x, frame_.y + rect.y, rect.width, rect.height };
 }

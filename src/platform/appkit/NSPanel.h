@@ -11,17 +11,18 @@
 class NSView;
 class QWidget;
 
-/// What a window is for; the desktop puts each kind in its own way.
-using NSWindowRole = host::SurfaceRole;
+/// What a panel is for; the desktop puts each kind in its own way.
+using NSPanelRole = host::SurfaceRole;
 
-/// A window of the program, on all spaces. Its frame is in screen space. How it looks to the desktop (level, opacity)
-/// is settled before it is first ordered in. Main thread.
-class NSWindow {
+/// A window of the program that never activates it, stays when another program is active, floats above ordinary
+/// windows, on all spaces, can't be moved by its background and stands in no list of windows. Its frame is in screen
+/// space. How it looks to the desktop (level, opacity) is settled before it is first ordered in. Main thread.
+class NSPanel {
 public:
-    explicit NSWindow(const CGRect& contentRect);
-    virtual ~NSWindow();
-    NSWindow(const NSWindow&) = delete;
-    NSWindow& operator=(const NSWindow&) = delete;
+    explicit NSPanel(const CGRect& contentRect);
+    virtual ~NSPanel();
+    NSPanel(const NSPanel&) = delete;
+    NSPanel& operator=(const NSPanel&) = delete;
 
     virtual bool canBecomeKey() const { return true; }
 
@@ -35,7 +36,7 @@ public:
     void setBackgroundColor(const NSColor& color);
     void setLevel(int level) { style_.level = level; }
     /// Without one it is a popup. A bar may go to the other edge at any time; its frame is set after that.
-    void setRole(NSWindowRole role);
+    void setRole(NSPanelRole role);
     void setIgnoresMouseEvents(bool ignores) { style_.ignoresMouseEvents = ignores; }
 
     /// In front of its level, without the keyboard.
@@ -70,12 +71,4 @@ private:
     bool visible_ = false;
     std::shared_ptr<NSView> contentView_;
     std::unique_ptr<QWidget, RetireWidget> widget_;
-};
-
-/// A panel: it never activates the program, stays when another one is active, floats above ordinary windows, can't be
-/// moved by its background and stands in no list of windows. Those are the traits that a panel of this program asks
-/// for; here every panel has them.
-class NSPanel : public NSWindow {
-public:
-    using NSWindow::NSWindow;
 };

@@ -266,7 +266,7 @@ void NSView::addSubview(std::shared_ptr<NSView> view)
     subviews_.push_back(std::move(view));
 }
 
-NSWindow* NSView::window() const
+NSPanel* NSView::window() const
 {
     return superview_ ? superview_->window() : window_;
 }
@@ -303,7 +303,7 @@ void NSView::displayIfNeeded()
 void NSView::display()
 {
     pendingDisplay_ = 0;
-    const NSWindow* shownIn = window();
+    const NSPanel* shownIn = window();
     if (!needsDisplay_ || (shownIn && !shownIn->isVisible()))
         return;
     needsDisplay_ = false;

@@ -12,7 +12,7 @@
 #include <optional>
 #include <vector>
 
-class NSWindow;
+class NSPanel;
 class QWidget;
 class ViewWidget;
 struct DrawingList;
@@ -49,7 +49,7 @@ public:
     void addSubview(std::shared_ptr<NSView> view);
     const std::vector<std::shared_ptr<NSView>>& subviews() const { return subviews_; }
     NSView* superview() const { return superview_; }
-    NSWindow* window() const;
+    NSPanel* window() const;
     /// Keeps the view and those around it while it is held: what a view is told may be the end of its window.
     std::shared_ptr<const NSView> hold() const;
 
@@ -120,7 +120,7 @@ public:
     QWidget* widget() const;
 
 private:
-    friend class NSWindow;
+    friend class NSPanel;
     friend class ViewWidget;
 
     struct CursorRect {
@@ -137,7 +137,7 @@ private:
     unsigned autoresizingMask_ = 0;
     bool hidden_ = false;
     NSView* superview_ = nullptr;
-    NSWindow* window_ = nullptr;
+    NSPanel* window_ = nullptr;
     std::vector<std::shared_ptr<NSView>> subviews_;
     std::unique_ptr<const DrawingList> painted_;
     unsigned trackingOptions_ = 0;

@@ -78,3 +78,9 @@ bool NSWorkspace::openURL(const NSURL& url) const
 {
     return host::Desktop::current().applications().openURL(url.absoluteString());
 }
+
+void NSWorkspace::activateFileViewerSelectingURLs(const std::vector<NSURL>& urls) const
+{
+    for (const NSURL& url : urls)
+        host::Desktop::current().applications().reveal(url.absoluteString());
+}

@@ -27,6 +27,8 @@ public:
     /// Launches the application or has the one that runs reopen. False when that can't be asked for.
     bool openApplicationAtURL(const NSURL& url, NSWorkspaceOpenConfiguration configuration) const;
     bool openURL(const NSURL& url) const;
+    /// Shows each in the folder that it lies in, selected.
+    void activateFileViewerSelectingURLs(const std::vector<NSURL>& urls) const;
 
     NSNotificationCenter& notificationCenter() { return center_; }
 

@@ -66,6 +66,18 @@ bool Applications::openURL(const std::string& text)
     return true;
 }
 
+bool Applications::reveal(const std::string& text)
+{
+    log_.add({ .name = "reveal", .value = text });
+    const QUrl url(QString::fromStdString(text), QUrl::StrictMode);
+    if (!url.isLocalFile() || !world_.processNamed(finderIdentifier))
+        return false;
+    const QUrl folder
+        = url.adjusted(QUrl::StripTrailingSlash).adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash);
+    later_.atNextTurn([this, name = folder.fileName().toStdString()] { showInFinder(name); });
+    return true;
+}
+
 void Applications::showInFinder(const std::string& name)
 {
     const RunningProcess* finder = world_.processNamed(finderIdentifier);

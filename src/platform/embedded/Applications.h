@@ -31,6 +31,7 @@ public:
     bool openAnother(const std::string& path) override;
     /// Finder opens a window for a file or folder; a link is only recorded.
     bool openURL(const std::string& url) override;
+    bool reveal(const std::string& url) override;
 
 private:
     using Effect = void (*)(World&, const Scenario::Application&);

@@ -2,7 +2,7 @@
 
 #include "embedded/World.h"
 
-#include <QWidget>
+#include <QMdiSubWindow>
 
 #include <unistd.h>
 
@@ -12,15 +12,34 @@
 
 namespace embedded {
 
+namespace {
+
+bool isWindow(const Panel& panel)
+{
+    return panel.style.role == host::SurfaceRole::window;
+}
+
+}
+
+QWidget& Stage::outermost(QWidget& widget)
+{
+    auto* titled = qobject_cast<QMdiSubWindow*>(widget.parentWidget());
+    return titled ? *titled : widget;
+}
+
 void Surfaces::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
 {
+    panels_.push_back({ &widget, style, frame, false, {} });
+    if (isWindow(panels_.back())) {
+        place(panels_.back());
+        return;
+    }
     widget.setAttribute(Qt::WA_ShowWithoutActivating);
     widget.setAttribute(Qt::WA_TransparentForMouseEvents, style.ignoresMouseEvents);
     if (!style.isOpaque)
         widget.setAttribute(Qt::WA_TranslucentBackground);
     if (!stage_)
         widget.setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
-    panels_.push_back({ &widget, style, frame, false, {} });
     place(panels_.back());
 }
 
@@ -30,7 +49,7 @@ void Surfaces::release(QWidget& widget)
     std::erase_if(panels_, [&](const Panel& panel) { return panel.widget == &widget; });
     if (!stage_)
         return;
-    widget.setParent(nullptr);
+    stage_->letGo(widget);
     stage_->panelsChanged();
 }
 
@@ -51,6 +70,14 @@ void Surfaces::setFrame(QWidget& widget, const CGRect& frame)
         stage_->panelsChanged();
 }
 
+std::optional<CGRect> Surfaces::frame(const QWidget& widget)
+{
+    if (stage_)
+        return world_.screens().flipped(stage_->place(widget));
+    const QRectF rect = widget.geometry();
+    return world_.screens().flipped({ rect.x(), rect.y(), rect.width(), rect.height() });
+}
+
 void Surfaces::orderFront(QWidget& widget)
 {
     Panel* panel = find(widget);
@@ -69,6 +96,7 @@ void Surfaces::orderFront(QWidget& widget)
         = std::find_if(panels_.begin(), panels_.end(), [&](const Panel& each) { return each.style.level <= level; });
     panels_.insert(place, moved);
     widget.show();
+    Stage::outermost(widget).show();
     stack();
 }
 
@@ -79,7 +107,7 @@ void Surfaces::orderOut(QWidget& widget)
         return;
     giveBackFrom(widget);
     panel->isVisible = false;
-    widget.hide();
+    Stage::outermost(widget).hide();
     if (stage_)
         stage_->panelsChanged();
 }
@@ -87,11 +115,19 @@ void Surfaces::orderOut(QWidget& widget)
 /// While a panel has the keyboard, this program is the one in front.
 void Surfaces::takeKeyboard(QWidget& widget)
 {
-    if (!keyboard_)
-        keyboard_ = Keyboard { &widget, world_.frontmost() };
+    turnTo(widget);
+    widget.activateWindow();
+    if (stage_ && isWindow(*find(widget)))
+        (widget.focusWidget() ? *widget.focusWidget() : widget).setFocus();
+}
+
+void Surfaces::turnTo(QWidget& widget)
+{
+    const auto front = world_.frontmost();
+    if (!keyboard_ || front != getpid())
+        keyboard_ = Keyboard { &widget, front };
     keyboard_->holder = &widget;
     world_.activate(getpid());
-    widget.activateWindow();
 }
 
 void Surfaces::giveBackKeyboard()
@@ -135,7 +171,7 @@ void Surfaces::setStage(Stage* stage)
             continue;
         }
         place(panel);
-        panel.widget->setVisible(panel.isVisible);
+        Stage::outermost(*panel.widget).setVisible(panel.isVisible);
     }
     stack();
 }
@@ -156,7 +192,7 @@ void Surfaces::place(const Panel& panel) const
 {
     const CGRect frame = world_.screens().flipped(panel.frame);
     if (stage_)
-        stage_->put(*panel.widget, frame);
+        stage_->put(*panel.widget, frame, isWindow(panel));
     else
         panel.widget->setGeometry(
             QRectF(frame.x, frame.y, std::max(1.0, frame.width), std::max(1.0, frame.height)).toRect());
@@ -168,7 +204,7 @@ void Surfaces::stack() const
     if (!stage_)
         return;
     for (auto panel = panels_.rbegin(); panel != panels_.rend(); ++panel)
-        panel->widget->raise();
+        Stage::outermost(*panel->widget).raise();
     stage_->panelsChanged();
 }
 

@@ -27,8 +27,14 @@ class Stage {
 public:
     virtual ~Stage() = default;
 
-    /// Takes the widget in at a frame in window space.
-    virtual void put(QWidget& widget, const CGRect& frame) = 0;
+    /// Takes the widget in at a frame in window space; an ordinary window gets a title bar and edges to hold it by.
+    virtual void put(QWidget& widget, const CGRect& frame, bool isWindow) = 0;
+    /// Lets it go again, with what it got.
+    virtual void letGo(QWidget& widget) = 0;
+    /// Where it lies, in window space.
+    virtual CGRect place(const QWidget& widget) const = 0;
+    /// What stands on the stage for a widget: itself, or that which has its title bar.
+    static QWidget& outermost(QWidget& widget);
     /// Which panels show, where, or what they want of their background has changed.
     virtual void panelsChanged() = 0;
     /// What is typed goes to the desktop again, not to a panel.
@@ -47,12 +53,16 @@ public:
     void release(QWidget& widget) override;
     void setRole(QWidget& widget, host::SurfaceRole role) override;
     void setFrame(QWidget& widget, const CGRect& frame) override;
+    std::optional<CGRect> frame(const QWidget& widget) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
     void takeKeyboard(QWidget& widget) override;
     void giveBackKeyboard() override;
     void setBackdrop(QWidget& widget, const CGRect& rect) override;
     bool canBlend() override { return true; }
+
+    /// The user has turned to a window of the program.
+    void turnTo(QWidget& widget);
 
     /// Front first, by level and within a level by who came last.
     const std::vector<Panel>& panels() const { return panels_; }

@@ -7,7 +7,10 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMdiSubWindow>
 #include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 
@@ -20,13 +23,20 @@ QRect rounded(const CGRect& rect)
     return QRectF(rect.x, rect.y, std::max(1.0, rect.width), std::max(1.0, rect.height)).toRect();
 }
 
+/// What a titled window has around its content.
+QMargins edgesOf(const QWidget& titled)
+{
+    const QStyle& style = *titled.style();
+    const int edge = style.pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, &titled);
+    return { edge, style.pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &titled), edge, edge };
+}
+
 }
 
 View::View(EmbeddedDesktop& desktop)
     : desktop_(desktop)
 {
     setWindowTitle("Desktop");
-    setPalette(QPalette(Qt::black));
     qApp->installEventFilter(this);
     arrange();
 }
@@ -57,7 +67,7 @@ void View::arrange()
 {
     // Panels are taken out before the displays that hold them go.
     for (const Panel& panel : desktop_.surfaces().panels())
-        panel.widget->setParent(this);
+        outermost(*panel.widget).setParent(this);
     qDeleteAll(displays_);
     displays_.clear();
 
@@ -78,19 +88,48 @@ void View::arrange()
     desktop_.surfaces().setStage(this);
 }
 
-void View::put(QWidget& widget, const CGRect& frame)
+void View::put(QWidget& widget, const CGRect& frame, bool isWindow)
 {
     if (displays_.empty())
         return;
+    if (isWindow && &outermost(widget) == &widget) {
+        auto* titled = new QMdiSubWindow(this);
+        titled->setWidget(&widget);
+    }
+    QWidget& outer = outermost(widget);
     const std::size_t index = desktop_.world().screens().containing(frame);
     const CGRect& display = arranged_[index];
-    if (widget.parentWidget() != displays_[index]) {
-        const bool wasHidden = widget.isHidden();
-        widget.setParent(displays_[index]);
-        widget.setAttribute(Qt::WA_NoMousePropagation); // Else a click on it would also hit the display.
-        widget.setVisible(!wasHidden);
+    if (outer.parentWidget() != displays_[index]) {
+        const bool wasHidden = outer.isHidden();
+        outer.setParent(displays_[index]);
+        outer.setAttribute(Qt::WA_NoMousePropagation); // Else a click on it would also hit the display.
+        outer.setVisible(!wasHidden);
     }
-    widget.setGeometry(rounded({ frame.x - display.x, frame.y - display.y, frame.width, frame.height }));
+    const QMargins edges = &outer == &widget ? QMargins() : edgesOf(outer);
+    outer.setGeometry(
+        rounded({ frame.x - display.x, frame.y - display.y, frame.width, frame.height }).marginsAdded(edges));
+}
+
+void View::letGo(QWidget& widget)
+{
+    auto* titled = qobject_cast<QMdiSubWindow*>(&outermost(widget));
+    if (titled)
+        titled->setWidget(nullptr);
+    widget.setParent(nullptr);
+    if (titled)
+        titled->deleteLater();
+}
+
+CGRect View::place(const QWidget& widget) const
+{
+    const QPoint corner = widget.mapTo(this, QPoint());
+    for (std::size_t index = 0; index < displays_.size(); ++index) {
+        const QPoint inDisplay = corner - displays_[index]->pos();
+        if (displays_[index]->isAncestorOf(&widget))
+            return { arranged_[index].x + inDisplay.x(), arranged_[index].y + inDisplay.y(), double(widget.width()),
+                double(widget.height()) };
+    }
+    return {};
 }
 
 void View::panelsChanged()
@@ -112,6 +151,8 @@ bool View::eventFilter(QObject* watched, QEvent* event)
         return false;
     if (event->type() == QEvent::KeyPress)
         return isSwallowed(*static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::MouseButtonPress)
+        bringForward(*widget);
     if (event->type() == QEvent::MouseMove)
         followPointer(*widget, *static_cast<QMouseEvent*>(event));
     return false;
@@ -125,6 +166,19 @@ bool View::isSwallowed(const QKeyEvent& event)
     return press && desktop_.keyboard().isSwallowed(*press);
 }
 
+/// A press anywhere in an ordinary window of the program's turns to it.
+void View::bringForward(QWidget& pressed)
+{
+    const RunLoop::Turn turn;
+    for (QWidget* each = &pressed; each && each != this; each = each->parentWidget()) {
+        if (const auto* titled = qobject_cast<QMdiSubWindow*>(each)) {
+            desktop_.surfaces().orderFront(*titled->widget());
+            desktop_.surfaces().turnTo(*titled->widget());
+            return;
+        }
+    }
+}
+
 /// Over displays and panels alike.
 void View::followPointer(const QWidget& widget, const QMouseEvent& move)
 {
@@ -135,6 +189,12 @@ void View::followPointer(const QWidget& widget, const QMouseEvent& move)
         else if (display->isAncestorOf(&widget))
             desktop_.pointer().moveWithin(point, move.buttons() != Qt::NoButton);
     }
+}
+
+/// The night around the displays.
+void View::paintEvent(QPaintEvent*)
+{
+    QPainter(this).fillRect(rect(), Qt::black);
 }
 
 void View::closeEvent(QCloseEvent* event)

@@ -21,7 +21,9 @@ public:
 
     void sceneChanged();
 
-    void put(QWidget& widget, const CGRect& frame) override;
+    void put(QWidget& widget, const CGRect& frame, bool isWindow) override;
+    void letGo(QWidget& widget) override;
+    CGRect place(const QWidget& widget) const override;
     void panelsChanged() override;
     void takeBackKeyboard(const QWidget& panel) override;
 
@@ -29,12 +31,14 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
     std::vector<CGRect> frames() const;
     void arrange();
     bool isSwallowed(const QKeyEvent& event);
+    void bringForward(QWidget& pressed);
     void followPointer(const QWidget& widget, const QMouseEvent& move);
 
     EmbeddedDesktop& desktop_;

@@ -3,6 +3,8 @@
 #include "foundation/NSBundle.h"
 #include "foundation/NSNotificationCenter.h"
 #include "foundation/PreferenceDomain.h"
+#include "host/Desktop.h"
+#include "host/Session.h"
 
 #include <algorithm>
 #include <array>
@@ -138,9 +140,10 @@ void NSUserDefaults::setValuesForKeys(const Value::Dictionary& values)
     domain_->set(PreferenceDomain::Changes(values.begin(), values.end()));
 }
 
-void NSUserDefaults::synchronize()
+bool NSUserDefaults::synchronize()
 {
     domain_->synchronize();
+    return domain_->isSaved();
 }
 
 std::optional<Value::Dictionary> NSUserDefaults::persistentDomainForName(const std::string& name)
@@ -152,4 +155,6 @@ std::optional<Value::Dictionary> NSUserDefaults::persistentDomainForName(const s
 void NSUserDefaults::removePersistentDomainForName(const std::string& name)
 {
     PreferenceDomain::named(name)->removeAll();
+    if (name == NSBundle::mainBundle().bundleIdentifier())
+        host::Desktop::current().session().removeStandIns();
 }

@@ -44,11 +44,12 @@ public:
     void removeObjectForKey(std::string_view key);
     /// All of them in one write of the file.
     void setValuesForKeys(const Value::Dictionary& values);
-    /// The next read looks at the file, also within this turn.
-    void synchronize();
+    /// The next read looks at the file, also within this turn. False while something that was set isn't saved.
+    bool synchronize();
 
     /// All values of a domain by its name; absent when there is none.
     static std::optional<Value::Dictionary> persistentDomainForName(const std::string& name);
+    /// With the program's own domain goes all that the desktop keeps for no other reason than this program.
     static void removePersistentDomainForName(const std::string& name);
 
 private:

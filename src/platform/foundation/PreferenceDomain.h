@@ -42,6 +42,8 @@ public:
     void removeAll();
     /// The next read looks at the file, also within this turn.
     void synchronize() { checkedTurn_.reset(); }
+    /// Whether the file holds all that was set.
+    bool isSaved() const { return unsaved_.empty(); }
 
     /// From now on the file is watched, and `told` runs in a turn of its own after another process has changed a value.
     void follow(std::function<void()> told);

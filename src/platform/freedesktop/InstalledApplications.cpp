@@ -92,6 +92,11 @@ bool InstalledApplications::openHome()
     return Launching::openWithHandler(fileURL(homeFolder()), notifier_);
 }
 
+bool InstalledApplications::reveal(const std::string& url)
+{
+    return Launching::reveal(url, notifier_);
+}
+
 bool InstalledApplications::openURL(const std::string& url)
 {
     if (pathOf(url) != homeFolder() + "/.Trash")

@@ -24,6 +24,7 @@ public:
     bool open(const std::string& path) override;
     bool openAnother(const std::string& path) override;
     bool openURL(const std::string& url) override;
+    bool reveal(const std::string& url) override;
 
     /// Set by the desktop, which knows of windows: brings forward what runs with a window as that bundle or by that
     /// identifier. False where nothing does.

@@ -1,6 +1,7 @@
 #include "freedesktop/Launching.h"
 
 #include "freedesktop/LaunchContext.h"
+#include "freedesktop/SessionBus.h"
 
 #include <gio/gdesktopappinfo.h>
 
@@ -99,6 +100,29 @@ bool openWithHandler(const std::string& url, LaunchNotifier& notifier)
 {
     Failure failure(url);
     return g_app_info_launch_default_for_uri(url.c_str(), makeLaunchContext(notifier).get(), failure);
+}
+
+/// Source: freedesktop.org, "File Manager DBus Interface", ShowItems.
+bool reveal(const std::string& fileUrl, LaunchNotifier& notifier)
+{
+    constexpr int mostMilliseconds = 3000;
+    const Owned<GDBusConnection> bus(sessionBus(mostMilliseconds));
+    if (bus) {
+        const char* const urls[] = { fileUrl.c_str(), nullptr };
+        GVariant* answer = g_dbus_connection_call_sync(bus.get(), "org.freedesktop.FileManager1",
+            "/org/freedesktop/FileManager1", "org.freedesktop.FileManager1", "ShowItems",
+            g_variant_new("(^ass)", urls, ""), nullptr, G_DBUS_CALL_FLAGS_NONE, mostMilliseconds, nullptr, nullptr);
+        if (answer) {
+            g_variant_unref(answer);
+            return true;
+        }
+    }
+    const Owned<GFile> file(g_file_new_for_uri(fileUrl.c_str()));
+    const Owned<GFile> folder(g_file_get_parent(file.get()));
+    if (!folder)
+        return false;
+    const std::unique_ptr<char, decltype(&g_free)> url(g_file_get_uri(folder.get()), g_free);
+    return openWithHandler(url.get(), notifier);
 }
 
 bool launchApplicationFinder(LaunchNotifier& notifier)

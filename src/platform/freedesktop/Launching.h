@@ -14,6 +14,8 @@ bool launchNewWindow(const std::string& entryFile, LaunchNotifier& notifier);
 bool openWithHandler(const std::string& url, LaunchNotifier& notifier);
 /// The same, where failing is nothing to tell.
 bool tryHandler(const std::string& url, LaunchNotifier& notifier);
+/// Through the file manager that answers for the session, else the folder in what opens folders.
+bool reveal(const std::string& fileUrl, LaunchNotifier& notifier);
 /// The first of the known finders of applications that is installed.
 bool launchApplicationFinder(LaunchNotifier& notifier);
 /// The id of the entry that opens things of a type; empty when there is none.

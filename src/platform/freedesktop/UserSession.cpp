@@ -2,6 +2,8 @@
 
 #include "base/PreferenceFile.h"
 #include "freedesktop/LaunchContext.h"
+#include "freedesktop/PanelRecord.h"
+#include "freedesktop/Scheme.h"
 #include "freedesktop/UserFolders.h"
 
 #include <filesystem>
@@ -24,6 +26,10 @@ Value trackpad()
         { "TrackpadFourFingerVertSwipeGesture", 2 } };
 }
 
+constexpr const char* dockDomain = "com.apple.dock";
+constexpr const char* trackpadDomains[]
+    = { "com.apple.AppleMultitouchTrackpad", "com.apple.driver.AppleBluetoothMultitouch.trackpad" };
+
 /// What the system's own programs would have written for a new user.
 void seed(const std::string& domain, const Value& values)
 {
@@ -41,11 +47,12 @@ void seed(const std::string& domain, const Value& values)
 
 void UserSession::connect()
 {
-    accent_.onChange = [this] {
+    appearance_.onAccentColor = [this] {
         if (onAccentColorChange)
             onAccentColorChange();
     };
-    accent_.connect();
+    appearance_.onScheme = [this] { Scheme::follow(appearance_.prefersDark()); };
+    appearance_.connect();
 }
 
 std::string UserSession::preferencesFolder()
@@ -55,9 +62,9 @@ std::string UserSession::preferencesFolder()
     preferencesFolder_ = freedesktop::preferencesFolder();
     std::error_code ignored;
     std::filesystem::create_directories(preferencesFolder_, ignored);
-    seed("com.apple.dock", firstDock());
-    seed("com.apple.AppleMultitouchTrackpad", trackpad());
-    seed("com.apple.driver.AppleBluetoothMultitouch.trackpad", trackpad());
+    seed(dockDomain, firstDock());
+    for (const char* domain : trackpadDomains)
+        seed(domain, trackpad());
     return preferencesFolder_;
 }
 
@@ -69,6 +76,27 @@ std::string UserSession::homeFolder()
 std::string UserSession::locate(const std::string& path)
 {
     return freedesktop::locate(path);
+}
+
+/// A panel that hasn't been given back keeps what tells how it was.
+void UserSession::removeStandIns()
+{
+    namespace fs = std::filesystem;
+    const fs::path preferences = freedesktop::preferencesFolder();
+    std::error_code ignored;
+    const auto remove = [&](const char* domain) {
+        fs::remove(preferences / (std::string(domain) + ".plist"), ignored);
+        fs::remove(preferences / (std::string(domain) + ".plist.lock"), ignored);
+    };
+    for (const char* domain : trackpadDomains)
+        remove(domain);
+    fs::remove(preferences / "com.merrowen.vantry.plist.lock", ignored);
+    if (!ChangedPanel::read()) {
+        remove(dockDomain);
+        fs::remove(preferences / "com.merrowen.vantry.panel.plist.lock", ignored);
+    }
+    for (const fs::path& folder : { preferences, preferences.parent_path() / "LaunchAgents", preferences.parent_path() })
+        fs::remove(folder, ignored); // If it is empty.
 }
 
 bool UserSession::throwAway(const std::string& path)

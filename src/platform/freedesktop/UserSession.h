@@ -1,6 +1,6 @@
 #pragma once
 
-#include "freedesktop/AccentColor.h"
+#include "freedesktop/PortalAppearance.h"
 #include "host/Session.h"
 
 namespace freedesktop {
@@ -10,14 +10,15 @@ public:
     std::string preferencesFolder() override;
     std::string homeFolder() override;
     std::string locate(const std::string& path) override;
+    void removeStandIns() override;
     bool throwAway(const std::string& path) override;
-    std::optional<std::uint32_t> accentColor() override { return accent_.value(); }
+    std::optional<std::uint32_t> accentColor() override { return appearance_.accentColor(); }
 
     /// Begins to ask the session bus for what is told there. Returns at once.
     void connect();
 
 private:
-    AccentColor accent_;
+    PortalAppearance appearance_;
     std::string preferencesFolder_;
 };
 

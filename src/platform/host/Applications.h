@@ -33,6 +33,9 @@ public:
     virtual bool openAnother(const std::string& path) = 0;
     /// Opens a folder, file or link with what handles it. `url` is an absolute URL. False when it can't be.
     virtual bool openURL(const std::string& /*url*/) { return false; }
+    /// Has the application that opens folders show a file or folder in the one that it lies in, selected. `url` is an
+    /// absolute file URL. False when it can't be.
+    virtual bool reveal(const std::string& /*url*/) { return false; }
 };
 
 }

@@ -18,6 +18,9 @@ public:
     virtual std::string homeFolder() = 0;
     /// Where a path of the platform ("HOME/.Trash") lies on this machine; other paths come back as they are.
     virtual std::string locate(const std::string& path) = 0;
+    /// Takes away what lies in the user's folders only because this program runs here: the system's domains where there
+    /// is no such system, locks, folders that are empty. For the end of the last run.
+    virtual void removeStandIns() { }
     /// Moves a file or folder to the user's Trash. The full path of this machine. False when it stays where it is.
     virtual bool throwAway(const std::string& /*path*/) { return false; }
     /// The user's accent colour as 0xRRGGBB; absent when the desktop has none.

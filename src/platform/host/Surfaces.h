@@ -4,13 +4,15 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 class QWidget;
 
 namespace host {
 
-/// What a panel is for. A bar lies along that edge of its display.
-enum class SurfaceRole : std::uint8_t { bottomBar, topBar, tooltip, popup, results };
+/// What a panel is for. A bar lies along that edge of its display. A window is no panel but an ordinary window, an
+/// alert included: it has a title, stands in the desktop's lists, and the user moves, resizes and closes it.
+enum class SurfaceRole : std::uint8_t { bottomBar, topBar, tooltip, popup, results, window };
 
 constexpr bool isBar(SurfaceRole role)
 {
@@ -32,7 +34,8 @@ class Surfaces {
 public:
     virtual ~Surfaces() = default;
 
-    /// Makes a panel of the widget. Before it is first shown.
+    /// Makes a panel of the widget, or has an ordinary window where its role says so: that one has the toolkit's flags,
+    /// title and sizes already, and its frame is that of its content. Before it is first shown.
     virtual void adopt(QWidget& widget, const SurfaceStyle& style, const CGRect& frame) = 0;
     virtual void release(QWidget& widget) = 0;
 
@@ -41,6 +44,8 @@ public:
     /// Screen space. A bar keeps other windows' maximised frames 5 points off itself where the desktop has a way to say
     /// so: a window can be resized by a little more than its frame.
     virtual void setFrame(QWidget& widget, const CGRect& frame) = 0;
+    /// Where the user has put an ordinary window: its content, in screen space. Absent where that can't be known.
+    virtual std::optional<CGRect> frame(const QWidget& /*widget*/) { return std::nullopt; }
     /// Shows the panel in front of its level without taking the keyboard. Costs nothing when it is there already.
     virtual void orderFront(QWidget& widget) = 0;
     virtual void orderOut(QWidget& widget) = 0;
@@ -48,6 +53,7 @@ public:
     virtual void contentChanged(QWidget& /*widget*/) { }
 
     /// Has a panel that shows get what is typed, until it is given back, it goes, or the user turns to another window.
+    /// An ordinary window comes to the front with it.
     virtual void takeKeyboard(QWidget& widget) = 0;
     /// Returns the keyboard to the window that had it. Nothing where no panel has it any more: then it stays with the
     /// window that it has gone to, or is on its way to because of what the user last did.

@@ -92,6 +92,10 @@ BarSurface::Panel* BarSurface::find(const QWidget& widget)
 void BarSurface::adopt(QWidget& widget, const host::SurfaceStyle& style, const CGRect& frame)
 {
     const Rect rect = monitors_.points().fromScreenSpace(frame);
+    if (style.role == host::SurfaceRole::window) {
+        widget.setGeometry(geometry(rect));
+        return;
+    }
     Qt::WindowFlags flags = Qt::Window | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus;
     // Not the toolkit's own kind for tooltips: that gets another window when it is shown.
     flags.setFlag(Qt::BypassWindowManagerHint, !host::isBar(style.role));
@@ -128,11 +132,21 @@ void BarSurface::setRole(QWidget& widget, host::SurfaceRole role)
         panel->style.role = role;
 }
 
+std::optional<CGRect> BarSurface::frame(const QWidget& widget)
+{
+    const QRect rect = widget.geometry();
+    return monitors_.points().screenSpace(Rect { rect.x(), rect.y(), rect.width(), rect.height() });
+}
+
 void BarSurface::setFrame(QWidget& widget, const CGRect& frame)
 {
     Panel* panel = find(widget);
     const Rect rect = monitors_.points().fromScreenSpace(frame);
-    if (!panel || panel->frame == rect)
+    if (!panel) {
+        widget.setGeometry(geometry(rect));
+        return;
+    }
+    if (panel->frame == rect)
         return;
     panel->frame = rect;
     if (host::isBar(panel->style.role))
@@ -198,8 +212,11 @@ void BarSurface::windowsMoved()
 void BarSurface::orderFront(QWidget& widget)
 {
     Panel* panel = find(widget);
-    if (!panel)
+    if (!panel) {
+        widget.show();
+        widget.raise();
         return;
+    }
     if (!widget.isVisible()) {
         describe(*panel);
         cutOut(*panel);
@@ -240,8 +257,10 @@ void BarSurface::insist(Panel& panel, bool isShown)
 void BarSurface::orderOut(QWidget& widget)
 {
     Panel* panel = find(widget);
-    if (!panel)
+    if (!panel) {
+        widget.hide();
         return;
+    }
     if (!widget.isVisible()) {
         insist(*panel, false);
         return;
@@ -255,6 +274,8 @@ void BarSurface::takeKeyboard(QWidget& widget)
 {
     if (const Panel* panel = find(widget))
         keyboard_.take(panel->window);
+    else
+        widget.activateWindow();
 }
 
 void BarSurface::giveBackKeyboard()

@@ -14,7 +14,7 @@ namespace x11 {
 /// Our own panels as windows of the desktop. A bar is a dock with a strut; the others are popups that the window
 /// manager leaves alone: no list or pager has them, and they never get the keyboard. What makes a window one or the
 /// other is set on the toolkit's connection, ahead of its being shown, so that the window manager never sees it
-/// otherwise.
+/// otherwise. An ordinary window is left to the toolkit and the window manager.
 class BarSurface final : public host::Surfaces {
 public:
     BarSurface(Connection& connection, const WindowMirror& mirror, Monitors& monitors, WindowManager& manager);
@@ -23,6 +23,7 @@ public:
     void release(QWidget& widget) override;
     void setRole(QWidget& widget, host::SurfaceRole role) override;
     void setFrame(QWidget& widget, const CGRect& frame) override;
+    std::optional<CGRect> frame(const QWidget& widget) override;
     void orderFront(QWidget& widget) override;
     void orderOut(QWidget& widget) override;
     void contentChanged(QWidget& widget) override;

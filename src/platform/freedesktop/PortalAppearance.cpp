@@ -1,4 +1,4 @@
-#include "freedesktop/AccentColor.h"
+#include "freedesktop/PortalAppearance.h"
 
 #include "freedesktop/SessionBus.h"
 
@@ -18,16 +18,23 @@ constexpr const char* portal = "org.freedesktop.portal.Desktop";
 constexpr const char* path = "/org/freedesktop/portal/desktop";
 constexpr const char* interfaceName = "org.freedesktop.portal.Settings";
 constexpr const char* appearance = "org.freedesktop.appearance";
-constexpr const char* key = "accent-color";
+constexpr const char* accentKey = "accent-color";
+constexpr const char* schemeKey = "color-scheme";
 
 using Variant = std::unique_ptr<GVariant, decltype(&g_variant_unref)>;
 
-/// Three shares from 0 to 1, however often they are wrapped; anything else means that none is chosen.
-std::optional<std::uint32_t> colorIn(GVariant* value)
+/// What is in it, however often it is wrapped.
+Variant unwrapped(GVariant* value)
 {
     Variant content(g_variant_ref(value), g_variant_unref);
     while (g_variant_is_of_type(content.get(), G_VARIANT_TYPE_VARIANT))
         content.reset(g_variant_get_variant(content.get()));
+    return content;
+}
+
+/// Three shares from 0 to 1; anything else means that none is chosen.
+std::optional<std::uint32_t> colorIn(const Variant& content)
+{
     if (!g_variant_is_of_type(content.get(), G_VARIANT_TYPE("(ddd)")))
         return std::nullopt;
     double shares[3];
@@ -55,14 +62,20 @@ std::optional<std::uint32_t> themeColor()
 
 }
 
-AccentColor::~AccentColor()
+/// A setting that was asked for.
+struct PortalAppearance::Asked {
+    PortalAppearance& by;
+    const char* key;
+};
+
+PortalAppearance::~PortalAppearance()
 {
     stopListening();
     if (watch_)
         g_bus_unwatch_name(watch_);
 }
 
-void AccentColor::connect()
+void PortalAppearance::connect()
 {
     if (watch_ || !hasSessionBus())
         return;
@@ -70,23 +83,23 @@ void AccentColor::connect()
         G_BUS_TYPE_SESSION, portal, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
 }
 
-std::optional<std::uint32_t> AccentColor::value() const
+std::optional<std::uint32_t> PortalAppearance::accentColor() const
 {
     return chosen_ ? chosen_ : themeColor();
 }
 
-void AccentColor::onAppeared(GDBusConnection* bus, const char*, const char*, gpointer self)
+void PortalAppearance::onAppeared(GDBusConnection* bus, const char*, const char*, gpointer self)
 {
-    static_cast<AccentColor*>(self)->listen(bus);
+    static_cast<PortalAppearance*>(self)->listen(bus);
 }
 
 /// A portal that is started again has the same to say, most likely.
-void AccentColor::onVanished(GDBusConnection*, const char*, gpointer self)
+void PortalAppearance::onVanished(GDBusConnection*, const char*, gpointer self)
 {
-    static_cast<AccentColor*>(self)->stopListening();
+    static_cast<PortalAppearance*>(self)->stopListening();
 }
 
-void AccentColor::listen(GDBusConnection* bus)
+void PortalAppearance::listen(GDBusConnection* bus)
 {
     stopListening();
     bus_ = static_cast<GDBusConnection*>(g_object_ref(bus));
@@ -94,11 +107,14 @@ void AccentColor::listen(GDBusConnection* bus)
     subscription_ = g_dbus_connection_signal_subscribe(bus, portal, interfaceName, "SettingChanged", path, appearance,
         G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
     cancellable_ = g_cancellable_new();
-    g_dbus_connection_call(bus, portal, path, interfaceName, "Read", g_variant_new("(ss)", appearance, key),
-        G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable_, onAnswer, this);
+    for (const char* key : { accentKey, schemeKey }) {
+        auto* asked = new Asked { *this, key };
+        g_dbus_connection_call(bus, portal, path, interfaceName, "Read", g_variant_new("(ss)", appearance, key),
+            G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable_, onAnswer, asked);
+    }
 }
 
-void AccentColor::stopListening()
+void PortalAppearance::stopListening()
 {
     if (!bus_)
         return;
@@ -108,17 +124,19 @@ void AccentColor::stopListening()
     g_object_unref(std::exchange(bus_, nullptr));
 }
 
-void AccentColor::onAnswer(GObject* bus, GAsyncResult* result, gpointer self)
+void PortalAppearance::onAnswer(GObject* bus, GAsyncResult* result, gpointer data)
 {
-    // A cancelled call means that `self` may be gone; a portal that knows no such setting answers with an error too.
+    // A cancelled call means that whoever asked may be gone; a portal that knows no such setting answers with an error
+    // too.
+    const std::unique_ptr<Asked> asked(static_cast<Asked*>(data));
     const Variant answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr), g_variant_unref);
     if (!answer)
         return;
     const Variant value(g_variant_get_child_value(answer.get(), 0), g_variant_unref);
-    static_cast<AccentColor*>(self)->set(colorIn(value.get()));
+    asked->by.set(asked->key, value.get());
 }
 
-void AccentColor::onSignal(
+void PortalAppearance::onSignal(
     GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters, gpointer self)
 {
     if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssv)")))
@@ -127,14 +145,21 @@ void AccentColor::onSignal(
     GVariant* content = nullptr;
     g_variant_get(parameters, "(&s&sv)", nullptr, &name, &content);
     const Variant value(content, g_variant_unref);
-    if (std::string_view(name) == key)
-        static_cast<AccentColor*>(self)->set(colorIn(value.get()));
+    static_cast<PortalAppearance*>(self)->set(name, value.get());
 }
 
-void AccentColor::set(std::optional<std::uint32_t> color)
+void PortalAppearance::set(std::string_view key, GVariant* value)
 {
-    if (std::exchange(chosen_, color) != color && onChange)
-        onChange();
+    const Variant content = unwrapped(value);
+    if (key == accentKey) {
+        const auto color = colorIn(content);
+        if (std::exchange(chosen_, color) != color && onAccentColor)
+            onAccentColor();
+    } else if (key == schemeKey && g_variant_is_of_type(content.get(), G_VARIANT_TYPE_UINT32)) {
+        const std::uint32_t scheme = g_variant_get_uint32(content.get());
+        if (std::exchange(scheme_, scheme) != scheme && onScheme)
+            onScheme();
+    }
 }
 
 }
