@@ -143,7 +143,7 @@ def open_settings(session):
 PANES = ("appearance", "buttons", "windows", "dock", "shortcuts", "general")
 
 
-def settings(size="1920x1080", scale=1):
+def settings(size="1920x1080", scale=1, pages=PANES, questions=(("undo", "General", 4), ("move", "Dock", 3))):
     """Every page of the settings window, light and dark, and its alerts."""
     for scheme in ("light", "dark"):
         with Session(size=size) as session:
@@ -151,7 +151,7 @@ def settings(size="1920x1080", scale=1):
             if scale != 1:
                 session.set_scale(scale)
             session.start("/usr/bin/python3", os.path.join(ROOT, "tests", "clients", "portal.py"), scheme)
-            session.xterm("notes from Monday", "60x12+60+60")
+            session.xterm("notes from Monday", "100x30+60+60")
             session.start_bar()
             window = open_settings(session)
 
@@ -163,10 +163,10 @@ def settings(size="1920x1080", scale=1):
                 save(session.picture(x - margin, y - margin, width + 2 * margin, height + 2 * margin),
                      f"{'double-' if scale != 1 else ''}settings-{name}-{scheme}")
 
-            for pane in PANES:
+            for pane in pages:
+                session.key(pane[0])
                 picture(pane)
-                session.key("Down")
-            for name, pane, presses in (("undo", "General", 4), ("move", "Dock", 3)):
+            for name, pane, presses in questions:
                 session.key(pane[0])
                 session.key(*["Tab"] * presses)
                 before = len(session.clients())
@@ -176,6 +176,11 @@ def settings(size="1920x1080", scale=1):
                 session.key("Escape")
                 eventually(lambda: len(session.clients()) == before, "Escape closes it")
                 session.key(*["Shift+Tab"] * presses)
+
+
+def double_settings():
+    """A page on a screen of twice the resolution."""
+    settings("2560x1600", 2, ("shortcuts",), (("undo", "General", 4),))
 
 
 def doubled():
@@ -235,6 +240,6 @@ def film():
 
 
 os.makedirs(PICTURES, exist_ok=True)
-for part in (embedded, on_x11, menus, doubled, film, settings):
+for part in (embedded, on_x11, menus, doubled, film, settings, double_settings):
     if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
         part()

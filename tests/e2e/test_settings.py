@@ -135,6 +135,30 @@ class SettingsTest(Menus, Panels, unittest.TestCase):
         self.click(self.control("Use the system accent colour"))
         soon(lambda: not any(found.get_name() == "Accent" for found in self.controls()), "its row goes again")
 
+        # A store that goes leaves what is in force without it.
+        os.remove(session.preferences())
+        soon(lambda: text_of(picker) == "Bottom" and text_of(self.control("Bar size")) == "Large", "the defaults")
+
+    def test_a_colour_is_on_the_bar_while_it_is_chosen_and_goes_when_the_choice_is_cancelled(self):
+        session = self.session
+        for key, expected in (("Escape", None), ("Return", "C02040")):
+            self.click(self.control("Colour"))
+            window = eventually(lambda: session.titled("Colour"), "the colours open")
+            eventually(lambda: session.active() == window.id, "with the keyboard")
+            field = soon(lambda: next(found for dialog in self.reader.find("dialog") for found in self.below(dialog)
+                                      if found.get_role_name() == "text" and found.get_text_iface() and
+                                      found.get_text_iface().get_text(0, -1).startswith("#")), "the field of the colour")
+            self.click(field)
+            session.key("End", *["BackSpace"] * 6)
+            session.type("c02040")
+            eventually(lambda: self.setting("barTintHex") == "C02040", "it is chosen as it is typed")
+            x, y, width, height = session.geometry(session.bars()[0])
+            eventually(lambda: session.picture(x + width - 200, y + height // 2, 1, 1).getpixel((0, 0))[0] > 150,
+                       "and is on the bar")
+            session.key(key)
+            eventually(lambda: not session.titled("Colour"), "it is closed")
+            eventually(lambda: self.setting("barTintHex") == (expected or "1A1C22"), key)
+
     def test_a_row_keeps_the_keyboard_wherever_it_goes(self):
         self.turn_to("Buttons")
         down = self.control("Move Search down")

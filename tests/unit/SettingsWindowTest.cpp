@@ -288,6 +288,17 @@ TEST_F(SettingsWindowTest, TheWindowIsOneAndStaysWhereItWasPut)
         controller().show();
         EXPECT_EQ(controller().window()->frame(), row.expected);
     }
+
+    // The screen that it is on goes.
+    stop();
+    desk.addDisplay();
+    start();
+    NSUserDefaults::standard().setObject("1500 50 900 700", "NSWindow Frame VantrySettingsWindow");
+    controller().show();
+    EXPECT_EQ(controller().window()->frame().x, 1500);
+    world().removeScreen(1);
+    NSWindow::keepAllOnScreens();
+    EXPECT_EQ(controller().window()->frame(), (CGRect { 540, 50, 900, 700 }));
 }
 
 TEST_F(SettingsWindowTest, WhatCantBeSavedIsInForceAndToldOnce)

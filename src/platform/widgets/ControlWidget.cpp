@@ -13,7 +13,6 @@
 #include <QColorDialog>
 #include <QComboBox>
 #include <QEvent>
-#include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QMouseEvent>
 #include <QPainter>
@@ -382,9 +381,7 @@ public:
         : Labelled(content)
         , content_(new StyledLabel(TextStyle::secondary, this))
     {
-        QFont digits = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        digits.setPixelSize(FormLook::font().pixelSize());
-        content_->setFont(digits);
+        content_->setFont(FormLook::font()); // The digits of an ordinary font are all of one width.
         layout_->addWidget(content_);
     }
 
