@@ -85,6 +85,10 @@ def at(element, x, y):
     return element.get_component_iface().get_accessible_at_point(x, y, Atspi.CoordType.SCREEN)
 
 
+def text(field):
+    return Atspi.Text.get_text(field, 0, -1)
+
+
 def press(element):
     actions = element.get_action_iface()
     assert [actions.get_action_name(index) for index in range(actions.get_n_actions())] == ["Press"]

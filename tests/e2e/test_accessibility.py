@@ -1,9 +1,11 @@
 """The bar as screen readers and test tools have it: through the accessibility bus alone."""
 
+import time
+import time
 import unittest
 
 from parts import Counter, Panels, Program, SearchBox
-from reader import Reader, at, children, extents, press, soon, states
+from reader import Reader, at, children, extents, press, soon, states, text
 from session import Session, eventually
 
 LEADING = {"Apps launcher": "launcher", "Search": "search", "Show Desktop": "showDesktop"}
@@ -82,6 +84,10 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
                    if all(abs(a - b) < 8 for a, b in zip(row.getpixel((at, 0)), self.session.colors[name]))]
         return painted and (painted[0], painted[-1] + 1)
 
+    def take_a_moment(self):
+        """No user is as quick as the test: some managers are still handing the keyboard round."""
+        time.sleep(0.3)
+
     def test_a_press_does_what_a_click_does(self):
         session = self.session
         held = self.tile("XTerm")
@@ -90,15 +96,16 @@ class AccessibilityTest(Panels, SearchBox, unittest.TestCase):
         soon(lambda: self.pressed() == ["XTerm"], "and its tile is the one that is pressed in")
         press(self.tile("L3afpad"))
         eventually(lambda: session.active() == self.editor.id, "the editor comes to the front")
+        self.take_a_moment()
         press(self.tile("Search"))
         eventually(self.bar_has_keyboard, "the search box has the keyboard")
         session.type("quart")
-        typed = lambda: [Atspi.Text.get_text(field, 0, -1) for field in self.reader.find("text")]
-        soon(lambda: typed() == ["quart"], "all that was typed has come")
+        soon(lambda: [text(field) for field in self.reader.find("text")] == ["quart"], "all that was typed has come")
         row = soon(lambda: next(iter(self.reader.find("list item")), None), "the window is found")
         self.assertEqual((row.get_name(), row.get_description()), ("Quarterly figures", "XTerm"))
         self.assertLess({"selected", "showing"}, states(row))
         self.assertEqual(extents(row)[0], self.panel()[0])
+        self.take_a_moment()
         press(row)
         eventually(lambda: session.active() == self.terminal.id, "the terminal comes to the front")
 
