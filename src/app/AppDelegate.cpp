@@ -1,6 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/RunMode.h"
+#include "controls/BarVisibility.h"
 #include "controls/Shortcuts.h"
 #include "dock/DockPrefs.h"
 #include "dock/DriftWatch.h"
@@ -94,5 +95,6 @@ void AppDelegate::start()
         return manager ? manager->primaryItems() : std::vector<BarItem>();
     };
     Shortcuts::start();
+    statusItem_ = std::make_unique<StatusItemController>(BarVisibility::toggle);
     Log::debug("launched");
 }

@@ -2,6 +2,7 @@
 
 #include "appkit/NSApplication.h"
 #include "bar/BarManager.h"
+#include "controls/StatusItemController.h"
 
 #include <memory>
 
@@ -20,6 +21,8 @@ public:
 
     /// Null in a diagnostic run and in a second instance.
     const std::shared_ptr<BarManager>& manager() const { return manager_; }
+    /// Null likewise.
+    const std::unique_ptr<StatusItemController>& statusItem() const { return statusItem_; }
 
 private:
     void start();
@@ -27,6 +30,7 @@ private:
 
     NSApplication& application_;
     std::shared_ptr<BarManager> manager_;
+    std::unique_ptr<StatusItemController> statusItem_;
     /// This process leaves the system's settings alone at quit.
     bool isProbeRun_ = false;
 };

@@ -118,9 +118,15 @@ QString label(const NSMenuItem& item, const QFontMetrics& metrics)
         text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; }, u' ');
     text = metrics.elidedText(text, Qt::ElideMiddle, Pixels::from(greatestTextWidth));
     text.replace(QStringLiteral("&"), QStringLiteral("&&"));
-    if (!item.keyEquivalent().empty())
-        text += QStringLiteral("\tSuper+") + QString::fromStdString(item.keyEquivalent()).toUpper();
+    if (const std::string keys = MenuWindow::keys(item); !keys.empty())
+        text += QStringLiteral("\t") + QString::fromStdString(keys);
     return text;
+}
+
+Qt::KeyboardModifiers modifiers(const NSMenuItem& item)
+{
+    const bool hasOption = (item.keyEquivalentModifierMask() & NSEventModifierFlagOption) != 0;
+    return hasOption ? Qt::MetaModifier | Qt::AltModifier : Qt::MetaModifier;
 }
 
 /// To the right of the point and below it; to its left or above it where the screen ends sooner.
@@ -164,6 +170,7 @@ public:
     {
         // A press that closes the menu does nothing else.
         setAttribute(Qt::WA_NoMouseReplay);
+        setToolTipsVisible(true);
         setFont(toolkitFont(NSFont::systemFont(fontSize)));
         setPalette(QPalette(textColor, backgroundColor)); // For what the style sheet has no word for: arrows.
         const QFontMetrics metrics(font());
@@ -221,6 +228,7 @@ void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
     }
     QAction* action = addAction(label(item, metrics));
     action->setEnabled(item.isEnabled());
+    action->setToolTip(QString::fromStdString(item.toolTip()));
     if (item.state()) {
         action->setCheckable(true);
         action->setChecked(true);
@@ -239,9 +247,11 @@ void MenuWidget::keyPressEvent(QKeyEvent* event)
 {
     const auto& items = menu_->itemArray();
     const std::string typed = event->text().toLower().toStdString();
-    const auto chosen = std::find_if(items.begin(), items.end(),
-        [&](const NSMenuItem& item) { return !typed.empty() && item.keyEquivalent() == typed; });
-    if (!event->modifiers().testFlag(Qt::MetaModifier) || chosen == items.end()) {
+    const auto held = event->modifiers() & (Qt::MetaModifier | Qt::AltModifier);
+    const auto chosen = std::find_if(items.begin(), items.end(), [&](const NSMenuItem& item) {
+        return !typed.empty() && item.keyEquivalent() == typed && held == modifiers(item);
+    });
+    if (chosen == items.end()) {
         QMenu::keyPressEvent(event);
         return;
     }
@@ -276,15 +286,22 @@ private:
     QMenu& menu_;
 };
 
+/// The one that will be open, in the place of another that is.
+MenuWidget* make(const std::shared_ptr<const NSMenu>& menu, QWidget* parent)
+{
+    MenuWindow::close();
+    auto* widget = new MenuWidget(menu, parent);
+    widget->setStyleSheet(styleInPixels());
+    openMenu() = widget;
+    QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
+    return widget;
+}
+
 }
 
 void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& view, CGPoint point)
 {
-    close();
-    auto* widget = new MenuWidget(menu, view.widget());
-    widget->setStyleSheet(styleInPixels());
-    openMenu() = widget;
-    QObject::connect(widget, &QMenu::aboutToHide, widget, &QObject::deleteLater);
+    MenuWidget* widget = make(menu, view.widget());
     QWidget& panel = view.window() ? *view.window()->widget() : *view.widget();
     panel.installEventFilter(new WindowWatch(*widget));
 
@@ -292,6 +309,12 @@ void MenuWindow::open(const std::shared_ptr<const NSMenu>& menu, const NSView& v
     const double down = view.isFlipped() ? inView.y : view.frame().height - inView.y;
     const QPoint anchor = view.widget()->mapToGlobal(QPoint(Pixels::from(inView.x), Pixels::from(down)));
     widget->popUp(anchor, roomBeside(panel, anchor));
+}
+
+void MenuWindow::openBeside(const std::shared_ptr<const NSMenu>& menu, const QRect& item, const QRect& room)
+{
+    const bool isBelow = item.center().y() < room.center().y();
+    make(menu, nullptr)->popUp(isBelow ? item.bottomLeft() + QPoint(0, 1) : item.topLeft(), room);
 }
 
 void MenuWindow::close()
@@ -303,4 +326,12 @@ void MenuWindow::close()
 std::shared_ptr<const NSMenu> MenuWindow::current()
 {
     return openMenu() && openMenu()->isVisible() ? openMenu()->menu() : nullptr;
+}
+
+std::string MenuWindow::keys(const NSMenuItem& item)
+{
+    if (item.keyEquivalent().empty())
+        return {};
+    const bool hasOption = modifiers(item).testFlag(Qt::AltModifier);
+    return (hasOption ? "Alt+Super+" : "Super+") + QString::fromStdString(item.keyEquivalent()).toUpper().toStdString();
 }

@@ -30,13 +30,14 @@ NSImage::NSImage(const CGImage& image, CGSize size)
 {
 }
 
-std::optional<NSImage> NSImage::imageWithSystemSymbolName(const std::string& name, const std::string&)
+std::optional<NSImage> NSImage::imageWithSystemSymbolName(const std::string& name, const std::string& description)
 {
     [[maybe_unused]] static const bool loaded = (loadSymbols(), true);
     if (!QFile::exists(QString::fromStdString(":/symbols/" + name + ".svg")))
         return std::nullopt;
     NSImage image;
     image.symbol_ = Symbol { name, defaultConfiguration };
+    image.description_ = description;
     return image;
 }
 

@@ -39,6 +39,8 @@ public:
     /// Records what `handler` draws into the rectangle it is given, which is `size` at the origin.
     static NSImage imageWithSize(CGSize size, bool flipped, const std::function<bool(CGRect)>& handler);
 
+    /// What it shows, for those who don't see it.
+    const std::string& accessibilityDescription() const { return description_; }
     NSImage imageWithSymbolConfiguration(const NSImageSymbolConfiguration& configuration) const;
 
     /// Points. An icon is drawn at any size equally well and says 32 by 32 until it is told another.
@@ -72,4 +74,5 @@ private:
     std::optional<Symbol> symbol_;
     std::optional<Drawing> drawing_;
     std::optional<CGSize> size_;
+    std::string description_;
 };

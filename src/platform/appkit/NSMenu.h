@@ -4,6 +4,7 @@
 #include "base/CGGeometry.h"
 
 #include <any>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -14,21 +15,31 @@ class NSMenu;
 class NSView;
 struct NSEvent;
 
+using NSEventModifierFlags = std::uint64_t;
+inline constexpr NSEventModifierFlags NSEventModifierFlagOption = 1 << 19;
+inline constexpr NSEventModifierFlags NSEventModifierFlagCommand = 1 << 20;
+
 /// One entry of a menu. Main thread.
 class NSMenuItem {
 public:
     using Action = std::function<void(const NSMenuItem& sender)>;
 
     /// An entry with neither action nor submenu can't be chosen. `keyEquivalent` is the character that chooses it
-    /// together with the Command key while the menu is open; empty for none.
+    /// together with its modifiers while the menu is open; empty for none.
     NSMenuItem(std::string title, Action action, std::string keyEquivalent);
     static NSMenuItem separatorItem();
 
     const std::string& title() const { return title_; }
     const std::string& keyEquivalent() const { return keyEquivalent_; }
+    /// What is held down with it: Command, and Option where it is named.
+    NSEventModifierFlags keyEquivalentModifierMask() const { return modifiers_; }
+    void setKeyEquivalentModifierMask(NSEventModifierFlags modifiers) { modifiers_ = modifiers; }
     bool isSeparatorItem() const { return isSeparator_; }
     bool isEnabled() const { return isEnabled_ && (action_ || submenu_); }
     void setEnabled(bool enabled) { isEnabled_ = enabled; }
+    /// Shown while the pointer rests on the entry; empty for none.
+    const std::string& toolTip() const { return toolTip_; }
+    void setToolTip(std::string text) { toolTip_ = std::move(text); }
     /// Whether it has a tick.
     bool state() const { return state_; }
     void setState(bool on) { state_ = on; }
@@ -48,6 +59,8 @@ private:
     std::string title_;
     Action action_;
     std::string keyEquivalent_;
+    NSEventModifierFlags modifiers_ = NSEventModifierFlagCommand;
+    std::string toolTip_;
     bool isSeparator_ = false;
     bool isEnabled_ = true;
     bool state_ = false;

@@ -54,6 +54,7 @@ void DisplayWidget::paintEvent(QPaintEvent*)
         scene_ = DisplayPainter(desktop_.world(), screen_).picture();
     QPainter painter(this);
     painter.drawImage(0, 0, scene_);
+    desktop_.statusItems().paint(painter, screen_);
     paintBackdrops(painter);
 }
 
@@ -71,12 +72,23 @@ void DisplayWidget::paintBackdrops(QPainter& painter)
 void DisplayWidget::mousePressEvent(QMouseEvent* event)
 {
     setFocus();
+    if (const host::StatusItemFacts* item = desktop_.statusItems().itemAt(event->position(), screen_)) {
+        pressStatusItem(*item);
+        return;
+    }
     World& world = desktop_.world();
     const DisplayPainter painter(world, screen_);
     if (const Window* window = painter.windowAt(event->position()))
         press(window->number, painter.frameOf(*window), event->position());
     else if (const RunningProcess* finder = world.processNamed(finderIdentifier))
         world.activate(finder->pid());
+}
+
+void DisplayWidget::pressStatusItem(const host::StatusItemFacts& item)
+{
+    const QPoint corner = mapToGlobal(QPoint());
+    if (item.onPress)
+        item.onPress(desktop_.statusItems().place(item).toAlignedRect().translated(corner), rect().translated(corner));
 }
 
 void DisplayWidget::press(std::uint32_t window, const QRectF& frame, const QPointF& point)

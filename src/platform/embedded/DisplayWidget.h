@@ -8,6 +8,10 @@
 #include <cstdint>
 #include <optional>
 
+namespace host {
+struct StatusItemFacts;
+}
+
 namespace embedded {
 
 class EmbeddedDesktop;
@@ -33,6 +37,7 @@ protected:
 
 private:
     void paintBackdrops(QPainter& painter);
+    void pressStatusItem(const host::StatusItemFacts& item);
     void press(std::uint32_t window, const QRectF& frame, const QPointF& point);
     void showNeighbourSpace(int step);
 

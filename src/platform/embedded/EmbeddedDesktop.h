@@ -14,6 +14,7 @@
 #include "embedded/Processes.h"
 #include "embedded/Session.h"
 #include "embedded/SessionLock.h"
+#include "embedded/StatusItems.h"
 #include "embedded/Surfaces.h"
 #include "embedded/Tools.h"
 #include "embedded/Windows.h"
@@ -49,6 +50,7 @@ public:
     Session& session() override { return session_; }
     Tools& tools() override { return tools_; }
     LoginItem& loginItem() override { return loginItem_; }
+    StatusItems& statusItems() override { return statusItems_; }
 
     World& world() { return world_; }
     CallLog& calls() { return calls_; }
@@ -81,6 +83,7 @@ private:
     Capture capture_;
     Tools tools_;
     LoginItem loginItem_ { world_ };
+    StatusItems statusItems_ { world_.screens(), notices_ };
     std::unique_ptr<View> view_;
 };
 

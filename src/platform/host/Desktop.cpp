@@ -2,6 +2,7 @@
 
 #include "base/PerDesktop.h"
 #include "host/LoginItem.h"
+#include "host/StatusItems.h"
 #include "host/Tools.h"
 
 #include <cassert>
@@ -37,6 +38,12 @@ host::Tools& host::Desktop::tools()
 host::LoginItem& host::Desktop::loginItem()
 {
     static LoginItem none;
+    return none;
+}
+
+host::StatusItems& host::Desktop::statusItems()
+{
+    static StatusItems none;
     return none;
 }
 

@@ -15,6 +15,7 @@ class LoginItem;
 class Pointer;
 class Processes;
 class Session;
+class StatusItems;
 class Surfaces;
 class Tools;
 class Windows;
@@ -35,9 +36,10 @@ public:
     virtual Surfaces& surfaces() = 0;
     virtual Capture& capture() = 0;
     virtual Session& session() = 0;
-    /// As they come, there is no tool, and nothing starts at login.
+    /// As they come, there is no tool, nothing starts at login, and status items show nowhere.
     virtual Tools& tools();
     virtual LoginItem& loginItem();
+    virtual StatusItems& statusItems();
 
     /// Set by the application object: the desktop is gone (its server closed the connection, its window was closed) and
     /// the program must end.
