@@ -73,6 +73,7 @@ constexpr Name names[] = {
     { &Atoms::settings, "_XSETTINGS_SETTINGS" },
     { &Atoms::xkbAlt, "Alt" },
     { &Atoms::xkbSuper, "Super" },
+    { &Atoms::trayColors, "_NET_SYSTEM_TRAY_COLORS" },
 };
 
 xcb_intern_atom_cookie_t request(xcb_connection_t* connection, std::string_view name)
@@ -95,12 +96,14 @@ Atoms internAtoms(xcb_connection_t* connection, int screenNumber)
         cookies[i] = request(connection, names[i].second);
     const auto compositor = request(connection, "_NET_WM_CM_S" + std::to_string(screenNumber));
     const auto settingsManager = request(connection, "_XSETTINGS_S" + std::to_string(screenNumber));
+    const auto tray = request(connection, "_NET_SYSTEM_TRAY_S" + std::to_string(screenNumber));
 
     Atoms atoms {};
     for (std::size_t i = 0; i < cookies.size(); ++i)
         atoms.*names[i].first = answer(connection, cookies[i]);
     atoms.compositor = answer(connection, compositor);
     atoms.settingsManager = answer(connection, settingsManager);
+    atoms.tray = answer(connection, tray);
     return atoms;
 }
 

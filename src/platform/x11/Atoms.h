@@ -77,6 +77,9 @@ struct Atoms {
     /// The selection that the screen's settings manager owns, and the property of its window.
     xcb_atom_t settingsManager;
     xcb_atom_t settings;
+    /// The selection that the screen's tray owns, and the property of its window with the colours of its icons.
+    xcb_atom_t tray;
+    xcb_atom_t trayColors;
 };
 
 /// All names in one round trip.

@@ -13,7 +13,8 @@ void watchSelections(const Connection& connection)
     constexpr std::uint32_t events = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
         | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
         | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
-    for (const xcb_atom_t selection : { connection.atoms().compositor, connection.atoms().settingsManager })
+    const Atoms& atoms = connection.atoms();
+    for (const xcb_atom_t selection : { atoms.compositor, atoms.settingsManager, atoms.tray })
         xcb_xfixes_select_selection_input(connection, connection.root(), selection, events);
 }
 

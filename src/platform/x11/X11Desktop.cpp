@@ -15,6 +15,7 @@
 #include "x11/PointerWatch.h"
 #include "x11/ServerLoss.h"
 #include "x11/StartupNotice.h"
+#include "x11/StatusItems.h"
 #include "x11/ToolkitConnection.h"
 #include "x11/WindowCapture.h"
 #include "x11/WindowElements.h"
@@ -130,6 +131,7 @@ public:
         busStart_.schedule(busDelay, [this] {
             badges_.connect();
             session_.connect();
+            statusItems_.connect();
             freedesktop::Agents::followMovedTools();
         });
     }
@@ -147,6 +149,7 @@ public:
     host::Session& session() override { return session_; }
     host::Tools& tools() override { return tools_; }
     host::LoginItem& loginItem() override { return loginItem_; }
+    host::StatusItems& statusItems() override { return statusItems_; }
 
 private:
     void listen()
@@ -263,6 +266,7 @@ private:
             scale_.handle(*event);
             pointer_.handle(*event);
             keyboard_.handle(*event);
+            statusItems_.handle(*event);
         }
         const bool hasAskedOfWindows = mirror_.refresh();
         const bool hasAskedOfScale = scale_.refresh();
@@ -339,6 +343,7 @@ private:
     freedesktop::PanelFollower panels_ { applications_.entries() };
     freedesktop::Tools tools_;
     freedesktop::LoginItem loginItem_;
+    StatusItems statusItems_ { *connection_, monitors_, [this] { drainSoon(); } };
 
     bool isDisplayStale_ = false;
     /// Whether a process was asked for something since they were last looked at.
