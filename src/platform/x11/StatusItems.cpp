@@ -89,13 +89,14 @@ public:
         return owner_.monitors_.points().screenSpace(Rect { rect.x(), rect.y(), rect.width(), rect.height() });
     }
 
-    void show(const std::optional<QColor>& color)
+    /// A panel on the bus shows the menu itself.
+    void show(bool isOnBus, const std::optional<QColor>& color)
     {
         if (!facts_.shape)
             return;
         const bool isNew = !tray_;
         if (isNew)
-            make();
+            make(isOnBus);
         tray_->setIcon(icon(facts_, color));
         tray_->setToolTip(QString::fromStdString(facts_.description));
         if (isNew)
@@ -103,12 +104,13 @@ public:
     }
 
 private:
-    void make()
+    void make(bool isOnBus)
     {
         tray_ = std::make_unique<QSystemTrayIcon>();
-        tray_->setContextMenu(&menu_);
+        if (isOnBus)
+            tray_->setContextMenu(&menu_);
         QObject::connect(tray_.get(), &QSystemTrayIcon::activated, [this](QSystemTrayIcon::ActivationReason reason) {
-            if (reason == QSystemTrayIcon::Trigger)
+            if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::Context)
                 press();
         });
     }
@@ -179,11 +181,12 @@ void StatusItems::follow()
     const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection_, xcb_get_selection_owner(connection_, connection_.atoms().tray), nullptr));
     const xcb_window_t tray = owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
-    if (!*notifier_.isThere() && tray == XCB_WINDOW_NONE)
+    const bool isOnBus = *notifier_.isThere();
+    if (!isOnBus && tray == XCB_WINDOW_NONE)
         return;
-    const auto color = *notifier_.isThere() ? std::nullopt : trayColor(tray);
+    const auto color = isOnBus ? std::nullopt : trayColor(tray);
     for (Item* item : *items_)
-        item->show(color);
+        item->show(isOnBus, color);
     hasWaited_();
 }
 
