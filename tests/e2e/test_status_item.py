@@ -17,6 +17,8 @@ class Tray:
 
     def __init__(self, session, color=None):
         self.display = display.Display(session.environment["DISPLAY"])
+        # An icon may go while it is taken in.
+        self.display.set_error_handler(lambda *_: None)
         screen = self.display.screen()
         pixel = self.BACKGROUND[0] << 16 | self.BACKGROUND[1] << 8 | self.BACKGROUND[2]
         self.window = screen.root.create_window(300, 200, 4 * self.SIDE, self.SIDE, 0, X.CopyFromParent,
@@ -170,12 +172,13 @@ class StatusItemTest(SessionTest):
         session = self.session
         program = session.start_bar()
         host = NotifierHost(session, is_registered=False)
-        tray = None
         for time in ("first", "again"):
             eventually(host.item if time == "again" else lambda: host.item() or host.register(), f"it is told of, {time}")
             self.assertEqual(host.property("ToolTip")[2], "Vantry")
             self.assertIn(22, [width for width, _, _ in host.property("IconPixmap")])
             self.assertEqual(host.labels(), ["Hide Taskbar", "Hide this menu bar icon", "Quit Vantry"])
+            self.assertEqual([set(properties["shortcut"][0]) for _, properties in host.entries() if "shortcut" in properties],
+                             [{"Alt", "Super", "B"}, {"Super", "Q"}])
             for before, after in (("Hide Taskbar", "Show Taskbar"), ("Show Taskbar", "Hide Taskbar")):
                 host.choose(before)
                 eventually(lambda: host.item() and host.labels()[0] == after, "the entry says the other")

@@ -6,6 +6,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QKeySequence>
 #include <QMenu>
 #include <QPainter>
 #include <QPixmap>
@@ -142,6 +143,9 @@ private:
             action.setText(QString::fromStdString(entries[index].title).replace(u'&', QStringLiteral("&&")));
             action.setToolTip(QString::fromStdString(entries[index].toolTip));
             action.setEnabled(entries[index].isEnabled);
+            // The toolkit's name for that key.
+            const auto keys = QString::fromStdString(entries[index].keys).replace("Super", "Meta");
+            action.setShortcut(QKeySequence::fromString(keys));
         }
     }
 
