@@ -95,7 +95,8 @@ void UserSession::removeStandIns()
         remove(dockDomain);
         fs::remove(preferences / "com.merrowen.vantry.panel.plist.lock", ignored);
     }
-    for (const fs::path& folder : { preferences, preferences.parent_path() / "LaunchAgents", preferences.parent_path() })
+    for (const fs::path& folder :
+        { preferences, preferences.parent_path() / "LaunchAgents", preferences.parent_path() })
         fs::remove(folder, ignored); // If it is empty.
 }
 
