@@ -178,6 +178,21 @@ def settings(size="1920x1080", scale=1, pages=PANES, questions=(("undo", "Genera
                 session.key(*["Shift+Tab"] * presses)
 
 
+def status():
+    """The icon in a tray, with its menu."""
+    with Session() as session:
+        subprocess.run(["xsetroot", "-solid", "#2d4a63"], env=session.environment, check=True)
+        session.start_bar()
+        session.start("trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--heighttype",
+                      "pixel", "--height", "32")
+        time.sleep(2)
+        session.click((1920 - 12, 16))
+        eventually(lambda: session.popups("POPUP_MENU"), "the menu opens")
+        session.key("Down", "Down")
+        time.sleep(1)
+        save(session.picture(1920 - 420, 0, 420, 180), "status-item")
+
+
 def double_settings():
     """A page on a screen of twice the resolution."""
     settings("2560x1600", 2, ("shortcuts",), (("undo", "General", 4),))
@@ -240,6 +255,6 @@ def film():
 
 
 os.makedirs(PICTURES, exist_ok=True)
-for part in (embedded, on_x11, menus, doubled, film, settings, double_settings):
+for part in (embedded, on_x11, menus, doubled, film, settings, double_settings, status):
     if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
         part()

@@ -1,9 +1,10 @@
 """The status item: in a tray and with a panel on the session bus, each there first, later, and once more."""
 
 import unittest
+from time import sleep
 
 from gi.repository import Gio, GLib
-from Xlib import X, display
+from Xlib import X, display, error
 from Xlib.protocol import event
 
 from session import SessionTest, eventually
@@ -168,6 +169,43 @@ class StatusItemTest(SessionTest):
         session.key("Super+q")
         self.assertEqual(program.wait(10), 0)
 
+    def test_in_a_tray_of_another_maker(self):
+        session = self.session
+        session.start_bar()
+        for time in ("first", "again"):
+            trayer = session.start("trayer", "--edge", "top", "--align", "right", "--widthtype", "request",
+                                   "--heighttype", "pixel", "--height", "32")
+            for entry in ("hidden", "shown"):
+                place = eventually(lambda: self.icon_at_rest("trayer"), f"it takes the icon in, {time}")
+                eventually(lambda: len(set(session.picture(*place).getdata())) > 1, "the icon is painted")
+                session.click((place[0] + place[2] // 2, place[1] + place[3] // 2))
+                eventually(lambda: session.popups("POPUP_MENU"), "a click opens the menu")
+                session.key("Down", "Return")
+                eventually(lambda: bool(session.bars()) == (entry == "shown"), f"the bar is {entry}")
+            trayer.terminate()
+            trayer.wait(5)
+
+    def icon_at_rest(self, wm_class):
+        """A tray that has just started lays itself out in several steps."""
+        place = self.icon_in(wm_class)
+        sleep(0.5)
+        return place if place == self.icon_in(wm_class) else None
+
+    def icon_in(self, wm_class):
+        """Where our icon lies in another program's window; None where there is none of some size."""
+        def icons(window, is_inside):
+            name = self.session.class_of(window)
+            if is_inside and "vantry" in name:
+                yield window
+            for child in window.query_tree().children:
+                yield from icons(child, is_inside or wm_class in name)
+
+        try:
+            places = [self.session.geometry(icon) for icon in icons(self.session.root, False)]
+        except error.BadWindow:  # one that has just gone
+            return None
+        return next((place for place in places if min(place[2:]) > 8), None)
+
     def test_with_a_panel_on_the_bus_that_comes_late_and_once_more(self):
         session = self.session
         program = session.start_bar()
@@ -192,7 +230,8 @@ class StatusItemTest(SessionTest):
                 host.end()
                 host = NotifierHost(session)
         host.choose("Hide this menu bar icon")
-        eventually(lambda: host.item() and len(session.clients()) > 1, "it asks")
+        eventually(lambda: host.item() and session.active() in
+                   [window.id for window in session.clients() if window.id not in {bar.id for bar in session.bars()}], "it asks")
         session.key("Return")
         eventually(lambda: host.item() and session.settings().get("showMenuBarIcon") is False, "it is hidden for good")
         self.assertIsNone(program.poll())
