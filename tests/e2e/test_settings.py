@@ -29,7 +29,7 @@ class SettingsTest(Menus, Panels, unittest.TestCase):
 
     def end(self):
         self.process.terminate()
-        self.process.wait(5)
+        self.assertEqual(self.process.wait(5), 0)
         domain = os.path.join(self.session.environment["XDG_CONFIG_HOME"], "vantry/Preferences/com.merrowen.vantry.plist")
         if os.path.exists(domain):
             os.remove(domain)

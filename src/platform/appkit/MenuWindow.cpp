@@ -19,6 +19,7 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QWindow>
 
 #include <algorithm>
 #include <optional>
@@ -182,6 +183,7 @@ public:
 
     /// Opens at the point as far as there is room; one that is longer scrolls.
     void popUp(QPoint point, const QRect& room);
+    void insistOnInput(int tries);
 
 protected:
     /// The toolkit places menus by what it believes to be free of the screen, which isn't right on every desktop.
@@ -218,6 +220,23 @@ void MenuWidget::popUp(QPoint point, const QRect& room)
     const QSize size = sizeHint().boundedTo(maximumSize());
     corner_ = corner(point, size, room);
     popup(*corner_);
+    insistOnInput(20);
+}
+
+/// A window manager may still hold the pointer or the keyboard because of the very press that opened the menu. The
+/// toolkit asks for them once; a menu that got neither hears no key, and stays open whatever is pressed elsewhere.
+void MenuWidget::insistOnInput(int tries)
+{
+    constexpr double pause = 0.03;
+    QWindow* window = windowHandle();
+    if (!isVisible() || !window || tries == 0 || QGuiApplication::platformName() != QStringLiteral("xcb"))
+        return;
+    if (window->setKeyboardGrabEnabled(true) && window->setMouseGrabEnabled(true))
+        return;
+    RunLoop::main().schedule(pause, [menu = QPointer(this), tries] {
+        if (menu)
+            menu->insistOnInput(tries - 1);
+    });
 }
 
 void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)

@@ -70,6 +70,7 @@ void NSApplication::run()
     }
     if (!terminated_)
         QCoreApplication::exec();
+    NSWindow::endAll();
 }
 
 void NSApplication::terminate()

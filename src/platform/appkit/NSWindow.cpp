@@ -29,9 +29,10 @@ host::Surfaces& surfaces()
     return host::Desktop::current().surfaces();
 }
 
+/// Outlives every window, whatever goes first at the end of the process.
 std::vector<NSWindow*>& windows()
 {
-    static std::vector<NSWindow*> all;
+    static auto& all = *new std::vector<NSWindow*>;
     return all;
 }
 
@@ -185,6 +186,8 @@ void NSWindow::makeKeyAndOrderFront()
         frame_ = onScreen(frame_);
         makeWidget();
     } else if (!isVisible()) {
+        // Some window managers move a window when they let go of it.
+        surfaces().setFrame(*widget_, frame_);
         keepOnScreens();
     }
     surfaces().orderFront(*widget_);
@@ -253,6 +256,12 @@ void NSWindow::keepOnScreens()
         [&](const NSScreen& screen) { return overlap(lies, screen.visibleFrame()) > 0; });
     if (!isSeen)
         surfaces().setFrame(*widget_, onScreen(lies));
+}
+
+void NSWindow::endAll()
+{
+    for (NSWindow* window : windows())
+        window->widget_.reset();
 }
 
 void NSWindow::keepAllOnScreens()

@@ -51,6 +51,8 @@ public:
     QWidget* widget() const { return widget_.get(); }
     /// The desktop's scale has changed: every window is made anew, at its place.
     static void remakeAll();
+    /// Takes every window off the desktop for good, while there is one: who owns them may only go with the process.
+    static void endAll();
     /// A screen has gone or changed: a window that lay on it comes to another.
     static void keepAllOnScreens();
 
