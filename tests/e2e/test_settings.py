@@ -62,7 +62,8 @@ class SettingsTest(Menus, Panels, unittest.TestCase):
 
     def files(self):
         """All that lies in the user's folders."""
-        return {os.path.join(folder, name) for folder, _, names in os.walk(self.session.environment["HOME"]) for name in names}
+        home = self.session.environment["HOME"]
+        return {os.path.relpath(os.path.join(folder, name), home) for folder, _, names in os.walk(home) for name in names}
 
     def frame(self):
         return next(found for found in self.reader.find("frame") if found.get_name() == "Vantry Settings")
@@ -249,9 +250,20 @@ class SettingsTest(Menus, Panels, unittest.TestCase):
         session.key("Return")
         eventually(lambda: self.process.poll() is not None, "the program ends")
         self.assertEqual(self.process.returncode, 0)
-        self.assertEqual(self.files() - self.before, set())
+        self.has_left_nothing()
         with open(shown, encoding="utf-8") as file:
             self.assertEqual(file.read(), "file://" + os.path.realpath(PROGRAM) + "\n")
+
+    def test_uninstalling_by_the_environment_asks_nobody(self):
+        self.process.terminate()
+        self.assertEqual(self.process.wait(5), 0)
+        self.assertTrue(any("vantry" in file.lower() for file in self.files()))
+        self.assertEqual(self.session.run(env={"BAR_UNINSTALL": "1"}).returncode, 0)
+        self.has_left_nothing()
+
+    def has_left_nothing(self):
+        self.assertEqual(self.files() - self.before, set())
+        self.assertEqual([file for file in self.files() if "vantry" in file.lower()], [])
 
 
 def text_of(picker):
