@@ -258,6 +258,21 @@ class PanelTest(unittest.TestCase):
         self.assertEqual(session.dock(), told)
         self.assertFalse(os.path.exists(session.preferences("com.merrowen.vantry.panel")))
 
+    @each(*KINDS)
+    def test_uninstalling_gives_it_back_and_leaves_nothing(self, session, kind):
+        before = kind.state(session)
+        session.write_settings(restoreOnQuit=False)
+        program = session.start_bar()
+        eventually(session.is_hidden, "it is behind the bar")
+        program.terminate()
+        program.wait(5)
+        self.assertTrue(session.is_hidden(), "and stays there, as was asked for")
+        self.assertEqual(session.run(env={"BAR_UNINSTALL": "1"}).returncode, 0)
+        eventually(lambda: kind.state(session) == before, "it is as it was")
+        home = session.environment["HOME"]
+        left = [os.path.relpath(os.path.join(folder, name), home) for folder, _, names in os.walk(home) for name in names]
+        self.assertEqual([file for file in left if "vantry" in file.lower()], [])
+
     @each(Plank, Xfce, Mate)
     def test_what_the_user_chooses_meanwhile_is_his_own(self, session, kind):
         session.take_in()
