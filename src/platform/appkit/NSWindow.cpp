@@ -64,7 +64,7 @@ std::optional<CGRect> frameIn(const std::string& text)
     return CGRect { double(numbers[0]), double(numbers[1]), double(numbers[2]), double(numbers[3]) };
 }
 
-/// As much of one range as lies in another, from `low` on.
+/// Where a range of that length must begin to lie within another; where that is too short, at its beginning.
 double shifted(double low, double length, double from, double to)
 {
     return std::clamp(low, from, std::max(from, to - length));
@@ -72,9 +72,8 @@ double shifted(double low, double length, double from, double to)
 
 double overlap(const CGRect& a, const CGRect& b)
 {
-    const double width = std::min(a.maxX(), b.maxX()) - std::max(a.x, b.x);
-    const double height = std::min(a.maxY(), b.maxY()) - std::max(a.y, b.y);
-    return std::max(0.0, width) * std::max(0.0, height);
+    const CGRect common = CGRectIntersection(a, b);
+    return CGRectIsNull(common) ? 0 : common.width * common.height;
 }
 
 /// The frame, on the screen that has most of it: one that has none is moved in, one that is too large made to fit.
@@ -253,7 +252,7 @@ void NSWindow::keepOnScreens()
     const CGRect lies = frame();
     const auto screens = NSScreen::screens();
     const bool isSeen = std::any_of(screens.begin(), screens.end(),
-        [&](const NSScreen& screen) { return overlap(lies, screen.visibleFrame()) > 0; });
+        [&](const NSScreen& screen) { return CGRectIntersectsRect(lies, screen.visibleFrame()); });
     if (!isSeen)
         surfaces().setFrame(*widget_, onScreen(lies));
 }

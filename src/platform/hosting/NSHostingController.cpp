@@ -33,6 +33,8 @@ private:
     void chain(const FormWidget& form);
 
     std::function<forms::NavigationSplitView()> body_;
+    /// What is shown.
+    forms::NavigationSplitView view_;
     SidebarWidget* sidebar_ = new SidebarWidget(this);
     StyledLabel* title_ = new StyledLabel;
     QStackedWidget* details_ = new QStackedWidget;
@@ -53,28 +55,28 @@ SplitWidget::SplitWidget(std::function<forms::NavigationSplitView()> body)
     layout->addWidget(title_);
     layout->addWidget(details_, 1);
 
-    const forms::NavigationSplitView view = body_();
-    sidebar_->setMinimumWidth(Pixels::from(view.narrowest));
-    sidebar_->setMaximumWidth(Pixels::from(view.widest));
+    view_ = body_();
+    sidebar_->setMinimumWidth(Pixels::from(view_.narrowest));
+    sidebar_->setMaximumWidth(Pixels::from(view_.widest));
     setStretchFactor(1, 1);
-    setSizes({ Pixels::from(view.ideal), Pixels::from(view.ideal) * 3 });
+    setSizes({ Pixels::from(view_.ideal), Pixels::from(view_.ideal) * 3 });
     sidebar_->onSelect = [this](const std::string& id) {
-        body_().select(id);
+        view_.select(id);
         update();
     };
 }
 
 void SplitWidget::update()
 {
-    const forms::NavigationSplitView view = body_();
-    sidebar_->show(view.sidebar, view.selection);
-    title_->setText(QString::fromStdString(view.title));
-    FormWidget*& form = forms_[view.selection];
+    view_ = body_();
+    sidebar_->show(view_.sidebar, view_.selection);
+    title_->setText(QString::fromStdString(view_.title));
+    FormWidget*& form = forms_[view_.selection];
     if (!form) {
         form = new FormWidget;
         details_->addWidget(form);
     }
-    form->show(view.detail);
+    form->show(view_.detail);
     details_->setCurrentWidget(form);
     chain(*form);
 }

@@ -19,6 +19,7 @@
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QToolButton>
+#include <QWheelEvent>
 
 #include <cmath>
 
@@ -66,6 +67,14 @@ protected:
     }
 
     virtual void refresh() = 0;
+
+    /// Symbols are painted in the theme's colours.
+    void changeEvent(QEvent* event) final
+    {
+        if (event->type() == QEvent::PaletteChange)
+            refresh();
+        ControlWidget::changeEvent(event);
+    }
 
     void setEditor(QWidget* editor)
     {
@@ -162,11 +171,20 @@ private:
     PickerBox* box_;
 };
 
+/// The wheel scrolls the form, as anywhere else in it.
+class FormSlider final : public QSlider {
+public:
+    using QSlider::QSlider;
+
+private:
+    void wheelEvent(QWheelEvent* event) override { event->ignore(); }
+};
+
 class SliderWidget final : public Labelled<Slider> {
 public:
     explicit SliderWidget(const Slider& slider)
         : Labelled(slider)
-        , slider_(new QSlider(Qt::Horizontal, this))
+        , slider_(new FormSlider(Qt::Horizontal, this))
         , value_(new StyledLabel(TextStyle::primary, this))
     {
         addEditor(slider_);
@@ -174,7 +192,6 @@ public:
         slider_->setPageStep(10);
         slider_->setFixedWidth(Pixels::from(slider.width));
         slider_->setFocusPolicy(Qt::StrongFocus);
-        slider_->installEventFilter(this);
         value_->setFont(FormLook::font());
         value_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         value_->setMinimumWidth(Pixels::from(slider.valueTextWidth));
@@ -204,15 +221,7 @@ private:
             slider_->setValue(steps(control_.value));
     }
 
-    bool eventFilter(QObject*, QEvent* event) override
-    {
-        if (event->type() != QEvent::Wheel)
-            return false;
-        event->ignore();
-        return true;
-    }
-
-    QSlider* slider_;
+    FormSlider* slider_;
     StyledLabel* value_;
     Paced<double> paced_;
 };
@@ -300,13 +309,6 @@ private:
         button_->setIcon(FormLook::symbolIcon(control_.symbol, button_->iconSize().width(), palette()));
     }
 
-    void changeEvent(QEvent* event) override
-    {
-        if (event->type() == QEvent::PaletteChange)
-            refresh();
-        ControlOf::changeEvent(event);
-    }
-
     QAbstractButton* button_;
 };
 
@@ -356,13 +358,6 @@ private:
                 FormLook::symbol(control_.symbol, Pixels::from(16), FormLook::color(palette(), control_.style)));
     }
 
-    void changeEvent(QEvent* event) override
-    {
-        if (event->type() == QEvent::PaletteChange)
-            refresh();
-        ControlOf::changeEvent(event);
-    }
-
     QLabel* symbol_;
     StyledLabel* label_;
 };
@@ -383,13 +378,6 @@ private:
             FormLook::symbol(control_.name, Pixels::from(16), FormLook::color(palette(), control_.style)));
         picture_->setToolTip(text(control_.toolTip));
         picture_->setAccessibleName(text(control_.toolTip));
-    }
-
-    void changeEvent(QEvent* event) override
-    {
-        if (event->type() == QEvent::PaletteChange)
-            refresh();
-        ControlOf::changeEvent(event);
     }
 
     QLabel* picture_;
