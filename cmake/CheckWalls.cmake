@@ -9,7 +9,7 @@ set(seam host)
 set(layer foundation windowserver accessibility capture services appkit forms widgets hosting)
 # Those of the layer's folders that are made of the toolkit through and through: not for the program.
 set(toolkit widgets)
-set(program log settings system look model tamer search controls dock settingsui bar diagnostics app)
+set(program log settings system look model tamer search controls dock settingsui bar diagnostics selftest app)
 
 # Every file, and by its path what it includes.
 set(files)

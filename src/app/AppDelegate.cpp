@@ -9,30 +9,14 @@
 #include "dock/LoginItem.h"
 #include "dock/RepairAgent.h"
 #include "dock/Uninstaller.h"
-#include "foundation/NSBundle.h"
-#include "foundation/NSProcessInfo.h"
 #include "log/Log.h"
 #include "look/Metrics.h"
 #include "model/AppHistory.h"
 #include "settings/Migration.h"
 #include "settings/Settings.h"
+#include "system/Instances.h"
 #include "system/SpaceSwitcher.h"
 #include "tamer/WindowTamer.h"
-
-#include <algorithm>
-
-namespace {
-
-bool anotherInstanceRuns()
-{
-    const std::string identifier = NSBundle::mainBundle().bundleIdentifier().value_or("");
-    const auto instances = NSRunningApplication::runningApplications(identifier);
-    return std::any_of(instances.begin(), instances.end(), [](const NSRunningApplication& instance) {
-        return instance.processIdentifier() != NSProcessInfo::processIdentifier();
-    });
-}
-
-}
 
 void AppDelegate::applicationDidFinishLaunching()
 {
@@ -43,10 +27,11 @@ void AppDelegate::applicationDidFinishLaunching()
     };
     if (const auto mode = RunMode::requested()) {
         isProbeRun_ = true;
-        mode->schedule([this] { application_.terminate(); });
+        application_.setActivationPolicy(NSApplicationActivationPolicyProhibited);
+        mode->start([this] { application_.terminate(); });
         return;
     }
-    if (anotherInstanceRuns()) {
+    if (Instances::anotherRuns()) {
         Log::debug("another instance is already running, leaving it to it");
         isProbeRun_ = true;
         application_.terminate();

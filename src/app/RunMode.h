@@ -7,18 +7,19 @@
 /// A diagnostic run in place of the bar: one job, selected by an environment variable, after which the process ends.
 class RunMode {
 public:
-    using Job = std::function<void(const std::string& value)>;
+    using End = std::function<void()>;
+    /// Returns at once. What it begins is given the variable's value, and calls `end` on the main thread when it is
+    /// over, unless it ends the process itself.
+    using Start = std::function<void(const std::string& value, const End& end)>;
 
     /// The first one whose variable holds what it asks for.
     static std::optional<RunMode> requested();
 
-    /// Runs the job on the main queue after its delay, then `finished`. Returns at once.
-    void schedule(std::function<void()> finished) const;
+    void start(const End& end) const { start_(value_, end); }
 
 private:
-    RunMode(double delay, Job job, std::string value);
+    RunMode(Start start, std::string value);
 
-    double delay_;
-    Job job_;
+    Start start_;
     std::string value_;
 };

@@ -4,6 +4,7 @@
 int main()
 {
     NSApplication& application = NSApplication::sharedApplication();
+    application.setActivationPolicy(NSApplicationActivationPolicyAccessory);
     AppDelegate delegate(application);
     application.setDelegate(&delegate);
     application.run();

@@ -106,7 +106,7 @@ CGEventRef handle(CGEventType type, const CGEventRef& event)
 
 void logTap()
 {
-    const std::vector<std::string> taken = CGEventTapTakenKeys(tap());
+    const std::vector<std::string> taken = Shortcuts::takenKeys();
     if (taken.empty())
         Log::debug("shortcuts: event tap installed");
     for (const std::string& key : taken)
@@ -146,6 +146,11 @@ void start()
 bool isTapEnabled()
 {
     return tap() && CGEventTapIsEnabled(tap());
+}
+
+std::vector<std::string> takenKeys()
+{
+    return tap() ? CGEventTapTakenKeys(tap()) : std::vector<std::string>();
 }
 
 void reenableTap(std::string_view reason)

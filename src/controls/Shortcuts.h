@@ -3,6 +3,7 @@
 #include "model/BarItem.h"
 
 #include <functional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -18,6 +19,8 @@ extern std::function<std::vector<BarItem>()> itemsProvider;
 void start();
 /// Whether the keyboard is being watched.
 bool isTapEnabled();
+/// Of the keys that it watches for, those that another program has: they never come here.
+std::vector<std::string> takenKeys();
 /// Has it watched again; `reason` is for the log. Nothing before `start` has succeeded.
 void reenableTap(std::string_view reason);
 

@@ -1,6 +1,5 @@
 #include "diagnostics/DisplayProbe.h"
 
-#include "appkit/NSRunningApplication.h"
 #include "diagnostics/Report.h"
 #include "system/Displays.h"
 #include "system/SpaceScanner.h"
@@ -35,11 +34,10 @@ void reportSpaces()
 
 void reportWindow(const WindowEntry& window)
 {
-    const auto owner = NSRunningApplication::runningApplication(window.pid);
     const auto screen = Displays::screenContaining(window.bounds);
     const auto display = screen ? Displays::displayID(*screen) : std::nullopt;
-    report((owner ? owner->localizedName() : std::nullopt).value_or("?") + " " + Report::size(window.bounds)
-        + " -> display " + (display ? std::to_string(*display) : "none"));
+    report(Report::nameOf(window.pid) + " " + Report::size(window.bounds) + " -> display "
+        + (display ? std::to_string(*display) : "none"));
 }
 
 }
@@ -52,6 +50,8 @@ void DisplayProbe::run()
         reportDisplay(i, displays[i]);
     reportSpaces();
     report("--- windows by screen ---");
-    for (const WindowEntry& window : WindowIndex::all())
+    const auto windows = WindowIndex::all();
+    for (const WindowEntry& window : windows)
         reportWindow(window);
+    report("=== " + std::to_string(displays.size()) + " displays, " + std::to_string(windows.size()) + " windows ===");
 }

@@ -2,11 +2,16 @@
 
 #include "foundation/NSFileHandle.h"
 
+#include <array>
+#include <charconv>
+
 namespace {
+
 std::string whole(double number)
 {
     return std::to_string(static_cast<long long>(number));
 }
+
 }
 
 void Report::line(std::string_view prefix, std::string_view text)
@@ -20,7 +25,25 @@ std::string Report::rect(const CGRect& rect)
         + whole(rect.height) + ")";
 }
 
-std::string Report::size(const CGRect& rect)
+std::string Report::size(const CGSize& size)
 {
-    return whole(rect.width) + "x" + whole(rect.height);
+    return whole(size.width) + "x" + whole(size.height);
+}
+
+std::string Report::number(double value)
+{
+    std::array<char, 32> text {};
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return { text.data(), end };
+}
+
+std::string Report::nameOf(const NSRunningApplication& application)
+{
+    return application.localizedName().value_or("?");
+}
+
+std::string Report::nameOf(pid_t pid)
+{
+    const auto application = NSRunningApplication::runningApplication(pid);
+    return application ? nameOf(*application) : "?";
 }

@@ -1,29 +1,16 @@
 #include "diagnostics/WindowCountProbe.h"
 
-#include "appkit/NSRunningApplication.h"
+#include "diagnostics/ProbedApplication.h"
 #include "diagnostics/Report.h"
+#include "system/Dictionaries.h"
 #include "system/WindowIndex.h"
 #include "windowserver/CGWindow.h"
-
-#include <algorithm>
-#include <cctype>
 
 namespace {
 
 void report(const std::string& text)
 {
     Report::line("[wcount] ", text);
-}
-
-std::string lowerCased(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
-
-bool contains(const std::string& name, const std::string& fragment)
-{
-    return lowerCased(name).find(lowerCased(fragment)) != std::string::npos;
 }
 
 std::string spaces(const WindowEntry& window)
@@ -57,25 +44,40 @@ void reportListed(const Value& window)
         + " alpha=" + text(kCGWindowAlpha) + " title=" + text(kCGWindowName));
 }
 
+std::size_t reportAllCounted(const std::string& fragment)
+{
+    std::size_t count = 0;
+    for (const auto& [pid, windows] : *WindowIndex::byPID()) {
+        const std::string name = Report::nameOf(pid);
+        if (!ProbedApplication::matches(name, fragment))
+            continue;
+        reportCounted(name, pid, windows);
+        count += windows.size();
+    }
+    return count;
+}
+
+std::size_t reportAllListed(const std::string& fragment)
+{
+    std::size_t count = 0;
+    const auto list = CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0);
+    for (const Value& window : dictionaries(list)) {
+        const Value* name = window.find(kCGWindowOwnerName);
+        if (!name || !name->string() || !ProbedApplication::matches(*name->string(), fragment))
+            continue;
+        reportListed(window);
+        ++count;
+    }
+    return count;
+}
+
 }
 
 void WindowCountProbe::run(const std::string& appNameFragment)
 {
-    report(std::string("titles available (needs Screen Recording): ")
-        + (WindowIndex::titlesAvailable() ? "true" : "false"));
-    for (const auto& [pid, windows] : *WindowIndex::byPID()) {
-        const auto owner = NSRunningApplication::runningApplication(pid);
-        const std::string name = (owner ? owner->localizedName() : std::nullopt).value_or("?");
-        if (contains(name, appNameFragment))
-            reportCounted(name, pid, windows);
-    }
-
+    report("titles available (needs Screen Recording): " + Report::flag(WindowIndex::titlesAvailable()));
+    const std::size_t counted = reportAllCounted(appNameFragment);
     report("--- all CGWindowList entries for " + appNameFragment + " ---");
-    const auto list = CGWindowListCopyWindowInfo(kCGWindowListOptionAll, 0);
-    const Value::Array* entries = list ? list->array() : nullptr;
-    for (const Value& window : entries ? *entries : Value::Array()) {
-        const Value* name = window.find(kCGWindowOwnerName);
-        if (name && name->string() && contains(*name->string(), appNameFragment))
-            reportListed(window);
-    }
+    const std::size_t listed = reportAllListed(appNameFragment);
+    report("=== " + std::to_string(counted) + " counted of " + std::to_string(listed) + " listed windows ===");
 }

@@ -56,5 +56,10 @@ std::optional<DockRepair::DirtyFlag> DockRepair::readFlag()
         return std::nullopt;
     std::string_view rest = *text;
     rest.remove_prefix(std::min(rest.find_first_not_of('\n'), rest.size()));
-    return DirtyFlag { numberIn(rest.substr(0, rest.find('\n'))) };
+    return DirtyFlag { numberIn(rest.substr(0, rest.find('\n'))), *text };
+}
+
+void DockRepair::raiseAgain(const DirtyFlag& flag)
+{
+    NSFileManager::defaultManager().writeAtomically(flag.text, flagFile());
 }

@@ -352,9 +352,35 @@ TEST_P(Contract, AWindowIsPlacedAndComesBackThereFromTheDockAndFromFullScreen)
         return read<bool>(window, Attribute::fullScreen) == true
             && isAbout(bounds(program.window), displays().all().front().frame);
     }));
+    EXPECT_EQ(fullScreenOwners(), std::vector { program.pid });
     EXPECT_EQ(write(window, Attribute::fullScreen, false), kAXErrorSuccess);
     EXPECT_TRUE(settle(
         [&] { return read<bool>(window, Attribute::fullScreen) == false && isAbout(bounds(program.window), goal); }));
+    EXPECT_TRUE(settle([&] { return fullScreenOwners().empty(); }));
+}
+
+TEST_P(Contract, AnElementTellsWhatItIsAndWhatCanBeSet)
+{
+    const auto behind = start("alpha");
+    const auto program = start("beta");
+    const auto application = host::ElementID { program.pid, host::ElementID::Kind::application, 0 };
+    const auto window = element(program.pid, program.window);
+    processes().activate(program.pid);
+    EXPECT_TRUE(settle([&] { return read<bool>(window, Attribute::focused) == true; }));
+    EXPECT_EQ(read<bool>(application, Attribute::frontmost), true);
+    EXPECT_EQ(read<std::string>(application, Attribute::role), "AXApplication");
+    EXPECT_EQ(read<std::string>(window, Attribute::role), "AXWindow");
+    EXPECT_EQ(read<std::string>(window, Attribute::subrole), "AXStandardWindow");
+    EXPECT_EQ(read<bool>(window, Attribute::main), true);
+    EXPECT_EQ(read<bool>(element(behind.pid, behind.window), Attribute::focused), false);
+    EXPECT_EQ(read<bool>(element(behind.pid, behind.window), Attribute::main), true);
+
+    EXPECT_EQ(isSettable(application, Attribute::frontmost), true);
+    EXPECT_EQ(isSettable(application, Attribute::windows), false);
+    for (const auto attribute : { Attribute::position, Attribute::size, Attribute::minimized, Attribute::fullScreen })
+        EXPECT_EQ(isSettable(window, attribute), true);
+    EXPECT_EQ(isSettable(window, Attribute::title), false);
+    EXPECT_EQ(isSettable(element(program.pid, 0x7FFFFFFF), Attribute::size), std::nullopt);
 }
 
 TEST_P(Contract, AnotherSpaceComesToTheFrontAndIsTold)

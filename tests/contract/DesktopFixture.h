@@ -95,6 +95,21 @@ protected:
         host::AttributeValue value;
         return accessibility().read(of, attribute, timeout, value);
     }
+    /// Absent where that can't be told.
+    std::optional<bool> isSettable(const host::ElementID& of, Attribute attribute)
+    {
+        bool settable = false;
+        const AXError error = accessibility().isSettable(of, attribute, timeout, settable);
+        return error == kAXErrorSuccess ? std::optional(settable) : std::nullopt;
+    }
+    std::vector<pid_t> fullScreenOwners()
+    {
+        std::vector<pid_t> owners;
+        for (const auto& space : windows().displaySpaces().at(0).spaces)
+            if (space.isFullScreen && space.owner)
+                owners.push_back(*space.owner);
+        return owners;
+    }
     AXError write(const host::ElementID& of, Attribute attribute, const host::AttributeValue& value)
     {
         return accessibility().write(of, attribute, timeout, value);

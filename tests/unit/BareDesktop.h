@@ -214,6 +214,7 @@ private:
             return kAXErrorAttributeUnsupported;
         return kAXErrorSuccess;
     }
+    AXError isSettable(const host::ElementID&, Attribute, double, bool&) override { return kAXErrorNotImplemented; }
     AXError perform(const host::ElementID& window, host::Action, double) override
     {
         bringForward(numberOf(window));

@@ -1,6 +1,7 @@
 #include "accessibility/AXUIElement.h"
 
 #include "accessibility/DockTree.h"
+#include "foundation/DispatchQueue.h"
 #include "host/AttributeNames.h"
 #include "host/Desktop.h"
 
@@ -18,12 +19,23 @@ std::optional<T> as(const host::AttributeValue& value)
     return content ? std::optional<T>(*content) : std::nullopt;
 }
 
-/// Of the Dock nothing but its tree is looked at, from the main thread; of applications all but "AXChildren".
+/// Of the Dock nothing but its tree is looked at, which lives on the main thread. Absent for anything else.
+std::optional<AXError> readDock(const AXUIElement& element, std::string_view name, host::AttributeValue& value)
+{
+    if (element.id().kind != host::ElementID::Kind::other && name != "AXChildren")
+        return std::nullopt;
+    std::optional<AXError> result;
+    DispatchQueue::mainSync([&] {
+        if (DockTree::holds(element.id()))
+            result = DockTree::read(element.id(), name, element.timeout(), value);
+    });
+    return result;
+}
+
 AXError read(const AXUIElement& element, std::string_view name, host::AttributeValue& value)
 {
-    const bool isOther = element.id().kind == host::ElementID::Kind::other;
-    if ((isOther || name == "AXChildren") && DockTree::holds(element.id()))
-        return DockTree::read(element.id(), name, element.timeout(), value);
+    if (const auto result = readDock(element, name, value))
+        return *result;
     const auto attribute = host::attributeNamed(name);
     return attribute ? accessibility().read(element.id(), *attribute, element.timeout(), value)
                      : kAXErrorAttributeUnsupported;
@@ -34,6 +46,11 @@ AXError read(const AXUIElement& element, std::string_view name, host::AttributeV
 std::optional<bool> AXValue::boolean() const
 {
     return as<bool>(value_);
+}
+
+std::optional<double> AXValue::number() const
+{
+    return as<double>(value_);
 }
 
 std::optional<std::string> AXValue::text() const
@@ -98,6 +115,13 @@ AXError AXUIElementSetAttributeValue(const AXUIElement& element, std::string_vie
     if (!attribute)
         return kAXErrorAttributeUnsupported;
     return accessibility().write(element.id(), *attribute, element.timeout(), value.raw());
+}
+
+AXError AXUIElementIsAttributeSettable(const AXUIElement& element, std::string_view name, bool& settable)
+{
+    const auto attribute = host::attributeNamed(name);
+    return attribute ? accessibility().isSettable(element.id(), *attribute, element.timeout(), settable)
+                     : kAXErrorAttributeUnsupported;
 }
 
 AXError AXUIElementPerformAction(const AXUIElement& element, std::string_view name)

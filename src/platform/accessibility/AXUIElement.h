@@ -60,6 +60,7 @@ public:
     }
 
     std::optional<bool> boolean() const;
+    std::optional<double> number() const;
     std::optional<std::string> text() const;
     std::optional<CGPoint> point() const;
     std::optional<CGSize> size() const;
@@ -81,6 +82,8 @@ AXUIElement AXUIElementCreateApplication(pid_t pid);
 void AXUIElementSetMessagingTimeout(AXUIElement& element, double seconds);
 AXError AXUIElementCopyAttributeValue(const AXUIElement& element, std::string_view attribute, AXValue& value);
 AXError AXUIElementSetAttributeValue(const AXUIElement& element, std::string_view attribute, const AXValue& value);
+/// Whether the attribute can be set now.
+AXError AXUIElementIsAttributeSettable(const AXUIElement& element, std::string_view attribute, bool& settable);
 AXError AXUIElementPerformAction(const AXUIElement& element, std::string_view action);
 /// The window number of a window element.
 AXError _AXUIElementGetWindow(const AXUIElement& element, std::uint32_t& number);

@@ -68,6 +68,9 @@ void NSApplication::run()
         const RunLoop::Turn turn;
         delegate_->applicationDidFinishLaunching();
     }
+    host::Desktop& desktop = host::Desktop::current();
+    if (policy_ != NSApplicationActivationPolicyProhibited && desktop.onShown)
+        desktop.onShown();
     if (!terminated_)
         QCoreApplication::exec();
     NSWindow::endAll();

@@ -18,6 +18,8 @@ public:
     /// standard error and the process ends with status 2 (a fault in what the user gave) or 1.
     static NSApplication& sharedApplication();
 
+    /// An accessory has panels and a status item; one that is prohibited shows nothing.
+    void setActivationPolicy(NSApplicationActivationPolicy policy) { policy_ = policy; }
     void setDelegate(NSApplicationDelegate* delegate) { delegate_ = delegate; }
     /// Tells the delegate that launching has finished, then delivers events until `terminate`, which the desktop's end
     /// and signals that ask the process to end amount to.
@@ -37,5 +39,6 @@ private:
     NSApplication();
 
     NSApplicationDelegate* delegate_ = nullptr;
+    NSApplicationActivationPolicy policy_ = NSApplicationActivationPolicyRegular;
     bool terminated_ = false;
 };

@@ -61,6 +61,11 @@ bool NSRunningApplication::isHidden() const
     return now && now->isHidden;
 }
 
+bool NSRunningApplication::isActive() const
+{
+    return processes().frontmost() == process_->pid;
+}
+
 bool NSRunningApplication::hide() const
 {
     return processes().hide(process_->pid);

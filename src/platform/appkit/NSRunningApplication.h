@@ -16,11 +16,12 @@ struct Process;
 
 enum NSApplicationActivationPolicy {
     NSApplicationActivationPolicyRegular = 0,
-    NSApplicationActivationPolicyAccessory = 1
+    NSApplicationActivationPolicyAccessory = 1,
+    NSApplicationActivationPolicyProhibited = 2
 };
 
-/// A running application. What it tells is as of when it was asked for, but for `isHidden`, which is as of now. A
-/// request to one that has quit does nothing. Main thread.
+/// A running application. What it tells is as of when it was asked for, but for `isHidden` and `isActive`, which are as
+/// of now. A request to one that has quit does nothing. Main thread.
 class NSRunningApplication {
 public:
     explicit NSRunningApplication(std::shared_ptr<const host::Process> process)
@@ -39,6 +40,8 @@ public:
     std::optional<NSImage> icon() const;
 
     bool isHidden() const;
+    /// Whether it is the one in front.
+    bool isActive() const;
     bool hide() const;
     bool unhide() const;
     bool activate() const;

@@ -4,6 +4,7 @@
 #include "base/RunLoop.h"
 
 #include <QAbstractEventDispatcher>
+#include <QEventLoop>
 #include <QThread>
 #include <QTimer>
 
@@ -22,12 +23,25 @@ public:
         });
         connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, this, [this] { goRound(); });
         RunLoop::main().setWaker([this] { wake(); });
+        RunLoop::main().setRunner(run);
         arm();
     }
 
-    ~Alarm() override { RunLoop::main().setWaker(nullptr); }
+    ~Alarm() override
+    {
+        RunLoop::main().setWaker(nullptr);
+        RunLoop::main().setRunner(nullptr);
+    }
 
 private:
+    /// The program's end ends it too.
+    static void run(double seconds)
+    {
+        QEventLoop loop;
+        QTimer::singleShot(static_cast<int>(seconds * 1000), Qt::PreciseTimer, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+
     void wake()
     {
         if (QThread::currentThread() == thread())

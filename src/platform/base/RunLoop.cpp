@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <thread>
 
 namespace {
 
@@ -13,6 +14,9 @@ SystemClock& systemClock()
     static SystemClock clock;
     return clock;
 }
+
+/// The one on which the program was loaded.
+const std::thread::id mainThread = std::this_thread::get_id();
 
 int turnDepth = 0;
 /// How many of the open turns have ended all the same: a loop was begun inside of them.
@@ -139,6 +143,17 @@ void RunLoop::runDue()
         const Turn turn;
         block();
     }
+}
+
+void RunLoop::run(double seconds)
+{
+    if (runner_)
+        runner_(seconds);
+}
+
+bool RunLoop::isMainThread()
+{
+    return std::this_thread::get_id() == mainThread;
 }
 
 void RunLoop::setWaker(Block waker)

@@ -42,6 +42,12 @@ public:
     void runDue();
     /// Called, on whatever thread, when the earliest due time has become earlier.
     void setWaker(Block waker);
+
+    /// Lets so many seconds go by, in which the driver delivers whatever comes: blocks, events, news. Main thread.
+    void run(double seconds);
+    /// How the driver does that.
+    void setRunner(std::function<void(double seconds)> runner) { runner_ = std::move(runner); }
+    static bool isMainThread();
     /// Forgets every block: between tests.
     void reset();
 
@@ -79,4 +85,5 @@ private:
     std::unordered_map<Handle, std::pair<std::uint64_t, Block>> blocks_;
     Handle next_ = 1;
     Block waker_;
+    std::function<void(double)> runner_;
 };

@@ -27,6 +27,39 @@ ElementID elementOf(const Window& window)
     return { window.owner, Kind::window, window.number };
 }
 
+/// What is in a window is named by the window's number and its place in the window's list.
+constexpr int placeBits = 32;
+
+std::vector<ElementID> elementsIn(const Window& window, std::size_t parent)
+{
+    std::vector<ElementID> elements;
+    for (const std::size_t place : window.elements.at(parent).children)
+        elements.push_back({ window.owner, Kind::other, std::uint64_t { window.number } << placeBits | place });
+    return elements;
+}
+
+template <class T>
+std::optional<AttributeValue> held(const std::optional<T>& content)
+{
+    return content ? std::optional<AttributeValue>(*content) : std::nullopt;
+}
+
+bool isSettable(const Window& window, Attribute attribute)
+{
+    switch (attribute) {
+    case Attribute::position:
+        return !window.isFullScreen();
+    case Attribute::size:
+        return !window.isFullScreen() && !window.faults.refusesSizes;
+    case Attribute::minimized:
+    case Attribute::fullScreen:
+    case Attribute::main:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool isTransient(const Window& window)
 {
     return window.bounds.width * window.bounds.height < substantialArea;
@@ -58,6 +91,16 @@ AXError Accessibility::read(const ElementID& element, Attribute attribute, doubl
 AXError Accessibility::write(const ElementID& element, Attribute attribute, double timeout, const AttributeValue& value)
 {
     return ask({ Call::Kind::write, element, attribute, nameOf(attribute), timeout, value }).result;
+}
+
+AXError Accessibility::isSettable(const ElementID& element, Attribute attribute, double timeout, bool& settable)
+{
+    Request request { Call::Kind::read, element, attribute, nameOf(attribute), timeout, {} };
+    request.asksIfSettable = true;
+    const Reply reply = ask(request);
+    if (const bool* answer = std::get_if<bool>(&reply.value); reply.result == kAXErrorSuccess && answer)
+        settable = *answer;
+    return reply.result;
 }
 
 AXError Accessibility::perform(const ElementID& element, host::Action action, double timeout)
@@ -122,6 +165,13 @@ Accessibility::Reply Accessibility::answerUnrecorded(const Request& request)
         return { error, {}, false };
 
     const bool isWindow = element.kind == Kind::window;
+    if (request.asksIfSettable)
+        return { kAXErrorSuccess,
+            isWindow ? embedded::isSettable(*window, *request.attribute) : request.attribute == Attribute::frontmost,
+            false };
+    if (element.kind == Kind::other)
+        return request.kind == Call::Kind::read ? readElement(element, *request.attribute)
+                                                : Reply { kAXErrorAttributeUnsupported, {}, false };
     switch (request.kind) {
     case Call::Kind::read:
         return isWindow ? readWindow(*window, *request.attribute) : readApplication(*process, *request.attribute);
@@ -180,6 +230,8 @@ Accessibility::Reply Accessibility::readApplication(const RunningProcess& proces
         return { kAXErrorSuccess, world_.frontmost() == process.pid(), false };
     case Attribute::focusedWindow:
         return readFocusedWindow(process);
+    case Attribute::role:
+        return { kAXErrorSuccess, std::string("AXApplication"), false };
     default:
         return { kAXErrorAttributeUnsupported, {}, false };
     }
@@ -209,9 +261,50 @@ Accessibility::Reply Accessibility::readWindow(const Window& window, Attribute a
         return { kAXErrorSuccess, window.bounds.origin(), false };
     case Attribute::size:
         return { kAXErrorSuccess, window.bounds.size(), false };
+    case Attribute::role:
+        return { kAXErrorSuccess, std::string("AXWindow"), false };
+    case Attribute::subrole:
+        return { kAXErrorSuccess, std::string(window.layer == 0 ? "AXStandardWindow" : "AXFloatingWindow"), false };
+    case Attribute::main:
+        return { kAXErrorSuccess, world_.focusedWindow(window.owner) == &window, false };
+    case Attribute::focused:
+        return { kAXErrorSuccess, world_.frontmost() == window.owner && world_.focusedWindow(window.owner) == &window,
+            false };
+    case Attribute::children:
+        return { kAXErrorSuccess, window.elements.empty() ? std::vector<ElementID>() : elementsIn(window, 0), false };
     default:
         return { kAXErrorAttributeUnsupported, {}, false };
     }
+}
+
+Accessibility::Reply Accessibility::readElement(const ElementID& id, Attribute attribute) const
+{
+    const Window* window = world_.window(static_cast<std::uint32_t>(id.id >> placeBits));
+    const std::size_t place = static_cast<std::uint32_t>(id.id);
+    if (!window || window->owner != id.pid || place >= window->elements.size())
+        return { kAXErrorInvalidUIElement, {}, false };
+    const Scenario::Element& element = window->elements[place];
+    const auto content = [&]() -> std::optional<AttributeValue> {
+        switch (attribute) {
+        case Attribute::role:
+            return element.role;
+        case Attribute::title:
+            return held(element.title);
+        case Attribute::description:
+            return held(element.description);
+        case Attribute::value:
+            return element.text ? held(element.text) : held(element.number);
+        case Attribute::minValue:
+            return held(element.least);
+        case Attribute::maxValue:
+            return held(element.most);
+        case Attribute::children:
+            return elementsIn(*window, place);
+        default:
+            return std::nullopt;
+        }
+    }();
+    return content ? Reply { kAXErrorSuccess, *content, false } : Reply { kAXErrorAttributeUnsupported, {}, false };
 }
 
 AXError Accessibility::writeApplication(const RunningProcess& process, const Request& request)

@@ -26,6 +26,8 @@ public:
         host::AttributeValue& value) override;
     AXError write(const host::ElementID& element, host::Attribute attribute, double timeout,
         const host::AttributeValue& value) override;
+    AXError isSettable(
+        const host::ElementID& element, host::Attribute attribute, double timeout, bool& settable) override;
     AXError perform(const host::ElementID& element, host::Action action, double timeout) override;
 
 private:
@@ -39,6 +41,8 @@ private:
         double timeout;
         /// For a write.
         host::AttributeValue value;
+        /// A read of whether it can be written, rather than of what it is.
+        bool asksIfSettable = false;
     };
     struct Reply {
         AXError result = kAXErrorSuccess;
@@ -55,6 +59,7 @@ private:
     Reply readApplication(const RunningProcess& process, host::Attribute attribute) const;
     Reply readFocusedWindow(const RunningProcess& process) const;
     Reply readWindow(const Window& window, host::Attribute attribute) const;
+    Reply readElement(const host::ElementID& id, host::Attribute attribute) const;
     AXError writeApplication(const RunningProcess& process, const Request& request);
     AXError writeWindow(const Window& window, const Request& request);
     std::vector<host::ElementID> namedWindows(const RunningProcess& process) const;

@@ -41,6 +41,20 @@ struct Scenario {
         std::optional<std::uint64_t> currentSpace;
     };
 
+    /// Something in a window, as accessibility shows it.
+    struct Element {
+        /// Of the platform, such as "AXButton".
+        std::string role;
+        std::optional<std::string> title {};
+        std::optional<std::string> description {};
+        std::optional<std::string> text {};
+        std::optional<double> number {};
+        std::optional<double> least {};
+        std::optional<double> most {};
+        /// Their places in the window's list of elements.
+        std::vector<std::size_t> children {};
+    };
+
     struct Window {
         /// Unique; 0 has the desktop choose.
         std::uint32_t number = 0;
@@ -57,6 +71,8 @@ struct Scenario {
         /// Whether accessibility knows of it.
         bool isAccessible = true;
         bool demandsAttention = false;
+        /// The first stands for the window itself: what it holds is what the window holds. May be empty.
+        std::vector<Element> elements {};
         WindowFaults faults;
     };
 

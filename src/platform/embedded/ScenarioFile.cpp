@@ -251,12 +251,36 @@ private:
         object.read("fullScreen", window.isFullScreen);
         object.read("accessible", window.isAccessible);
         object.read("demandsAttention", window.demandsAttention);
+        if (object.has("elements")) {
+            window.elements.push_back({ .role = "AXWindow" });
+            addElements(object, 0, window.elements);
+        }
         JsonObject faults = object.object("faults");
         faults.read("refusesSizes", window.faults.refusesSizes);
         faults.read("minimumSize", window.faults.minimumSize);
         faults.read("fails", window.faults.fails);
         faults.done();
         return window;
+    }
+
+    /// What the object holds, as children of the element at that place.
+    void addElements(JsonObject& object, std::size_t parent, std::vector<Scenario::Element>& elements)
+    {
+        for (JsonObject& each : object.objects("elements", object.label() + ": element")) {
+            Scenario::Element element;
+            each.require("role", element.role);
+            each.read("title", element.title);
+            each.read("description", element.description);
+            each.read("text", element.text);
+            each.read("number", element.number);
+            each.read("least", element.least);
+            each.read("most", element.most);
+            const std::size_t place = elements.size();
+            elements[parent].children.push_back(place);
+            elements.push_back(std::move(element));
+            addElements(each, place, elements);
+            each.done();
+        }
     }
 
     void readDock()

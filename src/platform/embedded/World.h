@@ -38,6 +38,8 @@ struct Window {
     bool isMinimised = false;
     bool isAccessible = true;
     bool demandsAttention = false;
+    /// As in the scenario.
+    std::vector<Scenario::Element> elements;
     /// What was typed into it.
     std::string typed;
     WindowFaults faults;

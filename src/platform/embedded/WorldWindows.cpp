@@ -17,6 +17,7 @@ std::uint32_t World::open(Scenario::Window described)
     window.isMinimised = described.isMinimised;
     window.isAccessible = described.isAccessible;
     window.demandsAttention = described.demandsAttention;
+    window.elements = described.elements;
     window.faults = std::move(described.faults);
     if (!screens_.all().empty())
         window.spaces = { screens_.all()[screens_.containing(window.bounds)].currentSpace };

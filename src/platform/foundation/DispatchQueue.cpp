@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <map>
 #include <mutex>
 #include <thread>
@@ -124,6 +125,18 @@ DispatchQueue& DispatchQueue::global()
 {
     static GlobalQueue queue;
     return queue;
+}
+
+void DispatchQueue::mainSync(const Block& block)
+{
+    if (RunLoop::isMainThread())
+        return block();
+    std::promise<void> ended;
+    RunLoop::main().perform([&] {
+        block();
+        ended.set_value();
+    });
+    ended.get_future().wait();
 }
 
 std::unique_ptr<DispatchQueue> DispatchQueue::serial(const std::string& label)

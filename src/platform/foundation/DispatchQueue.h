@@ -13,6 +13,8 @@ public:
 
     static DispatchQueue& main();
     static DispatchQueue& global();
+    /// Runs the block on the main thread and returns when it has ended; where the caller is there already, at once.
+    static void mainSync(const Block& block);
     static std::unique_ptr<DispatchQueue> serial(const std::string& label);
 
     virtual ~DispatchQueue() = default;

@@ -41,6 +41,16 @@ std::optional<NSUserDefaults> NSUserDefaults::initWithSuiteName(const std::strin
     return NSUserDefaults(PreferenceDomain::named(name));
 }
 
+NSUserDefaults::Rehearsal::Rehearsal()
+{
+    standard().domain_->holdBack();
+}
+
+NSUserDefaults::Rehearsal::~Rehearsal()
+{
+    standard().domain_->forgetHeldBack();
+}
+
 std::optional<Value> NSUserDefaults::objectForKey(std::string_view key) const
 {
     const Value* value = domain_->find(key);

@@ -47,6 +47,16 @@ public:
     /// The next read looks at the file, also within this turn. False while something that was set isn't saved.
     bool synchronize();
 
+    /// While one lives, what is set in the program's own domain holds in this process alone; then it is forgotten. What
+    /// else shares the domain never sees it.
+    class Rehearsal {
+    public:
+        Rehearsal();
+        ~Rehearsal();
+        Rehearsal(const Rehearsal&) = delete;
+        Rehearsal& operator=(const Rehearsal&) = delete;
+    };
+
     /// All values of a domain by its name; absent when there is none.
     static std::optional<Value::Dictionary> persistentDomainForName(const std::string& name);
     /// With the program's own domain goes all that the desktop keeps for no other reason than this program.

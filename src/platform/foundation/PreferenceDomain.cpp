@@ -54,6 +54,8 @@ void PreferenceDomain::set(const Changes& changes)
 {
     for (const auto& [key, value] : changes)
         unsaved_.insert_or_assign(key, value);
+    if (isHeldBack_)
+        return apply(changes, known_.values);
     Value::Dictionary before = known_.values;
     apply(changes, before);
     const std::string reason
@@ -68,6 +70,13 @@ void PreferenceDomain::set(const Changes& changes)
     for (const auto& [key, value] : changes)
         keys += (keys.empty() ? "\"" : ", \"") + key + '"';
     tellFailure("setting " + keys + " is not saved in", reason);
+}
+
+void PreferenceDomain::forgetHeldBack()
+{
+    unsaved_.clear();
+    isHeldBack_ = false;
+    load();
 }
 
 void PreferenceDomain::removeAll()

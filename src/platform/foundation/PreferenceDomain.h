@@ -40,6 +40,10 @@ public:
     void set(std::string_view key, std::optional<Value> value) { set({ { std::string(key), std::move(value) } }); }
     /// Takes the file away with all that it holds. A failure is told as that of a write is.
     void removeAll();
+    /// From now on what is set holds in this process and isn't written.
+    void holdBack() { isHeldBack_ = true; }
+    /// Forgets what was set since, and writes again.
+    void forgetHeldBack();
     /// The next read looks at the file, also within this turn.
     void synchronize() { checkedTurn_.reset(); }
     /// Whether the file holds all that was set.
@@ -60,6 +64,7 @@ private:
     PreferenceFile::Contents known_;
     std::optional<std::uint64_t> checkedTurn_;
     Changes unsaved_;
+    bool isHeldBack_ = false;
     std::function<void()> told_;
     std::unique_ptr<FileWatch> watch_;
     std::optional<RunLoop::Handle> telling_;

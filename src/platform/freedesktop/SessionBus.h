@@ -2,6 +2,8 @@
 
 #include <gio/gio.h>
 
+#include <string>
+
 namespace freedesktop {
 
 /// Whether the session has a message bus. Without one, asking for it would start one of our own.
@@ -9,5 +11,8 @@ bool hasSessionBus();
 
 /// The session's bus, to be unreferenced; null where there is none, or none that answers within so many milliseconds.
 GDBusConnection* sessionBus(int milliseconds);
+
+/// The same of the message bus at a D-Bus address.
+GDBusConnection* busAt(const std::string& address, int milliseconds);
 
 }

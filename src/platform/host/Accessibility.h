@@ -12,13 +12,13 @@
 
 namespace host {
 
-/// Names an application or a window of one, also one that has gone.
+/// Names an application, a window of one, or one of the elements in them, also one that has gone.
 struct ElementID {
     enum class Kind : std::uint8_t { application, window, other };
 
     pid_t pid = 0;
     Kind kind = Kind::application;
-    /// For a window, its number. 0 for an application.
+    /// For a window, its number; for another element, what the desktop calls it. 0 for an application.
     std::uint64_t id = 0;
 
     bool operator==(const ElementID&) const = default;
@@ -31,16 +31,26 @@ enum class Attribute : std::uint8_t {
     // Of an application.
     windows, ///< r, elements, front first
     focusedWindow, ///< r, element
-    children, ///< r, elements
-    frontmost, ///< w, boolean: true brings it forward
+    frontmost, ///< rw, boolean: true brings it forward
     manualAccessibility, ///< w, boolean: true has it report its windows
     // Of a window.
-    title, ///< r, text
     minimized, ///< rw, boolean
     position, ///< rw, point
     size, ///< rw, size
     fullScreen, ///< rw, boolean
-    main, ///< w, boolean: true makes it its application's main window
+    main, ///< rw, boolean: true makes it its application's main window
+    // Of a window and of what is in it.
+    role, ///< r, text: a role of the platform, such as "AXWindow"
+    subrole, ///< r, text
+    title, ///< r, text
+    focused, ///< r, boolean
+    // Of what is in a window; there may be none where the application doesn't show it.
+    description, ///< r, text
+    value, ///< r, text or number
+    minValue, ///< r, number
+    maxValue, ///< r, number
+    // Of any of them.
+    children, ///< r, elements
 };
 
 enum class Action : std::uint8_t {
@@ -60,6 +70,8 @@ public:
     virtual AXError read(const ElementID& element, Attribute attribute, double timeout, AttributeValue& value) = 0;
     virtual AXError write(const ElementID& element, Attribute attribute, double timeout, const AttributeValue& value)
         = 0;
+    /// Whether the attribute can be written now.
+    virtual AXError isSettable(const ElementID& element, Attribute attribute, double timeout, bool& settable) = 0;
     virtual AXError perform(const ElementID& element, Action action, double timeout) = 0;
 };
 

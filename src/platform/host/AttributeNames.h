@@ -23,6 +23,13 @@ inline constexpr auto attributeNames = std::to_array<std::pair<Attribute, std::s
     { Attribute::size, "AXSize" },
     { Attribute::fullScreen, "AXFullScreen" },
     { Attribute::main, "AXMain" },
+    { Attribute::role, "AXRole" },
+    { Attribute::subrole, "AXSubrole" },
+    { Attribute::focused, "AXFocused" },
+    { Attribute::description, "AXDescription" },
+    { Attribute::value, "AXValue" },
+    { Attribute::minValue, "AXMinValue" },
+    { Attribute::maxValue, "AXMaxValue" },
 });
 inline constexpr auto actionNames
     = std::to_array<std::pair<Action, std::string_view>>({ { Action::raise, "AXRaise" } });

@@ -45,6 +45,9 @@ public:
     /// the program must end.
     std::function<void(const std::string& reason)> onLost;
 
+    /// Set by who opened the desktop: the program has been launched, and shows itself.
+    std::function<void()> onShown;
+
     /// The desktop in force; one must have been set.
     static Desktop& current();
     static bool hasCurrent();

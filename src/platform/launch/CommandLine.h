@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -15,13 +16,15 @@ struct CommandLine {
     std::optional<std::string> scenario;
     /// Write a picture of the embedded desktop there, then end.
     std::optional<std::string> picture;
+    /// The variable of the environment, and its value, that has a diagnostic run take the bar's place.
+    std::optional<std::pair<std::string, std::string>> run;
 
     struct Error {
         std::string reason;
     };
     /// `arguments` without the program's name.
     static std::variant<CommandLine, Error> parse(const std::vector<std::string>& arguments);
-    static const char* usage();
+    static std::string usage();
 };
 
 /// This process's arguments without the program's name, from the kernel (procfs, /proc/self/cmdline).

@@ -34,7 +34,7 @@ CommandLine readCommandLine()
     const auto& line = std::get<CommandLine>(parsed);
     if (!line.help)
         return line;
-    std::fputs(CommandLine::usage(), stdout);
+    std::fputs(CommandLine::usage().c_str(), stdout);
     std::exit(EXIT_SUCCESS);
 }
 
@@ -121,7 +121,9 @@ std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
     desktop->show();
     if (isForPicture) {
         const std::string file = line.picture.value_or("vantry.png");
-        RunLoop::main().schedule(pictureDelay, [raw = desktop.get(), file] { writePicture(*raw, file); });
+        desktop->onShown = [raw = desktop.get(), file] {
+            RunLoop::main().schedule(pictureDelay, [raw, file] { writePicture(*raw, file); });
+        };
     }
     return desktop;
 }
@@ -131,6 +133,8 @@ std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
 host::Desktop& host::openDesktop()
 {
     const CommandLine line = readCommandLine();
+    if (line.run)
+        qputenv(line.run->first.c_str(), QByteArray::fromStdString(line.run->second));
     const bool onX11 = !line.embedded && !qgetenv("DISPLAY").isEmpty();
     static const std::unique_ptr<Desktop> desktop = onX11 ? openX11() : openEmbedded(line);
     return *desktop;

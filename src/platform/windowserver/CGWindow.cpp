@@ -178,6 +178,11 @@ std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t)
     return damaged;
 }
 
+bool CGPreflightScreenCaptureAccess()
+{
+    return host::Desktop::current().capture().isPermitted();
+}
+
 bool CGRequestScreenCaptureAccess()
 {
     return host::Desktop::current().capture().requestPermission();

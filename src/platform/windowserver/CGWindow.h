@@ -51,4 +51,7 @@ inline constexpr const char* kCGWindowAlpha = "kCGWindowAlpha";
 /// same of them all.
 std::optional<Value> CGWindowListCopyWindowInfo(unsigned option, std::uint32_t relativeToWindow);
 
+/// Whether this program may look at other programs' windows.
+bool CGPreflightScreenCaptureAccess();
+/// The same; the user is asked where it may not.
 bool CGRequestScreenCaptureAccess();

@@ -9,11 +9,25 @@ using host::ElementID;
 using Kind = ElementID::Kind;
 
 /// The desktop itself, as a window of the program that shows it. It has no attributes.
-constexpr std::uint64_t desktopElement = 1;
+constexpr std::uint64_t desktopElement = 0;
 
 ElementID windowElement(const WindowRecord& window)
 {
     return { window.pid, Kind::window, window.id };
+}
+
+const char* subrole(WindowKind kind)
+{
+    switch (kind) {
+    case WindowKind::normal:
+        return "AXStandardWindow";
+    case WindowKind::dialog:
+        return "AXDialog";
+    case WindowKind::utility:
+        return "AXFloatingWindow";
+    default:
+        return "AXUnknown";
+    }
 }
 
 AXError readAttribute(const DesktopState& state, const WindowRecord& window, Attribute attribute, AttributeValue& value)
@@ -33,6 +47,20 @@ AXError readAttribute(const DesktopState& state, const WindowRecord& window, Att
         return kAXErrorSuccess;
     case Attribute::fullScreen:
         value = window.facts.states.fullScreen;
+        return kAXErrorSuccess;
+    case Attribute::role:
+        value = std::string("AXWindow");
+        return kAXErrorSuccess;
+    case Attribute::subrole:
+        value = std::string(subrole(window.facts.kind()));
+        return kAXErrorSuccess;
+    case Attribute::main: {
+        const WindowRecord* last = state.lastActiveOf(window.pid);
+        value = last && last->id == window.id;
+        return kAXErrorSuccess;
+    }
+    case Attribute::focused:
+        value = state.active == window.id;
         return kAXErrorSuccess;
     default:
         return kAXErrorAttributeUnsupported;
@@ -70,29 +98,45 @@ bool WindowElements::isApplication(pid_t pid) const
     return mirror_.read([&](const DesktopState& state) { return state.isOwner(pid); });
 }
 
+bool WindowElements::isFrontmost(pid_t pid) const
+{
+    return mirror_.read([&](const DesktopState& state) {
+        const WindowRecord* active = state.find(state.active);
+        return active && active->pid == pid;
+    });
+}
+
 // Reading
 
-AXError WindowElements::read(const ElementID& element, Attribute attribute, double, AttributeValue& value)
+AXError WindowElements::read(const ElementID& element, Attribute attribute, double timeout, AttributeValue& value)
 {
     switch (element.kind) {
     case Kind::application:
-        return readApplication(element.pid, attribute, value);
+        return readApplication(element.pid, attribute, timeout, value);
     case Kind::window:
         return readWindow(static_cast<xcb_window_t>(element.id), attribute, value);
     case Kind::other:
-        return kAXErrorAttributeUnsupported;
+        return element.id == desktopElement ? kAXErrorAttributeUnsupported
+                                            : tree_.read(element, attribute, timeout, value);
     }
     return kAXErrorIllegalArgument;
 }
 
-AXError WindowElements::readApplication(pid_t pid, Attribute attribute, AttributeValue& value) const
+AXError WindowElements::readApplication(pid_t pid, Attribute attribute, double timeout, AttributeValue& value)
 {
     if (!isApplication(pid))
         return kAXErrorInvalidUIElement;
     switch (attribute) {
     case Attribute::windows:
-    case Attribute::children:
         return readWindows(pid, value);
+    case Attribute::children:
+        return tree_.children(pid, timeout, value);
+    case Attribute::role:
+        value = std::string("AXApplication");
+        return kAXErrorSuccess;
+    case Attribute::frontmost:
+        value = isFrontmost(pid);
+        return kAXErrorSuccess;
     case Attribute::focusedWindow:
         return readFocusedWindow(pid, value);
     default:
@@ -161,11 +205,7 @@ AXError WindowElements::writeApplication(pid_t pid, Attribute attribute, const A
     const bool* comesForward = std::get_if<bool>(&value);
     if (!comesForward)
         return kAXErrorIllegalArgument;
-    const bool isFrontmost = mirror_.read([&](const DesktopState& state) {
-        const WindowRecord* active = state.find(state.active);
-        return active && active->pid == pid;
-    });
-    if (*comesForward && !isFrontmost)
+    if (*comesForward && !isFrontmost(pid))
         manager_.activate(pid);
     return kAXErrorSuccess;
 }
@@ -200,6 +240,31 @@ AXError WindowElements::writeWindow(xcb_window_t window, Attribute attribute, co
         return kAXErrorIllegalArgument;
     return outcome(manager_.with(window,
         [&](auto& ask, const auto& state, const WindowRecord& record) { order->second(ask, state, record, *isOn); }));
+}
+
+/// Whether the window manager will do it isn't known before it is asked.
+AXError WindowElements::isSettable(const ElementID& element, Attribute attribute, double, bool& settable)
+{
+    constexpr Attribute ofWindows[]
+        = { Attribute::position, Attribute::size, Attribute::minimized, Attribute::fullScreen, Attribute::main };
+    switch (element.kind) {
+    case Kind::application:
+        if (!isApplication(element.pid))
+            return kAXErrorInvalidUIElement;
+        settable = attribute == Attribute::frontmost;
+        return kAXErrorSuccess;
+    case Kind::window: {
+        const auto window = static_cast<xcb_window_t>(element.id);
+        if (!mirror_.read([&](const DesktopState& state) { return state.find(window) != nullptr; }))
+            return kAXErrorInvalidUIElement;
+        settable = std::ranges::find(ofWindows, attribute) != std::end(ofWindows);
+        return kAXErrorSuccess;
+    }
+    case Kind::other:
+        settable = false;
+        return kAXErrorSuccess;
+    }
+    return kAXErrorIllegalArgument;
 }
 
 AXError WindowElements::perform(const ElementID& element, host::Action, double)

@@ -12,6 +12,10 @@ std::uint64_t spaceOf(std::uint32_t desktop)
     return std::uint64_t(desktop) + 1;
 }
 
+/// A full-screen window lies on a desktop as any other does. That it is one is told by a space of that number and its
+/// own, beyond all desktops.
+constexpr std::uint64_t firstFullScreenSpace = std::uint64_t { 1 } << 32;
+
 std::uint32_t spaceCount(const DesktopState& state)
 {
     return std::max(1U, state.desktopCount);
@@ -92,6 +96,9 @@ std::vector<host::DisplaySpaces> WindowList::displaySpaces()
     std::vector<host::Space> spaces;
     for (std::uint32_t desktop = 0; desktop < spaceCount(mirror_.state()); ++desktop)
         spaces.push_back({ spaceOf(desktop), false, {} });
+    for (const WindowRecord* window : mirror_.state().byAppearance())
+        if (window->facts.states.fullScreen)
+            spaces.push_back({ firstFullScreenSpace + window->id, true, window->pid });
 
     std::vector<host::DisplaySpaces> displays;
     for (const host::Display& display : monitors_.all())
