@@ -24,6 +24,7 @@ class MonitorTest(unittest.TestCase):
                        "both on every bar once they are mirrored")
             session.join_monitors()
             eventually(lambda: len(session.bars()) == 1, "the bar of the monitor that went away is gone")
+            eventually(lambda: session.property(session.bars()[0], "_NET_WM_ICON"), "it has the program's icon")
 
 
 class OtherProgramsSettingsTest(unittest.TestCase):

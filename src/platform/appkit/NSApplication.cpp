@@ -5,6 +5,7 @@
 #include "appkit/NSScreen.h"
 #include "appkit/NSWindow.h"
 #include "appkit/NSWorkspace.h"
+#include "appkit/ProgramIcon.h"
 #include "appkit/RunLoopDriver.h"
 #include "appkit/Signals.h"
 #include "base/PerDesktop.h"
@@ -16,9 +17,12 @@
 #include "host/Session.h"
 #include "host/Surfaces.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 namespace {
+
+/// In seconds.
+constexpr double iconDelay = 1;
 
 struct Activity {
     bool isActive = false;
@@ -71,6 +75,8 @@ void NSApplication::run()
     host::Desktop& desktop = host::Desktop::current();
     if (policy_ != NSApplicationActivationPolicyProhibited && desktop.onShown)
         desktop.onShown();
+    // Nobody looks for it at once, and it takes a while to draw.
+    RunLoop::main().schedule(iconDelay, [] { QApplication::setWindowIcon(programIcon()); });
     if (!terminated_)
         QCoreApplication::exec();
     NSWindow::endAll();

@@ -66,6 +66,8 @@ private:
             line_.embedded = true;
         else if (option == "--help")
             line_.help = true;
+        else if (option == "--version")
+            line_.version = true;
         else if (option == "--self-test")
             line_.run.emplace(selfTest, "1");
         else if (option == "--scenario" || option == "--picture")
@@ -114,7 +116,14 @@ std::string CommandLine::usage()
         const std::string name = std::string(probe.name) + (probe.takesApplication ? " APPLICATION" : "");
         text += "      " + name + std::string(name.size() < 20 ? 20 - name.size() : 1, ' ') + " " + probe.about + "\n";
     }
-    return text + "  --help           this text\n";
+    return text
+        + "  --version        which version this is\n"
+          "  --help           this text\n";
+}
+
+std::string CommandLine::versionText()
+{
+    return "vantry " VANTRY_VERSION "\n";
 }
 
 std::variant<CommandLine, CommandLine::Error> CommandLine::parse(const std::vector<std::string>& arguments)

@@ -12,6 +12,8 @@ struct CommandLine {
     bool embedded = false;
     /// Show nothing but the usage.
     bool help = false;
+    /// Show nothing but the version.
+    bool version = false;
     /// A scenario file for the embedded desktop; its own scenario when absent.
     std::optional<std::string> scenario;
     /// Write a picture of the embedded desktop there, then end.
@@ -25,6 +27,7 @@ struct CommandLine {
     /// `arguments` without the program's name.
     static std::variant<CommandLine, Error> parse(const std::vector<std::string>& arguments);
     static std::string usage();
+    static std::string versionText();
 };
 
 /// This process's arguments without the program's name, from the kernel (procfs, /proc/self/cmdline).

@@ -32,9 +32,9 @@ CommandLine readCommandLine()
     if (const auto* error = std::get_if<CommandLine::Error>(&parsed))
         end(usageFault, error->reason + "\n" + CommandLine::usage());
     const auto& line = std::get<CommandLine>(parsed);
-    if (!line.help)
+    if (!line.help && !line.version)
         return line;
-    std::fputs(CommandLine::usage().c_str(), stdout);
+    std::fputs((line.help ? CommandLine::usage() : CommandLine::versionText()).c_str(), stdout);
     std::exit(EXIT_SUCCESS);
 }
 
