@@ -52,11 +52,15 @@ void DockRepair::clearDirty()
 std::optional<DockRepair::DirtyFlag> DockRepair::readFlag()
 {
     const auto text = NSFileManager::defaultManager().contentsOfFile(flagFile());
-    if (!text)
-        return std::nullopt;
-    std::string_view rest = *text;
+    return text ? std::optional(parseFlag(*text)) : std::nullopt;
+}
+
+DockRepair::DirtyFlag DockRepair::parseFlag(std::string text)
+{
+    std::string_view rest = text;
     rest.remove_prefix(std::min(rest.find_first_not_of('\n'), rest.size()));
-    return DirtyFlag { numberIn(rest.substr(0, rest.find('\n'))), *text };
+    const auto holder = numberIn(rest.substr(0, rest.find('\n')));
+    return { holder, std::move(text) };
 }
 
 void DockRepair::raiseAgain(const DirtyFlag& flag)

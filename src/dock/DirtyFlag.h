@@ -19,6 +19,8 @@ struct DirtyFlag {
     std::optional<pid_t> holder;
     std::string text;
 };
+/// What stands in a flag's file, whatever that is.
+DirtyFlag parseFlag(std::string text);
 /// Absent when none is raised, or it can't be read.
 std::optional<DirtyFlag> readFlag();
 /// Raises one that was read, whoever's it is.

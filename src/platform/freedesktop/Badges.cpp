@@ -21,6 +21,27 @@ std::string entryIdOf(std::string_view uri)
     return std::string(uri);
 }
 
+/// More applications than anybody has: whoever makes up names gets no further.
+constexpr std::size_t mostLaunchers = 1000;
+
+}
+
+std::optional<BadgeUpdate> BadgeUpdate::parse(GVariant* parameters)
+{
+    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv})")))
+        return std::nullopt;
+    const char* uri = nullptr;
+    GVariant* properties = nullptr;
+    g_variant_get(parameters, "(&s@a{sv})", &uri, &properties);
+    BadgeUpdate told { .entryId = entryIdOf(uri), .count = {}, .isVisible = {} };
+    gint64 count = 0;
+    gboolean isVisible = FALSE;
+    if (g_variant_lookup(properties, "count", "x", &count))
+        told.count = count;
+    if (g_variant_lookup(properties, "count-visible", "b", &isVisible))
+        told.isVisible = isVisible;
+    g_variant_unref(properties);
+    return told;
 }
 
 Badges::~Badges()
@@ -66,13 +87,8 @@ void Badges::listen(GDBusConnection* bus)
 void Badges::onUpdate(
     GDBusConnection*, const char* sender, const char*, const char*, const char*, GVariant* parameters, gpointer self)
 {
-    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(sa{sv})")))
-        return;
-    const char* uri = nullptr;
-    GVariant* properties = nullptr;
-    g_variant_get(parameters, "(&s@a{sv})", &uri, &properties);
-    static_cast<Badges*>(self)->update(sender, uri, properties);
-    g_variant_unref(properties);
+    if (const auto told = BadgeUpdate::parse(parameters))
+        static_cast<Badges*>(self)->update(sender, *told);
 }
 
 void Badges::onNameGone(
@@ -95,20 +111,18 @@ Badges::Launcher& Badges::launcherOf(const std::string& entryId)
         : *known;
 }
 
-void Badges::update(const std::string& sender, const std::string& uri, GVariant* properties)
+void Badges::update(const std::string& sender, const BadgeUpdate& told)
 {
-    const std::string id = entryIdOf(uri);
-    const auto entry = entries_.withId(id);
-    Launcher& launcher = launcherOf(id);
+    const bool isKnown = std::ranges::find(launchers_, told.entryId, &Launcher::entryId) != launchers_.end();
+    if (!isKnown && launchers_.size() >= mostLaunchers)
+        return;
+    const auto entry = entries_.withId(told.entryId);
+    Launcher& launcher = launcherOf(told.entryId);
     launcher.sender = sender;
-    gint64 count = 0;
-    gboolean isVisible = FALSE;
-    // A signal tells only what has changed.
-    if (g_variant_lookup(properties, "count", "x", &count))
-        launcher.count = count;
-    if (g_variant_lookup(properties, "count-visible", "b", &isVisible))
-        launcher.isVisible = isVisible;
-    launcher.badge = { entry ? entry->entry.name : id, launcher.isVisible ? std::to_string(launcher.count) : "" };
+    launcher.count = told.count.value_or(launcher.count);
+    launcher.isVisible = told.isVisible.value_or(launcher.isVisible);
+    launcher.badge
+        = { entry ? entry->entry.name : told.entryId, launcher.isVisible ? std::to_string(launcher.count) : "" };
 }
 
 void Badges::dropSender(const std::string& sender)

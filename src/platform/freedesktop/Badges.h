@@ -12,6 +12,17 @@
 
 namespace freedesktop {
 
+/// What one signal tells; what it doesn't tell has not changed.
+struct BadgeUpdate {
+    /// Of a desktop entry, without ".desktop".
+    std::string entryId;
+    std::optional<long long> count;
+    std::optional<bool> isVisible;
+
+    /// Absent when the signal's parameters are none of these.
+    static std::optional<BadgeUpdate> parse(GVariant* parameters);
+};
+
 /// The counts that applications show on their launchers, as they tell them by signals of
 /// com.canonical.Unity.LauncherEntry on the session bus. Main thread.
 class Badges final : public host::Badges {
@@ -50,7 +61,7 @@ private:
         const char* signal, GVariant* parameters, gpointer self);
 
     void listen(GDBusConnection* bus);
-    void update(const std::string& sender, const std::string& uri, GVariant* properties);
+    void update(const std::string& sender, const BadgeUpdate& told);
     void dropSender(const std::string& sender);
     Launcher& launcherOf(const std::string& entryId);
 

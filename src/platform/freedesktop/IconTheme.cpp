@@ -1,5 +1,6 @@
 #include "freedesktop/IconTheme.h"
 
+#include "freedesktop/ProcessFiles.h"
 #include "freedesktop/UserFolders.h"
 
 #include <glib.h>
@@ -15,6 +16,8 @@ namespace freedesktop {
 namespace {
 
 constexpr int wantedSize = 64;
+constexpr int largestSize = 4096;
+constexpr int largestScale = 16;
 constexpr std::array extensions { ".svg", ".png", ".xpm" };
 
 struct KeyFileDeleter {
@@ -22,10 +25,11 @@ struct KeyFileDeleter {
 };
 using KeyFile = std::unique_ptr<GKeyFile, KeyFileDeleter>;
 
-KeyFile load(const std::string& path)
+KeyFile read(const std::string& text)
 {
     KeyFile file(g_key_file_new());
-    return g_key_file_load_from_file(file.get(), path.c_str(), G_KEY_FILE_NONE, nullptr) ? std::move(file) : nullptr;
+    const bool isRead = g_key_file_load_from_data(file.get(), text.data(), text.size(), G_KEY_FILE_NONE, nullptr);
+    return isRead ? std::move(file) : nullptr;
 }
 
 std::string text(GKeyFile* file, const char* group, const char* key)
@@ -64,7 +68,7 @@ std::vector<std::string> iconFolders()
 std::string chosenTheme()
 {
     for (const std::string& folder : { configFolder(), std::string("/etc") }) {
-        const KeyFile settings = load(folder + "/gtk-3.0/settings.ini");
+        const KeyFile settings = read(contentsOf(folder + "/gtk-3.0/settings.ini"));
         if (!settings)
             continue;
         if (std::string name = text(settings.get(), "Settings", "gtk-icon-theme-name"); !name.empty())
@@ -85,8 +89,8 @@ std::vector<std::string> sortedFolders(GKeyFile* index)
     for (std::string& name : list(text(index, "Icon Theme", "Directories"))) {
         if (std::ranges::find(contexts, text(index, name.c_str(), "Context")) == std::end(contexts))
             continue;
-        const int size = g_key_file_get_integer(index, name.c_str(), "Size", nullptr)
-            * std::max(1, g_key_file_get_integer(index, name.c_str(), "Scale", nullptr));
+        const int size = std::clamp(g_key_file_get_integer(index, name.c_str(), "Size", nullptr), 0, largestSize)
+            * std::clamp(g_key_file_get_integer(index, name.c_str(), "Scale", nullptr), 1, largestScale);
         const bool isScalable = text(index, name.c_str(), "Type") == "Scalable";
         const int rank = isScalable ? 0 : size >= wantedSize ? size : 1'000'000 - size;
         folders.push_back({ std::move(name), rank });
@@ -116,14 +120,21 @@ const IconTheme::Theme& IconTheme::theme(const std::string& name)
         return theme;
     // Several folders can each hold a part of a theme; the first that describes it does so for all.
     for (const std::string& folder : iconFolders()) {
-        const KeyFile index = load(folder + '/' + name + "/index.theme");
-        if (!index)
+        const std::string index = contentsOf(folder + '/' + name + "/index.theme");
+        if (index.empty())
             continue;
-        theme.folders = sortedFolders(index.get());
-        theme.parents = list(text(index.get(), "Icon Theme", "Inherits"));
+        theme = parse(index);
         break;
     }
     return theme;
+}
+
+IconTheme::Theme IconTheme::parse(const std::string& index)
+{
+    const KeyFile file = read(index);
+    if (!file)
+        return {};
+    return { sortedFolders(file.get()), list(text(file.get(), "Icon Theme", "Inherits")) };
 }
 
 const std::vector<std::string>& IconTheme::chain()

@@ -15,12 +15,15 @@ public:
     /// `name` is an icon's name or a full path. Absent when there is no such picture.
     std::optional<std::string> find(const std::string& name);
 
-private:
     struct Theme {
+        /// Those that can hold icons of applications and files, the best to show first.
         std::vector<std::string> folders;
         std::vector<std::string> parents;
     };
+    /// From the text of its "index.theme" (Icon Theme Specification). Empty where that is none.
+    static Theme parse(const std::string& text);
 
+private:
     const std::vector<std::string>& chain();
     const Theme& theme(const std::string& name);
 
