@@ -1,6 +1,7 @@
 """The bar's menus: every entry of each, by keyboard and by mouse, on both edges."""
 
 import os
+import time
 import unittest
 
 from parts import Menus
@@ -44,6 +45,26 @@ class EntriesTest(MenuTest):
             eventually(lambda: session.names() == ["XTerm", "L3afpad"], "it has its button again")
         pick(2)
         eventually(lambda: len(session.windows_of("L3afpad")) == 2, "a second window", 20)
+
+    def test_it_stays_though_keys_and_the_focus_are_told_of_late(self):
+        session = self.session
+        session.start_bar()
+        session.xterm()
+        self.open(self.empty_bar())
+        session.key("Alt", "Super")
+        time.sleep(0.3)
+        self.assertTrue(self.menus() and self.has_keyboard(), "a key that does nothing by itself closes it")
+        session.key("Escape")
+        eventually(lambda: not self.menus(), "Escape does")
+        for _ in range(5):
+            session.click(session.bar().middle("search"))
+            eventually(lambda: session.popups("COMBO") or session.active() != 0, "the search box has the keyboard")
+            session.key("Escape")
+            self.open(self.empty_bar())
+            time.sleep(0.3)
+            self.assertTrue(self.menus() and self.has_keyboard(), "it goes with the focus of the search box")
+            session.key("Escape")
+            eventually(lambda: not self.menus(), "it is closed")
 
     def test_each_of_the_bars_menu(self):
         session = self.session

@@ -39,7 +39,6 @@ class SettingsTest(Menus, Panels, unittest.TestCase):
     def show(self):
         """Opens the window by the bar's menu."""
         x, y, width, height = self.session.geometry(self.session.bars()[0])
-        time.sleep(0.5)  # As long as a hand takes from the keys to the mouse: a window manager may still hold the keyboard.
         self.session.click((x + width - 300, y + height // 2), 3)
         eventually(lambda: self.menus() and self.has_keyboard(), "the menu opens")
         self.session.key("Up", "Up", "Return")

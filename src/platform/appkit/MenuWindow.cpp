@@ -19,7 +19,6 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <QScreen>
-#include <QWindow>
 
 #include <algorithm>
 #include <optional>
@@ -174,6 +173,8 @@ public:
         setToolTipsVisible(true);
         setFont(toolkitFont(NSFont::systemFont(fontSize)));
         setPalette(QPalette(textColor, backgroundColor)); // For what the style sheet has no word for: arrows.
+        connect(qGuiApp, &QGuiApplication::applicationStateChanged, this,
+            [this](Qt::ApplicationState state) { toldState_ = state; });
         const QFontMetrics metrics(font());
         for (const NSMenuItem& item : menu_->itemArray())
             add(item, metrics);
@@ -183,7 +184,6 @@ public:
 
     /// Opens at the point as far as there is room; one that is longer scrolls.
     void popUp(QPoint point, const QRect& room);
-    void insistOnInput(int tries);
 
 protected:
     /// The toolkit places menus by what it believes to be free of the screen, which isn't right on every desktop.
@@ -204,6 +204,7 @@ protected:
             update();
     }
     void keyPressEvent(QKeyEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void add(const NSMenuItem& item, const QFontMetrics& metrics);
@@ -212,7 +213,19 @@ private:
     std::shared_ptr<PaintTime> paintTime_ = std::make_shared<PaintTime>();
     /// Absent in a submenu.
     std::optional<QPoint> corner_;
+    /// Whether the program was active, as last told.
+    Qt::ApplicationState toldState_ = QGuiApplication::applicationState();
 };
+
+/// The toolkit closes what has popped up when the program stops being the active one, before it tells anybody. Here that
+/// means nothing: a bar's menu opens while another program is active, and often just as one of our windows has gone.
+void MenuWidget::closeEvent(QCloseEvent* event)
+{
+    if (QGuiApplication::applicationState() == toldState_)
+        QMenu::closeEvent(event);
+    else
+        event->ignore();
+}
 
 void MenuWidget::popUp(QPoint point, const QRect& room)
 {
@@ -220,23 +233,6 @@ void MenuWidget::popUp(QPoint point, const QRect& room)
     const QSize size = sizeHint().boundedTo(maximumSize());
     corner_ = corner(point, size, room);
     popup(*corner_);
-    insistOnInput(20);
-}
-
-/// A window manager may still hold the pointer or the keyboard because of the very press that opened the menu. The
-/// toolkit asks for them once; a menu that got neither hears no key, and stays open whatever is pressed elsewhere.
-void MenuWidget::insistOnInput(int tries)
-{
-    constexpr double pause = 0.03;
-    QWindow* window = windowHandle();
-    if (!isVisible() || !window || tries == 0 || QGuiApplication::platformName() != QStringLiteral("xcb"))
-        return;
-    if (window->setKeyboardGrabEnabled(true) && window->setMouseGrabEnabled(true))
-        return;
-    RunLoop::main().schedule(pause, [menu = QPointer(this), tries] {
-        if (menu)
-            menu->insistOnInput(tries - 1);
-    });
 }
 
 void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
@@ -261,9 +257,12 @@ void MenuWidget::add(const NSMenuItem& item, const QFontMetrics& metrics)
         [menu = menu_, &item] { RunLoop::main().perform([menu, &item] { item.perform(); }); });
 }
 
-/// Key equivalents work while the menu is open.
+/// Key equivalents work while the menu is open. The toolkit would close it at Alt, also at one that was pressed for
+/// something else just before the menu opened, and told late.
 void MenuWidget::keyPressEvent(QKeyEvent* event)
 {
+    if (event->key() == Qt::Key_Alt)
+        return;
     const auto& items = menu_->itemArray();
     const std::string typed = event->text().toLower().toStdString();
     const auto held = event->modifiers() & (Qt::MetaModifier | Qt::AltModifier);

@@ -1,8 +1,10 @@
 #include "base/PropertyList.h"
 
+#include <glib.h>
 #include <locale.h>
 #include <plist/plist.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -167,6 +169,24 @@ Value valueOf(plist_t node)
     }
 }
 
+bool isSoundText(std::string_view text)
+{
+    return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr);
+}
+
+/// Whether it can be written again: binary files may hold text that is none.
+bool isSound(const Value& value)
+{
+    if (const auto* text = value.string())
+        return isSoundText(*text);
+    if (const auto* array = value.array())
+        return std::ranges::all_of(*array, isSound);
+    if (const auto* dictionary = value.dictionary())
+        return std::ranges::all_of(
+            *dictionary, [](const auto& entry) { return isSoundText(entry.first) && isSound(entry.second); });
+    return true;
+}
+
 plist_t nodeOf(const Value& value)
 {
     if (const auto flag = value.boolean())
@@ -206,7 +226,8 @@ std::optional<Value> PropertyList::parse(std::string_view bytes)
     const Node node(raw);
     if (!node)
         return std::nullopt;
-    return valueOf(node.get());
+    auto value = valueOf(node.get());
+    return isSound(value) ? std::optional(std::move(value)) : std::nullopt;
 }
 
 bool PropertyList::isBinary(std::string_view bytes)

@@ -1,10 +1,11 @@
 #include "x11/StatusItems.h"
 
+#include "base/RunLoop.h"
 #include "x11/Property.h"
 #include "x11/Selections.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QIcon>
 #include <QKeySequence>
 #include <QMenu>
@@ -18,6 +19,8 @@
 namespace x11 {
 namespace {
 
+/// When to look again whether a menu is still open, in seconds.
+constexpr double untilClosed = 0.5;
 /// The sizes that trays have room for, in pixels.
 constexpr int sides[] = { 16, 18, 20, 22, 24, 28, 32, 48, 64 };
 const QColor light(0xF2, 0xF3, 0xF5);
@@ -182,6 +185,14 @@ void StatusItems::follow()
 {
     if (items_->empty() || !notifier_.isThere())
         return;
+    // The toolkit may show a window of its own for an item, and then closes what has popped up.
+    if (QApplication::activePopupWidget()) {
+        RunLoop::main().schedule(untilClosed, [this, alive = std::weak_ptr(items_)] {
+            if (!alive.expired())
+                follow();
+        });
+        return;
+    }
     const Reply<xcb_get_selection_owner_reply_t> owner(xcb_get_selection_owner_reply(
         connection_, xcb_get_selection_owner(connection_, connection_.atoms().tray), nullptr));
     const xcb_window_t tray = owner ? owner->owner : xcb_window_t(XCB_WINDOW_NONE);
