@@ -130,7 +130,7 @@ class World:
 
     def __enter__(self):
         self.folder = tempfile.mkdtemp(prefix="vantry-e2e-")
-        kept = ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS")
+        kept = ("PATH", "ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS")
         self.environment = {name: os.environ[name] for name in kept if name in os.environ}
         for variable, name in {
             "HOME": "home", "XDG_CONFIG_HOME": "home/.config", "XDG_DATA_HOME": "home/.local/share",
