@@ -105,7 +105,8 @@ protected:
     std::vector<pid_t> fullScreenOwners()
     {
         std::vector<pid_t> owners;
-        for (const auto& space : windows().displaySpaces().at(0).spaces)
+        const auto displays = windows().displaySpaces();
+        for (const auto& space : displays.at(0).spaces)
             if (space.isFullScreen && space.owner)
                 owners.push_back(*space.owner);
         return owners;
