@@ -4,6 +4,7 @@ usage: VANTRY_PROGRAM=build/release/vantry python3 tools/pictures.py [PART...]  
 """
 
 import os
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -11,6 +12,8 @@ import time
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
 sys.path.insert(0, os.path.join(ROOT, "tests", "e2e"))
+from PIL import Image  # noqa: E402
+from Xlib import Xatom  # noqa: E402
 from session import PROGRAM, Session, eventually  # noqa: E402
 
 PICTURES = os.path.join(ROOT, "docs", "pictures")
@@ -54,6 +57,71 @@ def searching(session, name="search"):
     scale = session.scale
     save(session.picture(x, y - 200 * scale, 700 * scale, height + 200 * scale), name)
     session.key("Escape")
+
+
+def set_wallpaper(session):
+    """The embedded desktop's, on a real one."""
+    screen = session.display.screen()
+    width, height = screen.width_in_pixels, screen.height_in_pixels
+    path = os.path.join(session.folder, "wallpaper.png")
+    subprocess.run(["rsvg-convert", "-w", str(width), "-h", str(height), "-o", path,
+                    os.path.join(ROOT, "art", "wallpaper.svg")], check=True)
+    picture = Image.open(path).convert("RGB")
+    pixmap = session.root.create_pixmap(width, height, screen.root_depth)
+    pixmap.put_pil_image(pixmap.create_gc(), 0, 0, picture)
+    session.root.change_property(session.atom("_XROOTPMAP_ID"), Xatom.PIXMAP, 32, [pixmap.id])
+    session.root.change_attributes(background_pixmap=pixmap)
+    session.root.clear_area(0, 0, 0, 0)
+    session.display.sync()
+
+
+def desktop():
+    """A real desktop in use, with a preview open."""
+    with Session(size="1600x900", has_shipped_icons=True) as session:
+        home = session.environment["HOME"]
+        shutil.copy("/usr/share/applications/pcmanfm.desktop", os.path.join(session.folder, "share/applications"))
+        with open(os.path.join(session.environment["XDG_CONFIG_HOME"], "mimeapps.list"), "w", encoding="ascii") as file:
+            file.write("[Default Applications]\ninode/directory=pcmanfm.desktop\n")
+        for name in ("Garden", "Letters", "Music", "Recipes", "Travel"):
+            os.makedirs(os.path.join(home, name))
+        for name, text in {"garden plan.txt": "Beds\n\n  north   roses, lavender\n  south   tomatoes, basil\n  west    apple tree\n"
+                           "\nTo do\n\n  prune the roses in March\n  new soil for the tomatoes\n",
+                           "shopping.txt": "bread\nbutter\nplums\n"}.items():
+            with open(os.path.join(home, name), "w", encoding="utf-8") as file:
+                file.write(text)
+        open(os.path.join(session.trash_folder(), "old list.txt"), "w", encoding="ascii").close()
+        path = os.path.join(session.environment["XDG_CONFIG_HOME"], "pcmanfm/default")
+        os.makedirs(path)
+        with open(os.path.join(path, "pcmanfm.conf"), "w", encoding="ascii") as file:
+            file.write("[ui]\npathbar_mode_buttons=1\nside_pane_mode=hidden;places\n")
+        set_wallpaper(session)
+        session.start("picom", "--backend", "xrender", "--config", "/dev/null")
+        session.write_settings(barStyle="translucent", barOpacity=0.85, showFinderButton=False,
+                               extraPinnedPaths=["/Applications/FeatherPad.app"])
+        travel = session.open("Pcmanfm", "pcmanfm", os.path.join(home, "Travel"))
+        manager = session.open("Pcmanfm", "pcmanfm", "-n", home)
+        editor = session.open("L3afpad", "l3afpad", os.path.join(home, "garden plan.txt"))
+        terminal = session.open("XTerm", "xterm", "-title", "home", "-fa", "Monospace", "-fs", "10", "-geometry", "70x16+880+90", "-e",
+                                "sh", "-c", "cd; ls -l --color=always; sleep 1000")
+        for window, place in ((manager, (60, 60, 640, 420)), (editor, (560, 300, 560, 380)), (travel, (200, 200, 520, 340))):
+            session.ask(window, "_NET_MOVERESIZE_WINDOW", 1 | 0xF00 | 2 << 12, *place)
+        for window in (manager, terminal, editor):
+            session.activate(window)
+        session.start_bar()
+        time.sleep(2)
+        bar = session.bar()
+        index = next(number for number in range(5) if opens_preview(session, bar.button(number), 2))
+        session.move(*bar.button(index))
+        time.sleep(2)
+        save(session.picture(), "desktop")
+
+
+def opens_preview(session, point, cards):
+    """Whether hovering there shows a preview of so many windows."""
+    session.move(*point)
+    time.sleep(1.5)
+    panels = session.popups("POPUP_MENU")
+    return bool(panels) and session.geometry(panels[0])[2] > 180 * cards
 
 
 def on_x11():
@@ -255,6 +323,6 @@ def film():
 
 
 os.makedirs(PICTURES, exist_ok=True)
-for part in (embedded, on_x11, menus, doubled, film, settings, double_settings, status):
+for part in (desktop, embedded, on_x11, menus, doubled, film, settings, double_settings, status):
     if len(sys.argv) < 2 or part.__name__ in sys.argv[1:]:
         part()
