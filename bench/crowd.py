@@ -1,8 +1,7 @@
 """Measures what many windows cost a panel, on a private Xvfb with a window manager: the CPU of its process while they
 appear, while the focus changes, while nothing happens and while they close, and its longest stalls.
 
-usage: VANTRY_PROGRAM=build/release/vantry python3 bench/crowd.py --client build/release/tests/window_client
-           [--program "COMMAND"] [--windows 100,500,2000] [--programs 20]
+usage: VANTRY_PROGRAM=build/release/vantry python3 bench/crowd.py [--program "COMMAND"] [--windows 100,500,2000] [--programs 20]
 
 A stall is how long the panel takes to answer `_NET_WM_PING`, which is asked of it all the while in a run of its own;
 with it what its main thread worked meanwhile, which other programs on the machine make no longer. Beside it stands a
@@ -13,7 +12,6 @@ import multiprocessing
 import os
 import random
 import shlex
-import subprocess
 import sys
 import time
 
@@ -21,7 +19,7 @@ from Xlib import X, display, error
 from Xlib.protocol import event
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
-from program import cpu_seconds  # noqa: E402
+from program import cpu_seconds, processes_of  # noqa: E402
 from session import PROGRAM, WINDOW_MANAGER, Session, eventually  # noqa: E402
 
 FOCUS_CHANGES = 50
@@ -29,44 +27,63 @@ FOCUS_CHANGES = 50
 QUIET = 1.5
 
 
+def make_windows(name, program, pipe):
+    """A program: opens a window for each name that it is given, closes the one that it opened first for none, and gives the
+    window's number once the server has done so."""
+    server = display.Display(name)
+    screen, windows = server.screen(), []
+    title, utf8 = server.intern_atom("_NET_WM_NAME"), server.intern_atom("UTF8_STRING")
+    while True:
+        try:
+            text = pipe.recv()
+        except EOFError:
+            return
+        if text is None:
+            window = windows.pop(0)
+            window.destroy()
+        else:
+            window = screen.root.create_window(random.randrange(1400), random.randrange(600), 400, 300, 0, X.CopyFromParent,
+                                               background_pixel=screen.white_pixel)
+            window.set_wm_class(program, program)
+            window.change_property(title, utf8, 8, text.encode())
+            window.map()
+            windows.append(window)
+        server.sync()
+        pipe.send(window.id)
+
+
 class Crowd:
     """Programs with windows."""
 
-    def __init__(self, session, client, programs):
-        self.programs = [subprocess.Popen([client, f"crowd{number}"], env=session.environment, stdin=subprocess.PIPE,
-                                          stdout=subprocess.PIPE, text=True, bufsize=1) for number in range(programs)]
-        self.windows = [[] for _ in self.programs]
+    def __init__(self, session, programs, name="crowd"):
+        context = multiprocessing.get_context("fork")
+        self.programs, self.windows, self.pipes = [], [], []
+        for number in range(programs):
+            mine, theirs = context.Pipe()
+            self.pipes.append(mine)
+            self.programs.append(context.Process(target=make_windows, daemon=True,
+                                                 args=(session.environment["DISPLAY"], f"{name}{number}", theirs)))
+            self.programs[-1].start()
 
-    def each(self, lines):
-        """Gives each program its lines, all of them at once, and returns the answers."""
-        for program, own in zip(self.programs, lines):
-            program.stdin.write("".join(line + "\n" for line in own))
-            program.stdin.flush()
-        return [[int(program.stdout.readline()) for _ in own] for program, own in zip(self.programs, lines)]
+    def each(self, count, text):
+        """So many of the programs do it at once; what they answer."""
+        for pipe in self.pipes[:count]:
+            pipe.send(text)
+        return [pipe.recv() for pipe in self.pipes[:count]]
 
     def open(self, count):
-        """Windows come as in life: each is made, named and mapped before the next."""
-        for number in range(count):
-            place = number % len(self.programs)
-            self.windows[place].append(None)
-        for turn in range(max(map(len, self.windows))):
-            mine = [len(own) > turn for own in self.windows]
-            made = self.each([[f"create {random.randrange(1400)} {random.randrange(600)} 400 300"] * here for here in mine])
-            for own, answers in zip(self.windows, made):
-                own[turn:turn + 1] = answers
-            self.each([[f"text {answers[0]} _NET_WM_NAME UTF8_STRING Window {turn}", f"map {answers[0]}"] if answers else []
-                       for answers in made])
+        for turn, first in enumerate(range(0, count, len(self.programs))):
+            self.windows += self.each(count - first, f"Window {turn}")
 
     def close(self):
-        for turn in range(max(map(len, self.windows))):
-            self.each([[f"destroy {own[turn]}"] if len(own) > turn else [] for own in self.windows])
-        self.windows = [[] for _ in self.programs]
+        for first in range(0, len(self.windows), len(self.programs)):
+            self.each(len(self.windows) - first, None)
+        self.windows = []
 
     def end(self):
         for program in self.programs:
-            program.stdin.close()
-        for program in self.programs:
-            program.wait()
+            program.terminate()
+            program.join()
 
 
 def answer_pings(name, ready):
@@ -147,15 +164,15 @@ class Stalls:
         self.beside.terminate()
 
 
-def panel_window(session):
-    """The first dock; none while there is none."""
+def docks(session):
+    found = []
     for window in session.clients():
         try:
             if "_NET_WM_WINDOW_TYPE_DOCK" in session.atoms(window, "_NET_WM_WINDOW_TYPE"):
-                return window.id
+                found.append(window)
         except error.XError:
             continue
-    return None
+    return found
 
 
 def wait(condition, what, timeout):
@@ -167,14 +184,18 @@ def wait(condition, what, timeout):
         time.sleep(0.1)
 
 
+def cpu_of(session, process):
+    return cpu_seconds(*processes_of(session, process))
+
+
 def settle(session, process, count, timeout):
     """Waits until the window manager lists so many windows and the process has come to rest."""
     wait(lambda: len(session.property(session.root, "_NET_CLIENT_LIST") or []) == count,
          f"the window manager has {count} windows", timeout)
-    before, end = cpu_seconds(process.pid), time.monotonic() + timeout
+    before, end = cpu_of(session, process), time.monotonic() + timeout
     while time.monotonic() < end:
         time.sleep(QUIET)
-        now = cpu_seconds(process.pid)
+        now = cpu_of(session, process)
         if now - before < 0.01 * QUIET:
             return
         before = now
@@ -186,32 +207,32 @@ def change_focus(session, windows):
         wait(lambda: session.active() == number, "the window is active", 120)
 
 
-def measure(command, client, count, programs, idle, settings):
+def measure(command, count, programs, idle, settings):
     """CPU of each phase in milliseconds, and its duration in seconds; of doing nothing, milliseconds a second."""
     def phases(session, process, crowd, listed):
         timeout = 60 + count / 10
 
         def phase(act, after):
-            before, start = cpu_seconds(process.pid), time.monotonic()
+            before, start = cpu_of(session, process), time.monotonic()
             act()
             settle(session, process, after, timeout)
-            return (cpu_seconds(process.pid) - before) * 1000, time.monotonic() - start - QUIET
+            return (cpu_of(session, process) - before) * 1000, time.monotonic() - start - QUIET
 
         yield "appear", *phase(lambda: crowd.open(count), listed + count)
-        windows = [number for own in crowd.windows for number in own]
+        windows = crowd.windows
         yield "focus", *phase(lambda: change_focus(session, windows), listed + count)
-        before, start = cpu_seconds(process.pid), time.monotonic()
+        before, start = cpu_of(session, process), time.monotonic()
         time.sleep(idle)
-        yield "idle", (cpu_seconds(process.pid) - before) * 1000 / (time.monotonic() - start), idle
+        yield "idle", (cpu_of(session, process) - before) * 1000 / (time.monotonic() - start), idle
         yield "close", *phase(crowd.close, listed)
 
-    yield from with_crowd(command, client, count, programs, settings, phases)
+    yield from with_crowd(command, count, programs, settings, phases)
 
 
-def measure_stalls(command, client, count, programs, settings):
+def measure_stalls(command, count, programs, settings):
     """While windows come and while they go: the longest stall, the most work in one, the longest of the window beside."""
     def phases(session, process, crowd, listed):
-        stalls = Stalls(session, process.pid, panel_window(session))
+        stalls = Stalls(session, process.pid, docks(session)[0].id)
         try:
             for name, act, after in (("appear", lambda: crowd.open(count), listed + count), ("close", crowd.close, listed)):
                 time.sleep(1)
@@ -222,19 +243,19 @@ def measure_stalls(command, client, count, programs, settings):
         finally:
             stalls.end()
 
-    yield from with_crowd(command, client, count, programs, settings, phases)
+    yield from with_crowd(command, count, programs, settings, phases)
 
 
-def with_crowd(command, client, count, programs, settings, phases):
+def with_crowd(command, count, programs, settings, phases):
     random.seed(count)
     with Session() as session:
         session.write_settings(**settings)
         process = session.start(*shlex.split(command), env={"BAR_DEBUG": "0", "BAR_TIMING": "0"},
                                 log=os.environ.get("CROWD_LOG"))
-        eventually(lambda: panel_window(session), "the panel is there", 20)
+        eventually(lambda: docks(session), "the panel is there", 20)
         time.sleep(3)
         listed = len(session.property(session.root, "_NET_CLIENT_LIST"))
-        crowd = Crowd(session, client, programs)
+        crowd = Crowd(session, programs)
         yield from phases(session, process, crowd, listed)
         crowd.end()
 
@@ -242,7 +263,6 @@ def with_crowd(command, client, count, programs, settings, phases):
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--program", default=PROGRAM, help="the panel's command line")
-    parser.add_argument("--client", required=True, help="the program that opens windows")
     parser.add_argument("--windows", default="100,500,2000")
     parser.add_argument("--programs", type=int, default=20)
     parser.add_argument("--idle", type=float, default=20, help="seconds of the idle measurement")
@@ -252,14 +272,13 @@ def main():
 
     settings = {"grouping": options.grouping} if options.grouping else {}
     print(f"{options.program} on {WINDOW_MANAGER}, {options.programs} programs")
-    crowd = options.program, options.client
     for count in map(int, options.windows.split(",")):
         if options.only != "stalls":
-            for what, cpu, took in measure(*crowd, count, options.programs, options.idle, settings):
+            for what, cpu, took in measure(options.program, count, options.programs, options.idle, settings):
                 unit = "ms a second" if what == "idle" else "ms of CPU"
                 print(f"{count:6} windows {what:8} {cpu:9.2f} {unit:12} in {took:6.1f} s", flush=True)
         if options.only != "cpu":
-            for what, longest, work, beside in measure_stalls(*crowd, count, options.programs, settings):
+            for what, longest, work, beside in measure_stalls(options.program, count, options.programs, settings):
                 print(f"{count:6} windows {what:8} longest stall {longest:6.1f} ms, at most {work:6.1f} ms of work in one, "
                       f"{beside:6.1f} ms beside", flush=True)
 

@@ -200,7 +200,7 @@ class Session(World):
         running.append(self)
         try:
             self._start_server()
-            self._start_bus()
+            self.start_bus()
             if self.window_manager_name:
                 self.start_window_manager()
         except BaseException:
@@ -255,14 +255,21 @@ class Session(World):
         except error.DisplayConnectionError:
             return None
 
-    def _start_bus(self):
+    def end_bus(self):
+        bus = next(process for process in self.processes if process.args[0] == "dbus-daemon")
+        bus.terminate()
+        bus.wait(5)
+        self.processes.remove(bus)
+
+    def start_bus(self, *arguments):
         read, write = os.pipe()
-        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address", str(write)],
+        bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address", str(write), *arguments],
                                pass_fds=[write], env=self.environment, stdin=subprocess.DEVNULL,
                                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.processes.append(bus)
         os.close(write)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = os.read(read, 4096).decode().strip()
+        # One that is started at the same address has another identity.
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = os.read(read, 4096).decode().strip().split(",guid=")[0]
         os.close(read)
 
     def start_window_manager(self):

@@ -6,7 +6,7 @@ import subprocess
 import time
 import unittest
 
-from parts import Menus
+from parts import Counter, Menus
 from session import Session, eventually
 from Xlib import display
 
@@ -88,12 +88,22 @@ class LongDayTest(Menus, unittest.TestCase):
             self.session.key("Alt+1")
             eventually(lambda: self.session.active() == self.terminal.id, "and the other")
 
-    def test_the_session_bus_goes(self):
+    def test_the_session_bus_goes_and_comes(self):
+        """What is told on the new one is heard."""
         session = self.session
-        bus = next(process for process in session.processes if "dbus-daemon" in process.args[0])
-        bus.terminate()
-        bus.wait(5)
-        session.processes.remove(bus)
+        session.move(900, 300)
+        badge = lambda: session.picture(session.bar().button(0)[0] + 8, session.bar().y + 8, 10, 10).tobytes()
+        without = badge()
+        for _ in range(2):
+            session.end_bus()
+            self.tearDown()
+            session.move(900, 300)
+            eventually(lambda: badge() == without, "nobody has told of a badge")
+            session.start_bus("--address", session.environment["DBUS_SESSION_BUS_ADDRESS"])
+            counter = Counter(session, "debian-xterm.desktop")
+            eventually(lambda: counter.tell(7) or badge() != without, "a badge is told of")
+        counter.end()
+        eventually(lambda: badge() == without, "it goes with its sender")
 
     def test_the_theme_of_icons_changes(self):
         session = self.session

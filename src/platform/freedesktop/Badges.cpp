@@ -1,8 +1,7 @@
 #include "freedesktop/Badges.h"
 
-#include "freedesktop/SessionBus.h"
-
 #include <algorithm>
+#include <utility>
 
 namespace freedesktop {
 namespace {
@@ -44,44 +43,41 @@ std::optional<BadgeUpdate> BadgeUpdate::parse(GVariant* parameters)
     return told;
 }
 
+Badges::Badges(LastingBus& bus, DesktopEntries& entries, pid_t owner)
+    : entries_(entries)
+    , owner_(owner)
+{
+    bus.add({ [this](GDBusConnection* opened) { listen(opened); },
+        [this] {
+            // With it all who told something.
+            stopListening();
+            std::ranges::for_each(launchers_, hide);
+        } });
+}
+
 Badges::~Badges()
 {
-    if (cancellable_) {
-        g_cancellable_cancel(cancellable_);
-        g_object_unref(cancellable_);
-    }
-    if (!bus_)
-        return;
-    for (const guint subscription : subscriptions_)
-        g_dbus_connection_signal_unsubscribe(bus_, subscription);
-    g_object_unref(bus_);
-}
-
-void Badges::connect()
-{
-    if (cancellable_ || !hasSessionBus())
-        return;
-    cancellable_ = g_cancellable_new();
-    g_bus_get(G_BUS_TYPE_SESSION, cancellable_, onBus, this);
-}
-
-void Badges::onBus(GObject*, GAsyncResult* result, gpointer self)
-{
-    // A cancelled call means that `self` is gone.
-    if (GDBusConnection* bus = g_bus_get_finish(result, nullptr))
-        static_cast<Badges*>(self)->listen(bus);
+    stopListening();
 }
 
 void Badges::listen(GDBusConnection* bus)
 {
-    bus_ = bus;
-    g_dbus_connection_set_exit_on_close(bus, FALSE);
+    bus_ = static_cast<GDBusConnection*>(g_object_ref(bus));
     subscriptions_ = {
         g_dbus_connection_signal_subscribe(bus, nullptr, "com.canonical.Unity.LauncherEntry", "Update", nullptr,
             nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onUpdate, this, nullptr),
         g_dbus_connection_signal_subscribe(bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
             "/org/freedesktop/DBus", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onNameGone, this, nullptr),
     };
+}
+
+void Badges::stopListening()
+{
+    if (!bus_)
+        return;
+    for (const guint subscription : subscriptions_)
+        g_dbus_connection_signal_unsubscribe(bus_, subscription);
+    g_object_unref(std::exchange(bus_, nullptr));
 }
 
 void Badges::onUpdate(
@@ -125,13 +121,17 @@ void Badges::update(const std::string& sender, const BadgeUpdate& told)
         = { entry ? entry->entry.name : told.entryId, launcher.isVisible ? std::to_string(launcher.count) : "" };
 }
 
+void Badges::hide(Launcher& launcher)
+{
+    launcher.isVisible = false;
+    launcher.badge.text.clear();
+}
+
 void Badges::dropSender(const std::string& sender)
 {
     for (Launcher& launcher : launchers_) {
-        if (launcher.sender != sender)
-            continue;
-        launcher.isVisible = false;
-        launcher.badge.text.clear();
+        if (launcher.sender == sender)
+            hide(launcher);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "freedesktop/DesktopEntries.h"
+#include "freedesktop/LastingBus.h"
 #include "host/Badges.h"
 
 #include <gio/gio.h>
@@ -28,17 +29,10 @@ struct BadgeUpdate {
 class Badges final : public host::Badges {
 public:
     /// `owner` is the process that counts as the one which shows them.
-    Badges(DesktopEntries& entries, pid_t owner)
-        : entries_(entries)
-        , owner_(owner)
-    {
-    }
+    Badges(LastingBus& bus, DesktopEntries& entries, pid_t owner);
     ~Badges() override;
     Badges(const Badges&) = delete;
     Badges& operator=(const Badges&) = delete;
-
-    /// Begins to listen, if there is a session bus. Returns at once.
-    void connect();
 
     std::optional<pid_t> owner() override { return owner_; }
     /// Of every application that ever showed one.
@@ -54,21 +48,21 @@ private:
         host::Badge badge;
     };
 
-    static void onBus(GObject*, GAsyncResult* result, gpointer self);
     static void onUpdate(GDBusConnection*, const char* sender, const char* path, const char* interface,
         const char* signal, GVariant* parameters, gpointer self);
     static void onNameGone(GDBusConnection*, const char* sender, const char* path, const char* interface,
         const char* signal, GVariant* parameters, gpointer self);
 
     void listen(GDBusConnection* bus);
+    void stopListening();
     void update(const std::string& sender, const BadgeUpdate& told);
     void dropSender(const std::string& sender);
+    static void hide(Launcher& launcher);
     Launcher& launcherOf(const std::string& entryId);
 
     DesktopEntries& entries_;
     pid_t owner_;
     std::vector<Launcher> launchers_;
-    GCancellable* cancellable_ = nullptr;
     GDBusConnection* bus_ = nullptr;
     std::vector<guint> subscriptions_;
 };

@@ -1,7 +1,5 @@
 #include "freedesktop/NotifierHost.h"
 
-#include "freedesktop/SessionBus.h"
-
 #include <utility>
 
 namespace freedesktop {
@@ -12,23 +10,31 @@ constexpr const char* path = "/StatusNotifierWatcher";
 
 }
 
+NotifierHost::NotifierHost(LastingBus& bus)
+{
+    bus.add({ [this](GDBusConnection* opened) { watch(opened); },
+        [this] {
+            stopWatching();
+            set(false);
+        } });
+}
+
 NotifierHost::~NotifierHost()
+{
+    stopWatching();
+}
+
+void NotifierHost::watch(GDBusConnection* bus)
+{
+    watch_ = g_bus_watch_name_on_connection(
+        bus, watcher, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
+}
+
+void NotifierHost::stopWatching()
 {
     stopListening();
     if (watch_)
-        g_bus_unwatch_name(watch_);
-}
-
-void NotifierHost::connect()
-{
-    if (watch_)
-        return;
-    if (!hasSessionBus()) {
-        set(false);
-        return;
-    }
-    watch_ = g_bus_watch_name(
-        G_BUS_TYPE_SESSION, watcher, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
+        g_bus_unwatch_name(std::exchange(watch_, 0));
 }
 
 void NotifierHost::onAppeared(GDBusConnection* bus, const char*, const char*, gpointer self)
@@ -46,7 +52,6 @@ void NotifierHost::listen(GDBusConnection* bus)
 {
     stopListening();
     bus_ = static_cast<GDBusConnection*>(g_object_ref(bus));
-    g_dbus_connection_set_exit_on_close(bus, FALSE);
     cancellable_ = g_cancellable_new();
     subscription_ = g_dbus_connection_signal_subscribe(bus, watcher, watcher, "StatusNotifierHostRegistered", path,
         nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);

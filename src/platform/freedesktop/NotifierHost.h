@@ -1,5 +1,7 @@
 #pragma once
 
+#include "freedesktop/LastingBus.h"
+
 #include <gio/gio.h>
 
 #include <functional>
@@ -10,13 +12,11 @@ namespace freedesktop {
 /// Whether a panel shows the status items that programs tell of on the session bus. Main thread.
 class NotifierHost {
 public:
-    NotifierHost() = default;
+    explicit NotifierHost(LastingBus& bus);
     ~NotifierHost();
     NotifierHost(const NotifierHost&) = delete;
     NotifierHost& operator=(const NotifierHost&) = delete;
 
-    /// Begins to look. Returns at once.
-    void connect();
     /// Absent until it is known, and while whoever should know doesn't answer.
     std::optional<bool> isThere() const { return isThere_; }
 
@@ -29,6 +29,8 @@ private:
     static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
         const char* signal, GVariant* parameters, gpointer self);
 
+    void watch(GDBusConnection* bus);
+    void stopWatching();
     void listen(GDBusConnection* bus);
     void stopListening();
     void ask();

@@ -1,7 +1,5 @@
 #include "freedesktop/PortalAppearance.h"
 
-#include "freedesktop/SessionBus.h"
-
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
@@ -68,19 +66,27 @@ struct PortalAppearance::Asked {
     const char* key;
 };
 
+PortalAppearance::PortalAppearance(LastingBus& bus)
+{
+    bus.add({ [this](GDBusConnection* opened) { watch(opened); }, [this] { stopWatching(); } });
+}
+
 PortalAppearance::~PortalAppearance()
+{
+    stopWatching();
+}
+
+void PortalAppearance::watch(GDBusConnection* bus)
+{
+    watch_ = g_bus_watch_name_on_connection(
+        bus, portal, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
+}
+
+void PortalAppearance::stopWatching()
 {
     stopListening();
     if (watch_)
-        g_bus_unwatch_name(watch_);
-}
-
-void PortalAppearance::connect()
-{
-    if (watch_ || !hasSessionBus())
-        return;
-    watch_ = g_bus_watch_name(
-        G_BUS_TYPE_SESSION, portal, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
+        g_bus_unwatch_name(std::exchange(watch_, 0));
 }
 
 std::optional<std::uint32_t> PortalAppearance::accentColor() const
@@ -103,7 +109,6 @@ void PortalAppearance::listen(GDBusConnection* bus)
 {
     stopListening();
     bus_ = static_cast<GDBusConnection*>(g_object_ref(bus));
-    g_dbus_connection_set_exit_on_close(bus, FALSE);
     subscription_ = g_dbus_connection_signal_subscribe(bus, portal, interfaceName, "SettingChanged", path, appearance,
         G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
     cancellable_ = g_cancellable_new();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "freedesktop/LastingBus.h"
+
 #include <gio/gio.h>
 
 #include <cstdint>
@@ -10,17 +12,13 @@
 namespace freedesktop {
 
 /// How the user wants programs to look, as the portal of settings says it ("org.freedesktop.appearance"), as soon as
-/// and as long as it says so. Main thread.
+/// and as long as it says so. A portal that doesn't run isn't started. Main thread.
 class PortalAppearance {
 public:
-    PortalAppearance() = default;
+    explicit PortalAppearance(LastingBus& bus);
     ~PortalAppearance();
     PortalAppearance(const PortalAppearance&) = delete;
     PortalAppearance& operator=(const PortalAppearance&) = delete;
-
-    /// Begins to ask and to listen, if there is a session bus. Returns at once. A portal that doesn't run isn't
-    /// started.
-    void connect();
 
     /// The accent colour, 0xRRGGBB: where the portal names none, how the theme of the toolkit marks what is selected.
     /// Absent where nobody has chosen one.
@@ -39,6 +37,8 @@ private:
     static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
         const char* signal, GVariant* parameters, gpointer self);
 
+    void watch(GDBusConnection* bus);
+    void stopWatching();
     void listen(GDBusConnection* bus);
     void stopListening();
     void set(std::string_view key, GVariant* value);

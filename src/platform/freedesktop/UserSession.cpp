@@ -45,14 +45,14 @@ void seed(const std::string& domain, const Value& values)
 
 }
 
-void UserSession::connect()
+UserSession::UserSession(LastingBus& bus)
+    : appearance_(bus)
 {
     appearance_.onAccentColor = [this] {
         if (onAccentColorChange)
             onAccentColorChange();
     };
     appearance_.onScheme = [this] { Scheme::follow(appearance_.prefersDark()); };
-    appearance_.connect();
 }
 
 std::string UserSession::preferencesFolder()

@@ -160,10 +160,12 @@ private:
     std::unique_ptr<QSystemTrayIcon> tray_;
 };
 
-StatusItems::StatusItems(Connection& connection, const Monitors& monitors, std::function<void()> hasWaited)
+StatusItems::StatusItems(
+    freedesktop::LastingBus& bus, Connection& connection, const Monitors& monitors, std::function<void()> hasWaited)
     : connection_(connection)
     , monitors_(monitors)
     , hasWaited_(std::move(hasWaited))
+    , notifier_(bus)
 {
     notifier_.onChange = [this] { follow(); };
 }

@@ -19,13 +19,12 @@ namespace x11 {
 class StatusItems final : public host::StatusItems {
 public:
     /// `hasWaited` is called after the server was waited for: events may have come along.
-    StatusItems(Connection& connection, const Monitors& monitors, std::function<void()> hasWaited);
+    StatusItems(freedesktop::LastingBus& bus, Connection& connection, const Monitors& monitors,
+        std::function<void()> hasWaited);
     ~StatusItems() override;
 
     std::unique_ptr<host::StatusItem> add() override;
 
-    /// Begins to look for a panel on the session bus.
-    void connect() { notifier_.connect(); }
     void handle(const xcb_generic_event_t& event);
 
 private:

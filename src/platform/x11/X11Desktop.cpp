@@ -1,6 +1,7 @@
 #include "x11/X11Desktop.h"
 
 #include "base/Clock.h"
+#include "base/Pending.h"
 #include "base/RunLoop.h"
 #include "freedesktop/Agents.h"
 #include "freedesktop/Badges.h"
@@ -26,7 +27,6 @@
 #include <QSocketNotifier>
 
 #include <algorithm>
-#include <mutex>
 #include <set>
 
 namespace x11 {
@@ -54,33 +54,6 @@ std::uint64_t now()
 {
     return RunLoop::main().clock().nanoseconds();
 }
-
-/// A block on the main run loop that is there at most once, and goes with its owner. Any thread schedules it.
-class Pending {
-public:
-    ~Pending() { RunLoop::main().cancel(handle_); }
-
-    void schedule(double seconds, RunLoop::Block block)
-    {
-        const std::lock_guard lock(mutex_);
-        if (handle_ != 0)
-            return;
-        handle_ = RunLoop::main().schedule(seconds, [this, block = std::move(block)] {
-            forget();
-            block();
-        });
-    }
-
-private:
-    void forget()
-    {
-        const std::lock_guard lock(mutex_);
-        handle_ = 0;
-    }
-
-    std::mutex mutex_;
-    RunLoop::Handle handle_ = 0;
-};
 
 /// Input comes over the toolkit's connection and may overtake what came before it on ours. So that a click acts on what
 /// the user saw, ours is read first.
@@ -129,9 +102,7 @@ public:
         // The toolkit's event loop may not be there yet.
         start_.schedule(0, [this] { listen(); });
         busStart_.schedule(busDelay, [this] {
-            badges_.connect();
-            session_.connect();
-            statusItems_.connect();
+            bus_.connect();
             freedesktop::Agents::followMovedTools();
         });
     }
@@ -333,17 +304,18 @@ private:
     ProcessList processes_ { *connection_, mirror_, manager_, applications_, instance_.other(),
         [this] { updateProcessesSoon(); } };
     WindowList windows_ { mirror_, monitors_ };
-    freedesktop::Badges badges_ { applications_.entries(), freedesktop::StandIns::dock };
+    freedesktop::LastingBus bus_;
+    freedesktop::Badges badges_ { bus_, applications_.entries(), freedesktop::StandIns::dock };
     WindowElements elements_ { mirror_, manager_, processes_ };
     PointerWatch pointer_ { *connection_, monitors_, [this] { drainSoon(); } };
     Keyboard keyboard_ { *connection_, [this] { drainSoon(); } };
     BarSurface surfaces_ { *connection_, mirror_, monitors_, manager_ };
     WindowCapture capture_ { mirror_ };
-    freedesktop::UserSession session_;
+    freedesktop::UserSession session_ { bus_ };
     freedesktop::PanelFollower panels_ { applications_.entries() };
     freedesktop::Tools tools_;
     freedesktop::LoginItem loginItem_;
-    StatusItems statusItems_ { *connection_, monitors_, [this] { drainSoon(); } };
+    StatusItems statusItems_ { bus_, *connection_, monitors_, [this] { drainSoon(); } };
 
     bool isDisplayStale_ = false;
     /// Whether a process was asked for something since they were last looked at.
