@@ -1,5 +1,5 @@
 // A day on the embedded desktop, on a clock that is stepped: ticks, hovers, clicks, windows that come and go. What the
-// process holds is told every hour of it.
+// process holds is told every hour of it, or of as many hours as are given.
 
 #include "app/AppDelegate.h"
 #include "embedded/EmbeddedDesktop.h"
@@ -13,11 +13,12 @@
 #include <malloc.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 
 namespace {
 
-constexpr int hours = 24;
+constexpr int hoursADay = 24;
 constexpr int minutesAnHour = 60;
 
 double heldMiB()
@@ -48,12 +49,14 @@ void work(embedded::EmbeddedDesktop& desktop, ManualClock& clock, pid_t mail, Ba
     clock.advance(10);
     world.close(window);
     clock.advance(20);
+    QCoreApplication::processEvents();
 }
 
 }
 
 int main(int argc, char** argv)
 {
+    const int hours = argc > 1 ? std::atoi(argv[1]) : hoursADay;
     QApplication toolkit(argc, argv);
     ManualClock clock;
     RunLoop::main().setClock(&clock);

@@ -35,7 +35,7 @@ def pss_mib(*pids):
 
 
 # What any program may have the session bus start.
-SERVICES = ("dconf-service", "xfconfd", "at-spi", "gvfsd", "dbus-")
+SERVICES = ("dconf-service", "xfconfd", "at-spi", "gvfsd")
 
 
 def processes_of(session, process):
@@ -50,9 +50,11 @@ def processes_of(session, process):
                 children = [int(child) for child in file.read().split()]
             for child in children:
                 with open(f"/proc/{child}/comm", encoding="utf-8") as file:
-                    if not file.read().startswith(SERVICES):
-                        found.append(child)
-                        waiting.append(child)
+                    name = file.read()
+                if not name.startswith(SERVICES):
+                    waiting.append(child)
+                    # The bus starts each by way of another process of its own.
+                    found += [] if name.startswith("dbus-") else [child]
     return found
 
 

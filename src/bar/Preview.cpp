@@ -7,10 +7,12 @@
 #include "system/WindowIndex.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <set>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -73,6 +75,16 @@ void captureImage(const SCWindow& window, const Completion& completion)
         });
 }
 
+/// What was taken of windows that are no more.
+void dropGone(const std::vector<SCWindow>& windows)
+{
+    if (windows.empty()) // There are always some; they couldn't be read.
+        return;
+    std::set<std::uint32_t> numbers;
+    std::ranges::transform(windows, std::inserter(numbers, numbers.end()), &SCWindow::windowID);
+    std::erase_if(state().cache, [&](const auto& entry) { return !numbers.contains(entry.first); });
+}
+
 void capture(std::uint32_t windowID, const Completion& completion)
 {
     SCShareableContent::getShareableContent(
@@ -81,6 +93,7 @@ void capture(std::uint32_t windowID, const Completion& completion)
                 logFailure(*error);
             if (!content)
                 return completion(std::nullopt);
+            dropGone(content->windows());
             const auto window = std::ranges::find(content->windows(), windowID, &SCWindow::windowID);
             if (window == content->windows().end())
                 return completion(std::nullopt);

@@ -363,6 +363,10 @@ TEST_F(HoverTest, AThumbnailIsCapturedOnceAndAgainWhenItIsOld)
     const auto captures = [&] { return count("capture"); };
     int ready = 0;
     const auto ask = [&] { return Preview::thumbnail(inbox_, [&] { ++ready; }); };
+    const auto openThumbnail = [&] {
+        Preview::thumbnail(openWindow(mail_, { 0, 0, 300, 300 }), [] {});
+        advance(0.1);
+    };
     world().faults().captureDelay = 0.1;
 
     EXPECT_FALSE(ask());
@@ -394,6 +398,13 @@ TEST_F(HoverTest, AThumbnailIsCapturedOnceAndAgainWhenItIsOld)
         advance(0.1);
         EXPECT_EQ(Preview::thumbnail(window, [] {})->size(), size);
     }
+
+    world().setMinimised(inbox_, true);
+    openThumbnail();
+    EXPECT_TRUE(ask()) << "of a window that is there, if not to be seen";
+    world().close(inbox_);
+    openThumbnail();
+    EXPECT_FALSE(ask()) << "nothing is kept of one that is no more";
 }
 
 TEST_F(HoverTest, ACaptureThatFailsLeavesAPlaceholder)
