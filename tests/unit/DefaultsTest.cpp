@@ -107,6 +107,7 @@ TEST_F(DefaultsTest, WhatCannotBeDoneIsSaidAndChangesNothing)
     run({ "write", "d", "key", "kept" });
     std::ofstream(folder_ / "damaged.plist") << "<plist>";
     const std::string damaged = (folder_ / "damaged.plist").string();
+    fs::create_directories(folder_ / "folder.plist");
     struct Row {
         std::vector<std::string> arguments;
         const char* error;
@@ -129,6 +130,8 @@ TEST_F(DefaultsTest, WhatCannotBeDoneIsSaidAndChangesNothing)
         { { "import", "d", damaged + ".none" }, "can't be read" },
         { { "export", "d", folder_.string() + "/no/such/folder" }, "could not write" },
         { { "read", "damaged" }, "can't be read as a property list" },
+        { { "import", "d", folder_.string() }, "can't be read" },
+        { { "read", "folder" }, "can't be read" },
         { { "read", "../d" }, "no name of a domain" },
     };
     for (const Row& row : rows) {

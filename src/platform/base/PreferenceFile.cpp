@@ -92,18 +92,17 @@ PreferenceFile::Contents PreferenceFile::read() const
     Contents contents { stamp(), Condition::missing, false, {} };
     if (contents.stamp.size < 0)
         return contents;
-    std::ifstream in(path_, std::ios::binary);
-    const std::string bytes { std::istreambuf_iterator<char>(in), {} };
-    if (!in.good() && !in.eof()) {
+    const auto bytes = readFile(path_);
+    if (!bytes) {
         contents.condition = Condition::unreadable;
         return contents;
     }
-    const auto value = PropertyList::parse(bytes);
+    const auto value = PropertyList::parse(*bytes);
     const auto* dictionary = value ? value->dictionary() : nullptr;
     contents.condition = dictionary ? Condition::sound : Condition::damaged;
     if (dictionary) {
         contents.values = *dictionary;
-        contents.isBinary = PropertyList::isBinary(bytes);
+        contents.isBinary = PropertyList::isBinary(*bytes);
     }
     return contents;
 }
@@ -167,6 +166,15 @@ std::string PreferenceFile::setAside(Contents& contents) const
     contents.stamp = stamp();
     contents.condition = Condition::missing;
     return {};
+}
+
+std::optional<std::string> readFile(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::string bytes;
+    for (char part[16384]; file.read(part, sizeof part), file.gcount() > 0;)
+        bytes.append(part, static_cast<std::size_t>(file.gcount()));
+    return file.eof() && !file.bad() ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 std::string replaceFile(const std::string& path, std::string_view bytes, unsigned mode)

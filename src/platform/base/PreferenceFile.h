@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -57,6 +58,9 @@ private:
 
     std::string path_;
 };
+
+/// The whole file, whatever size it says it has; absent when it can't be read. Any thread.
+std::optional<std::string> readFile(const std::string& path);
 
 /// Puts a file, whole and synced, in the place of what is there or of what that links to. `mode` is for a new file; an
 /// old one's is kept. Empty on success, else the reason.

@@ -209,7 +209,7 @@ bool hasZero(std::string_view units)
     return false;
 }
 
-/// The library stops the program at a zero in text in UTF-16. The end of a binary file says where its objects are: 6
+/// Of text in UTF-16. The end of a binary file says where its objects are: 6
 /// bytes, the sizes of a place and of a reference, and in 8 bytes each the number of objects, the first one, and where
 /// the places are.
 bool hasTextWithZero(std::string_view bytes)
@@ -284,7 +284,8 @@ plist_t nodeOf(const Value& value)
 
 std::optional<Value> PropertyList::parse(std::string_view bytes)
 {
-    if (isBinary(bytes) && hasTextWithZero(bytes))
+    // No text has a zero in it, and the library stops the program at one.
+    if (isBinary(bytes) ? hasTextWithZero(bytes) : bytes.find('\0') != bytes.npos)
         return std::nullopt;
     const PlainNumbers plain;
     plist_t raw = nullptr;

@@ -1,11 +1,11 @@
 #include "embedded/Dock.h"
 
+#include "base/PreferenceFile.h"
 #include "base/PropertyList.h"
 #include "base/Value.h"
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 namespace embedded {
 
@@ -34,9 +34,7 @@ std::optional<Scenario::Tile> tileOf(const Value& entry)
 
 Value::Dictionary read(const std::string& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    const std::string bytes { std::istreambuf_iterator<char>(stream), {} };
-    const auto value = PropertyList::parse(bytes);
+    const auto value = PropertyList::parse(readFile(file).value_or(""));
     return value && value->dictionary() ? *value->dictionary() : Value::Dictionary {};
 }
 

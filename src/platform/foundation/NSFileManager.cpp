@@ -6,7 +6,6 @@
 #include "host/Session.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 
 namespace {
@@ -114,9 +113,7 @@ std::optional<NSError> NSFileManager::setPosixPermissions(const std::string& pat
 
 std::optional<std::string> NSFileManager::contentsOfFile(const std::string& path)
 {
-    std::ifstream in(located(path), std::ios::binary);
-    std::string text { std::istreambuf_iterator<char>(in), {} };
-    return in.is_open() && !in.bad() ? std::optional(std::move(text)) : std::nullopt;
+    return readFile(located(path));
 }
 
 std::optional<NSError> NSFileManager::writeAtomically(const std::string& text, const std::string& path)

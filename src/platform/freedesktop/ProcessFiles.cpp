@@ -1,12 +1,13 @@
 #include "freedesktop/ProcessFiles.h"
 
+#include "base/PreferenceFile.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <charconv>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 
 namespace freedesktop {
@@ -60,12 +61,7 @@ bool isOnOurDisplay(const std::string& processFolder)
 
 std::string contentsOf(const std::string& path)
 {
-    std::ifstream file(path, std::ios::binary);
-    std::string text;
-    // Not by the size that the file system tells: that of a process's files is 0.
-    for (char part[16384]; file.read(part, sizeof part), file.gcount() > 0;)
-        text.append(part, static_cast<std::size_t>(file.gcount()));
-    return text;
+    return readFile(path).value_or("");
 }
 
 std::string programOf(pid_t pid)

@@ -1,5 +1,6 @@
 #include "host/OpenDesktop.h"
 
+#include "base/PreferenceFile.h"
 #include "base/RunLoop.h"
 #include "embedded/EmbeddedDesktop.h"
 #include "embedded/ScenarioFile.h"
@@ -11,8 +12,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
 
@@ -70,11 +69,10 @@ embedded::Scenario readScenario(const std::optional<std::string>& file)
 {
     if (!file)
         return embedded::defaultScenario();
-    std::ifstream in(*file, std::ios::binary);
-    if (!in)
+    const auto text = readFile(*file);
+    if (!text)
         end(usageFault, *file + ": can't be read");
-    const std::string text { std::istreambuf_iterator<char>(in), {} };
-    auto parsed = embedded::parseScenario(text);
+    auto parsed = embedded::parseScenario(*text);
     if (const auto* error = std::get_if<embedded::ScenarioError>(&parsed))
         end(usageFault, *file + ": line " + std::to_string(error->line) + ": " + error->reason);
     return std::get<embedded::Scenario>(std::move(parsed));

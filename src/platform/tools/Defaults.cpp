@@ -8,7 +8,6 @@
 #include <cctype>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
 #include <optional>
@@ -321,10 +320,10 @@ private:
     void import()
     {
         const std::string& name = arguments_[2];
-        std::ifstream in(name == "-" ? "/dev/stdin" : name, std::ios::binary);
-        if (!in)
+        const auto bytes = readFile(name == "-" ? "/dev/stdin" : name);
+        if (!bytes)
             throw Refusal(name + " can't be read");
-        replaceBy(contentsOf({ std::istreambuf_iterator<char>(in), {} }, name));
+        replaceBy(contentsOf(*bytes, name));
     }
 
     void exportTo()
