@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const bool isBinary = PropertyList::isBinary(bytes);
     const auto write = isBinary ? PropertyList::binary : PropertyList::xml;
     const auto again = PropertyList::parse(write(*value));
-    if (!again || write(*again) != write(*value))
+    // Of equal binary values the library doesn't always write equal bytes.
+    if (!again || PropertyList::xml(*again) != PropertyList::xml(*value))
         std::abort();
     return 0;
 }

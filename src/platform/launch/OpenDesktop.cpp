@@ -8,6 +8,7 @@
 #include "x11/X11Desktop.h"
 
 #include <QApplication>
+#include <QPixmapCache>
 
 #include <cstdio>
 #include <cstdlib>
@@ -38,7 +39,12 @@ CommandLine readCommandLine()
 }
 
 /// The toolkit, with none of what a taskbar has no use for: its start is most of the program's.
-void startToolkit(const char* platform)
+/// KiB. The toolkit's style keeps what it has drawn of every menu that ever was, up to this.
+constexpr int styleCacheLimit = 512;
+
+/// What the toolkit reads from it at its start. Nothing else may run by then: another thread that reads the environment
+/// meanwhile could end the program.
+void setEnvironment(const char* platform)
 {
     if (platform)
         qputenv("QT_QPA_PLATFORM", platform);
@@ -47,21 +53,27 @@ void startToolkit(const char* platform)
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     for (const char* factor : { "QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS" })
         qunsetenv(factor);
+}
+
+void startToolkit()
+{
     static int count = 1;
     static char name[] = "vantry";
     static char* arguments[] = { name, nullptr };
     new QApplication(count, arguments);
     QApplication::setQuitOnLastWindowClosed(false);
+    QPixmapCache::setCacheLimit(styleCacheLimit);
     QApplication::setDesktopFileName("vantry");
 }
 
 std::unique_ptr<host::Desktop> openX11()
 {
+    setEnvironment("xcb");
     std::string reason;
     auto desktop = x11::openX11Desktop(reason);
     if (!desktop)
         end(failed, reason + "\nWithout DISPLAY, or with --embedded, it starts in a desktop of its own.");
-    startToolkit("xcb");
+    startToolkit();
     return desktop;
 }
 
@@ -109,7 +121,8 @@ std::unique_ptr<host::Desktop> openEmbedded(const CommandLine& line)
     const embedded::Scenario scenario = readScenario(line.scenario);
     const bool unseen = qgetenv("DISPLAY").isEmpty() && qgetenv("QT_QPA_PLATFORM").isEmpty();
     const bool isForPicture = unseen || line.picture;
-    startToolkit(isForPicture ? "offscreen" : nullptr);
+    setEnvironment(isForPicture ? "offscreen" : nullptr);
+    startToolkit();
 
     // One that is there just for its picture is in nobody's way, and so has files of its own.
     auto desktop
