@@ -5,6 +5,7 @@
 #include <plist/plist.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -238,9 +239,25 @@ bool isSoundText(std::string_view text)
     return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr);
 }
 
+/// Whether something that isn't understood is no date beyond the years 1 to 9999, which can't be written: binary, its
+/// first object has its kind in one byte, and seconds as a big-endian double.
+bool isWithinCalendar(const Value::Opaque& opaque)
+{
+    constexpr std::uint64_t objects = 8;
+    constexpr std::uint64_t dateMarker = 0x33;
+    constexpr double first = -63114076800;
+    constexpr double last = 252423993600;
+    if (numberAt(opaque.bytes, objects, 1) != dateMarker)
+        return true;
+    const auto seconds = std::bit_cast<double>(numberAt(opaque.bytes, objects + 1, sizeof(double)).value_or(0));
+    return seconds >= first && seconds < last;
+}
+
 /// Whether it can be written again: binary files may hold text that is none.
 bool isSound(const Value& value)
 {
+    if (const auto* opaque = value.opaque())
+        return isWithinCalendar(*opaque);
     if (const auto* text = value.string())
         return isSoundText(*text);
     if (const auto* array = value.array())
