@@ -207,7 +207,7 @@ def change_focus(session, windows):
         wait(lambda: session.active() == number, "the window is active", 120)
 
 
-def measure(command, count, programs, idle, settings):
+def measure(command, count, programs, idle, settings, open_session=Session):
     """CPU of each phase in milliseconds, and its duration in seconds; of doing nothing, milliseconds a second."""
     def phases(session, process, crowd, listed):
         timeout = 60 + count / 10
@@ -226,7 +226,7 @@ def measure(command, count, programs, idle, settings):
         yield "idle", (cpu_of(session, process) - before) * 1000 / (time.monotonic() - start), idle
         yield "close", *phase(crowd.close, listed)
 
-    yield from with_crowd(command, count, programs, settings, phases)
+    yield from with_crowd(command, count, programs, settings, phases, open_session)
 
 
 def measure_stalls(command, count, programs, settings):
@@ -246,9 +246,9 @@ def measure_stalls(command, count, programs, settings):
     yield from with_crowd(command, count, programs, settings, phases)
 
 
-def with_crowd(command, count, programs, settings, phases):
+def with_crowd(command, count, programs, settings, phases, open_session=Session):
     random.seed(count)
-    with Session() as session:
+    with open_session() as session:
         session.write_settings(**settings)
         process = session.start(*shlex.split(command), env={"BAR_DEBUG": "0", "BAR_TIMING": "0"},
                                 log=os.environ.get("CROWD_LOG"))

@@ -8,6 +8,7 @@ With a crowd, 2,000 windows of 20 programs are opened for each, which takes minu
 """
 
 import argparse
+import contextlib
 import os
 import shlex
 import statistics
@@ -121,6 +122,13 @@ class Panel:
         return crowd.cpu_of(self.session, self.process)
 
 
+@contextlib.contextmanager
+def new_user():
+    with Session(has_installed_programs=True) as session:
+        session.environment |= {"XDG_DATA_DIRS": "/usr/local/share:/usr/share", "XDG_CONFIG_DIRS": "/etc/xdg:/usr/share"}
+        yield session
+
+
 def difference(before, after):
     return ImageChops.difference(before, after).getbbox()
 
@@ -171,13 +179,12 @@ def main():
     commands = [[PROGRAM]] + [shlex.split(command) for command in options.commands]
     rows = {}
     for command in commands:
-        with Session(has_installed_programs=True) as session:
-            session.environment |= {"XDG_DATA_DIRS": "/usr/local/share:/usr/share", "XDG_CONFIG_DIRS": "/etc/xdg:/usr/share"}
+        with new_user() as session:
             session.write_settings(manageDock=False)
             rows[command[0]] = measure(session, command, options)
             print(command[0], rows[command[0]], flush=True)
     for command in commands if options.crowd else []:
-        cost = {phase: cpu for phase, cpu, _ in crowd.measure(shlex.join(command), 2000, 20, 20, {})}
+        cost = {phase: cpu for phase, cpu, _ in crowd.measure(shlex.join(command), 2000, 20, 20, {"manageDock": False}, new_user)}
         rows[command[0]] |= {"2,000 windows": cost["appear"], "they go": cost["close"]}
         print(command[0], cost, flush=True)
     print("| |" + "".join(f" {what}, {unit} |" for what, unit in UNITS.items()))

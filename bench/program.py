@@ -38,23 +38,27 @@ def pss_mib(*pids):
 SERVICES = ("dconf-service", "xfconfd", "at-spi", "gvfsd")
 
 
+def started_by_the_bus(session):
+    """The bus leaves those that it starts to the first process."""
+    display_of_all = f"DISPLAY={session.environment['DISPLAY']}".encode()
+    found = []
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{pid}/environ", "rb") as environ, open(f"/proc/{pid}/stat", encoding="utf-8") as stat:
+                name, _, rest = stat.read().partition("(")[2].rpartition(")")
+                if rest.split()[1] == "1" and display_of_all in environ.read().split(b"\0"):
+                    found += [] if name.startswith(SERVICES) else [int(pid)]
+        except OSError:  # It has ended, or is another user's.
+            continue
+    return found
+
+
 def processes_of(session, process):
-    """The process and those that it started, by itself or by the session bus."""
-    bus = next((one.pid for one in session.processes if one.args[0].endswith("dbus-daemon")), None)
-    found = [process.pid]
-    for pid in (bus, process.pid):
-        waiting = [pid] if pid else []
-        while waiting:
-            of = waiting.pop()
-            with open(f"/proc/{of}/task/{of}/children", encoding="ascii") as file:
-                children = [int(child) for child in file.read().split()]
-            for child in children:
-                with open(f"/proc/{child}/comm", encoding="utf-8") as file:
-                    name = file.read()
-                if not name.startswith(SERVICES):
-                    waiting.append(child)
-                    # The bus starts each by way of another process of its own.
-                    found += [] if name.startswith("dbus-") else [child]
+    """The process and all that it started, by itself or by the session bus."""
+    found = [process.pid, *started_by_the_bus(session)]
+    for pid in found:
+        with open(f"/proc/{pid}/task/{pid}/children", encoding="ascii") as file:
+            found += [int(child) for child in file.read().split()]
     return found
 
 
