@@ -7,6 +7,7 @@ from gi.repository import Gio, GLib
 from Xlib import X, display, error
 from Xlib.protocol import event
 
+from parts import Menus
 from session import SessionTest, eventually
 
 
@@ -130,7 +131,7 @@ class NotifierHost:
         self.bus.close_sync(None)
 
 
-class StatusItemTest(SessionTest):
+class StatusItemTest(Menus, SessionTest):
     def docked(self, tray):
         """The place of the icon in a tray, once it is painted there."""
         eventually(tray.icons, "the icon is in the tray")
@@ -153,7 +154,7 @@ class StatusItemTest(SessionTest):
             self.assertEqual(picture.getpixel((16, 11)), Tray.BACKGROUND, "and around it the tray's own")
             for button, entry in ((1, "hidden"), (3, "shown")):
                 session.click((x + 16, y + 16), button)
-                eventually(lambda: session.popups("POPUP_MENU"), "a click opens the menu")
+                eventually(lambda: self.menus() and self.has_keyboard(), "a click opens the menu")
                 session.key("Down", "Return")
                 eventually(lambda: bool(session.bars()) == (entry == "shown"), f"the bar is {entry}")
             tray.end()
@@ -179,7 +180,7 @@ class StatusItemTest(SessionTest):
                 place = eventually(lambda: self.icon_at_rest("trayer"), f"it takes the icon in, {time}")
                 eventually(lambda: len(set(session.picture(*place).getdata())) > 1, "the icon is painted")
                 session.click((place[0] + place[2] // 2, place[1] + place[3] // 2))
-                eventually(lambda: session.popups("POPUP_MENU"), "a click opens the menu")
+                eventually(lambda: self.menus() and self.has_keyboard(), "a click opens the menu")
                 session.key("Down", "Return")
                 eventually(lambda: bool(session.bars()) == (entry == "shown"), f"the bar is {entry}")
             trayer.terminate()
@@ -223,7 +224,7 @@ class StatusItemTest(SessionTest):
                 eventually(lambda: bool(session.bars()) == (after == "Hide Taskbar"), "the bar follows")
             session.move(400, 300)
             host.call("/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate", "(ii)", 400, 300)
-            eventually(lambda: session.popups("POPUP_MENU"), "a click opens the menu")
+            eventually(lambda: self.menus() and self.has_keyboard(), "a click opens the menu")
             session.key("Escape")
             eventually(lambda: not session.popups("POPUP_MENU"), "and Escape closes it")
             if time == "first":
