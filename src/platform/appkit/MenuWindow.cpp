@@ -217,8 +217,9 @@ private:
     Qt::ApplicationState toldState_ = QGuiApplication::applicationState();
 };
 
-/// The toolkit closes what has popped up when the program stops being the active one, before it tells anybody. Here that
-/// means nothing: a bar's menu opens while another program is active, and often just as one of our windows has gone.
+/// The toolkit closes what has popped up when the program stops being the active one, before it tells anybody. Here
+/// that means nothing: a bar's menu opens while another program is active, and often just as one of our windows has
+/// gone.
 void MenuWidget::closeEvent(QCloseEvent* event)
 {
     if (QGuiApplication::applicationState() == toldState_)
