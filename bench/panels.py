@@ -16,7 +16,6 @@ import sys
 import time
 
 from PIL import ImageChops
-from Xlib import X
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "tests", "e2e"))
 import crowd  # noqa: E402

@@ -22,6 +22,9 @@ class LongDayTest(Menus, unittest.TestCase):
         cls.place = session.geometry(session.bars()[0])
 
     def tearDown(self):
+        self.check()
+
+    def check(self):
         """It stands, shows, and does what it is asked to by the mouse, by a key and by its menu."""
         session = self.session
         eventually(lambda: [session.geometry(bar) for bar in session.bars()] == [self.place], "the one bar is in its place")
@@ -96,7 +99,7 @@ class LongDayTest(Menus, unittest.TestCase):
         without = badge()
         for _ in range(2):
             session.end_bus()
-            self.tearDown()
+            self.check()
             session.move(900, 300)
             eventually(lambda: badge() == without, "nobody has told of a badge")
             session.start_bus("--address", session.environment["DBUS_SESSION_BUS_ADDRESS"])

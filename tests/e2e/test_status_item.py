@@ -166,7 +166,7 @@ class StatusItemTest(Menus, SessionTest):
         session.write_settings(showMenuBarIcon=True)
         x, y = self.docked(tray)
         session.click((x + 16, y + 16))
-        eventually(lambda: session.popups("POPUP_MENU"), "the menu is open")
+        eventually(lambda: self.menus(), "the menu is open")
         session.key("Super+q")
         self.assertEqual(program.wait(10), 0)
 
@@ -226,7 +226,7 @@ class StatusItemTest(Menus, SessionTest):
             host.call("/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate", "(ii)", 400, 300)
             eventually(lambda: self.menus() and self.has_keyboard(), "a click opens the menu")
             session.key("Escape")
-            eventually(lambda: not session.popups("POPUP_MENU"), "and Escape closes it")
+            eventually(lambda: not self.menus(), "and Escape closes it")
             if time == "first":
                 host.end()
                 host = NotifierHost(session)

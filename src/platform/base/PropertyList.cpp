@@ -1,11 +1,12 @@
 #include "base/PropertyList.h"
 
+#include "base/BinaryPropertyList.h"
+
 #include <glib.h>
 #include <locale.h>
 #include <plist/plist.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -170,94 +171,16 @@ Value valueOf(plist_t node)
     }
 }
 
-/// Big-endian, of at most 8 bytes.
-std::optional<std::uint64_t> numberAt(std::string_view bytes, std::uint64_t place, std::uint64_t size)
-{
-    if (size > sizeof(std::uint64_t) || place > bytes.size() || size > bytes.size() - place)
-        return std::nullopt;
-    std::uint64_t number = 0;
-    for (const char byte : bytes.substr(place, size))
-        number = number << 8 | static_cast<unsigned char>(byte);
-    return number;
-}
-
-/// The units of the object at that place of a binary file, if it is text in UTF-16.
-std::string_view wideTextAt(std::string_view bytes, std::uint64_t place)
-{
-    constexpr std::uint64_t wideText = 0x6;
-    constexpr std::uint64_t countFollows = 0xF;
-    const auto marker = numberAt(bytes, place, 1);
-    if (!marker || *marker >> 4 != wideText)
-        return {};
-    std::uint64_t first = place + 1;
-    std::uint64_t count = *marker & 0xF;
-    if (count == countFollows) {
-        const std::uint64_t size = std::uint64_t { 1 } << (numberAt(bytes, first, 1).value_or(0) & 0x3);
-        count = numberAt(bytes, first + 1, size).value_or(0);
-        first += 1 + size;
-    }
-    if (first > bytes.size() || count > (bytes.size() - first) / 2)
-        return {};
-    return bytes.substr(first, 2 * count);
-}
-
-bool hasZero(std::string_view units)
-{
-    for (std::size_t unit = 0; unit < units.size(); unit += 2) {
-        if (units[unit] == 0 && units[unit + 1] == 0)
-            return true;
-    }
-    return false;
-}
-
-/// Of text in UTF-16. The end of a binary file says where its objects are: 6
-/// bytes, the sizes of a place and of a reference, and in 8 bytes each the number of objects, the first one, and where
-/// the places are.
-bool hasTextWithZero(std::string_view bytes)
-{
-    constexpr std::uint64_t endSize = 32;
-    if (bytes.size() < endSize)
-        return false;
-    const std::uint64_t end = bytes.size() - endSize;
-    const auto placeSize = *numberAt(bytes, end + 6, 1);
-    const auto count = std::min<std::uint64_t>(*numberAt(bytes, end + 8, 8), bytes.size());
-    const auto places = *numberAt(bytes, end + 24, 8);
-    std::size_t length = 0;
-    for (std::uint64_t object = 0; object < count; ++object) {
-        const auto place = numberAt(bytes, places + object * placeSize, placeSize);
-        const auto text = place ? wideTextAt(bytes, *place) : std::string_view();
-        length += text.size();
-        // Texts that lie over one another are nobody's either.
-        if (hasZero(text) || length > bytes.size())
-            return true;
-    }
-    return false;
-}
-
 bool isSoundText(std::string_view text)
 {
     return g_utf8_validate(text.data(), static_cast<gssize>(text.size()), nullptr);
-}
-
-/// Whether something that isn't understood is no date beyond the years 1 to 9999, which can't be written: binary, its
-/// first object has its kind in one byte, and seconds as a big-endian double.
-bool isWithinCalendar(const Value::Opaque& opaque)
-{
-    constexpr std::uint64_t objects = 8;
-    constexpr std::uint64_t dateMarker = 0x33;
-    constexpr double first = -63114076800;
-    constexpr double last = 252423993600;
-    if (numberAt(opaque.bytes, objects, 1) != dateMarker)
-        return true;
-    const auto seconds = std::bit_cast<double>(numberAt(opaque.bytes, objects + 1, sizeof(double)).value_or(0));
-    return seconds >= first && seconds < last;
 }
 
 /// Whether it can be written again: binary files may hold text that is none.
 bool isSound(const Value& value)
 {
     if (const auto* opaque = value.opaque())
-        return isWithinCalendar(*opaque);
+        return BinaryPropertyList::isWithinCalendar(opaque->bytes);
     if (const auto* text = value.string())
         return isSoundText(*text);
     if (const auto* array = value.array())
@@ -301,8 +224,8 @@ plist_t nodeOf(const Value& value)
 
 std::optional<Value> PropertyList::parse(std::string_view bytes)
 {
-    // No text has a zero in it, and the library stops the program at one.
-    if (isBinary(bytes) ? hasTextWithZero(bytes) : bytes.find('\0') != bytes.npos)
+    // No text has a zero in it. The library stops the program at one, or loses what follows.
+    if (isBinary(bytes) ? BinaryPropertyList::hasTextWithZero(bytes) : bytes.find('\0') != bytes.npos)
         return std::nullopt;
     const PlainNumbers plain;
     plist_t raw = nullptr;

@@ -20,7 +20,7 @@ public:
         std::vector<std::string> folders;
         std::vector<std::string> parents;
     };
-    /// From the text of its "index.theme" (Icon Theme Specification). Empty where that is none.
+    /// From the text of its "index.theme", as freedesktop.org describes icon themes. Empty where that is none.
     static Theme parse(const std::string& text);
 
 private:

@@ -36,12 +36,10 @@ void LastingBus::connect()
 
 void LastingBus::open()
 {
-    constexpr auto client = static_cast<GDBusConnectionFlags>(
-        G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     char* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
     if (!address)
         return openLater();
-    g_dbus_connection_new_for_address(address, client, nullptr, cancellable_, onOpened, this);
+    g_dbus_connection_new_for_address(address, busClient, nullptr, cancellable_, onOpened, this);
     g_free(address);
 }
 

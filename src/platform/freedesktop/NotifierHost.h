@@ -1,8 +1,6 @@
 #pragma once
 
-#include "freedesktop/LastingBus.h"
-
-#include <gio/gio.h>
+#include "freedesktop/BusService.h"
 
 #include <functional>
 #include <optional>
@@ -13,9 +11,6 @@ namespace freedesktop {
 class NotifierHost {
 public:
     explicit NotifierHost(LastingBus& bus);
-    ~NotifierHost();
-    NotifierHost(const NotifierHost&) = delete;
-    NotifierHost& operator=(const NotifierHost&) = delete;
 
     /// Absent until it is known, and while whoever should know doesn't answer.
     std::optional<bool> isThere() const { return isThere_; }
@@ -23,23 +18,10 @@ public:
     std::function<void()> onChange;
 
 private:
-    static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
-    static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
-    static void onAnswer(GObject* bus, GAsyncResult* result, gpointer self);
-    static void onSignal(GDBusConnection* bus, const char* sender, const char* path, const char* interface,
-        const char* signal, GVariant* parameters, gpointer self);
-
-    void watch(GDBusConnection* bus);
-    void stopWatching();
-    void listen(GDBusConnection* bus);
-    void stopListening();
     void ask();
     void set(std::optional<bool> isThere);
 
-    guint watch_ = 0;
-    GDBusConnection* bus_ = nullptr;
-    guint subscription_ = 0;
-    GCancellable* cancellable_ = nullptr;
+    BusService watcher_;
     std::optional<bool> isThere_;
 };
 

@@ -12,9 +12,7 @@
 namespace freedesktop {
 namespace {
 
-constexpr const char* portal = "org.freedesktop.portal.Desktop";
-constexpr const char* path = "/org/freedesktop/portal/desktop";
-constexpr const char* interfaceName = "org.freedesktop.portal.Settings";
+constexpr const char* settings = "org.freedesktop.portal.Settings";
 constexpr const char* appearance = "org.freedesktop.appearance";
 constexpr const char* accentKey = "accent-color";
 constexpr const char* schemeKey = "color-scheme";
@@ -60,33 +58,17 @@ std::optional<std::uint32_t> themeColor()
 
 }
 
-/// A setting that was asked for.
-struct PortalAppearance::Asked {
-    PortalAppearance& by;
-    const char* key;
-};
-
 PortalAppearance::PortalAppearance(LastingBus& bus)
+    : portal_(bus, { "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", settings },
+        { "SettingChanged", appearance })
 {
-    bus.add({ [this](GDBusConnection* opened) { watch(opened); }, [this] { stopWatching(); } });
-}
-
-PortalAppearance::~PortalAppearance()
-{
-    stopWatching();
-}
-
-void PortalAppearance::watch(GDBusConnection* bus)
-{
-    watch_ = g_bus_watch_name_on_connection(
-        bus, portal, G_BUS_NAME_WATCHER_FLAGS_NONE, onAppeared, onVanished, this, nullptr);
-}
-
-void PortalAppearance::stopWatching()
-{
-    stopListening();
-    if (watch_)
-        g_bus_unwatch_name(std::exchange(watch_, 0));
+    portal_.onAppeared = [this] {
+        ask(accentKey);
+        ask(schemeKey);
+    };
+    // A portal that is started again has the same to say, most likely.
+    portal_.onVanished = [] {};
+    portal_.onSignal = [this](GVariant* arguments) { hear(arguments); };
 }
 
 std::optional<std::uint32_t> PortalAppearance::accentColor() const
@@ -94,63 +76,24 @@ std::optional<std::uint32_t> PortalAppearance::accentColor() const
     return chosen_ ? chosen_ : themeColor();
 }
 
-void PortalAppearance::onAppeared(GDBusConnection* bus, const char*, const char*, gpointer self)
+/// A portal that knows no such setting answers with an error.
+void PortalAppearance::ask(const char* key)
 {
-    static_cast<PortalAppearance*>(self)->listen(bus);
+    portal_.ask(settings, "Read", g_variant_new("(ss)", appearance, key), "(v)", [this, key](GVariant* answer) {
+        const Variant value(g_variant_get_child_value(answer, 0), g_variant_unref);
+        set(key, value.get());
+    });
 }
 
-/// A portal that is started again has the same to say, most likely.
-void PortalAppearance::onVanished(GDBusConnection*, const char*, gpointer self)
+void PortalAppearance::hear(GVariant* arguments)
 {
-    static_cast<PortalAppearance*>(self)->stopListening();
-}
-
-void PortalAppearance::listen(GDBusConnection* bus)
-{
-    stopListening();
-    bus_ = static_cast<GDBusConnection*>(g_object_ref(bus));
-    subscription_ = g_dbus_connection_signal_subscribe(bus, portal, interfaceName, "SettingChanged", path, appearance,
-        G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
-    cancellable_ = g_cancellable_new();
-    for (const char* key : { accentKey, schemeKey }) {
-        auto* asked = new Asked { *this, key };
-        g_dbus_connection_call(bus, portal, path, interfaceName, "Read", g_variant_new("(ss)", appearance, key),
-            G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NO_AUTO_START, -1, cancellable_, onAnswer, asked);
-    }
-}
-
-void PortalAppearance::stopListening()
-{
-    if (!bus_)
-        return;
-    g_dbus_connection_signal_unsubscribe(bus_, std::exchange(subscription_, 0));
-    g_cancellable_cancel(cancellable_);
-    g_object_unref(std::exchange(cancellable_, nullptr));
-    g_object_unref(std::exchange(bus_, nullptr));
-}
-
-void PortalAppearance::onAnswer(GObject* bus, GAsyncResult* result, gpointer data)
-{
-    // A cancelled call means that whoever asked may be gone; a portal that knows no such setting answers with an error
-    // too.
-    const std::unique_ptr<Asked> asked(static_cast<Asked*>(data));
-    const Variant answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr), g_variant_unref);
-    if (!answer)
-        return;
-    const Variant value(g_variant_get_child_value(answer.get(), 0), g_variant_unref);
-    asked->by.set(asked->key, value.get());
-}
-
-void PortalAppearance::onSignal(
-    GDBusConnection*, const char*, const char*, const char*, const char*, GVariant* parameters, gpointer self)
-{
-    if (!g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssv)")))
+    if (!g_variant_is_of_type(arguments, G_VARIANT_TYPE("(ssv)")))
         return;
     const char* name = nullptr;
     GVariant* content = nullptr;
-    g_variant_get(parameters, "(&s&sv)", nullptr, &name, &content);
+    g_variant_get(arguments, "(&s&sv)", nullptr, &name, &content);
     const Variant value(content, g_variant_unref);
-    static_cast<PortalAppearance*>(self)->set(name, value.get());
+    set(name, value.get());
 }
 
 void PortalAppearance::set(std::string_view key, GVariant* value)

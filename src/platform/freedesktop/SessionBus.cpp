@@ -73,12 +73,10 @@ GDBusConnection* sessionBus(int milliseconds)
 
 GDBusConnection* busAt(const std::string& address, int milliseconds)
 {
-    constexpr auto client = static_cast<GDBusConnectionFlags>(
-        G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT | G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
     return waitFor(
         milliseconds,
         [&](BusWait& wait) {
-            g_dbus_connection_new_for_address(address.c_str(), client, nullptr, wait.cancellable, onBus, &wait);
+            g_dbus_connection_new_for_address(address.c_str(), busClient, nullptr, wait.cancellable, onBus, &wait);
         },
         [](GAsyncResult* result) { return g_dbus_connection_new_for_address_finish(result, nullptr); });
 }

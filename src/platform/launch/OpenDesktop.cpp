@@ -38,7 +38,6 @@ CommandLine readCommandLine()
     std::exit(EXIT_SUCCESS);
 }
 
-/// The toolkit, with none of what a taskbar has no use for: its start is most of the program's.
 /// KiB. The toolkit's style keeps what it has drawn of every menu that ever was, up to this.
 constexpr int styleCacheLimit = 512;
 
@@ -55,6 +54,7 @@ void setEnvironment(const char* platform)
         qunsetenv(factor);
 }
 
+/// The toolkit, with none of what a taskbar has no use for: its start is most of the program's.
 void startToolkit()
 {
     static int count = 1;
